@@ -1,0 +1,15 @@
+#pragma once
+
+#include "log4qt/logger.h"
+
+namespace Log4Qt {
+
+/// The registry of loggers.
+class LOG4QT_EXPORT LogManager
+{
+public:
+    /// The logger of that name, the same one on every call, alive until the process ends.
+    static Logger *logger(const QString &name);
+};
+
+} // namespace Log4Qt
