@@ -1,0 +1,93 @@
+#include "host/abstractdocument.h"
+
+#include "host/money.h"
+
+#include <numeric>
+#include <utility>
+
+AbstractDocument::AbstractDocument(DocumentHeader header)
+    : header(std::move(header))
+{}
+
+double AbstractDocument::getTotal() const
+{
+    const auto addSum = [](double sum, const auto &item) { return sum + item->getSumb(); };
+    return roundToHundredths(std::accumulate(items.cbegin(), items.cend(), 0.0, addSum));
+}
+
+QSharedPointer<GoodsItem> AbstractDocument::addGoodsItem(const QString &code, const QString &name,
+                                                         double price, double quantity)
+{
+    const auto posnum = items.isEmpty() ? 1 : items.constLast()->getPosnum() + 1;
+    auto item = QSharedPointer<GoodsItem>::create(posnum, code, name, price, quantity);
+    restoreGoodsItem(item);
+    ++revision;
+    return item;
+}
+
+void AbstractDocument::restoreGoodsItem(const QSharedPointer<GoodsItem> &item)
+{
+    items.append(item);
+    itemsByPosnum.insert(item->getPosnum(), item);
+}
+
+QSharedPointer<GoodsItem> AbstractDocument::findGoodsItem(int posnum) const
+{
+    return itemsByPosnum.value(posnum);
+}
+
+void AbstractDocument::addImpactDetail(const DocumentImpactDetail &detail)
+{
+    const auto item = findGoodsItem(detail.getPosnum());
+    if (!item)
+        return;
+    item->setSumb(roundToHundredths(item->getSumb() - detail.getDiscountSum()));
+    restoreImpactDetail(detail);
+    ++revision;
+}
+
+void AbstractDocument::restoreImpactDetail(const DocumentImpactDetail &detail)
+{
+    impacts[detail.getPosnum()].append(QSharedPointer<DocumentImpactDetail>::create(detail));
+}
+
+QList<QSharedPointer<DocumentImpactDetail>> AbstractDocument::getImpactDetails(int posnum) const
+{
+    return impacts.value(posnum);
+}
+
+void AbstractDocument::setCardRecord(const QSharedPointer<DocumentCardRecord> &record)
+{
+    cardRecord = record;
+    ++revision;
+}
+
+void AbstractDocument::setPluginData(const QString &system, const QVariantMap &data)
+{
+    pluginData.insert(system, data);
+    ++revision;
+}
+
+QLatin1String AbstractDocument::sourceName() const
+{
+    return QLatin1String("document");
+}
+
+QVariant AbstractDocument::field(QStringView name) const
+{
+    if (name == QLatin1String("shopCode"))
+        return header.shopCode;
+    if (name == QLatin1String("cashCode"))
+        return header.cashCode;
+    if (name == QLatin1String("shift"))
+        return header.shift;
+    if (name == QLatin1String("num"))
+        return header.num;
+    if (name == QLatin1String("dateTimeBeg"))
+        return header.dateTimeBeg;
+    if (name == QLatin1String("kind"))
+        return getKind();
+    if (name == QLatin1String("total"))
+        return getTotal();
+    return {};
+}

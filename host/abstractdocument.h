@@ -1,0 +1,87 @@
+#pragma once
+
+#include "host/documentcardrecord.h"
+#include "host/documentimpactdetail.h"
+#include "host/export.h"
+#include "host/formattersource.h"
+#include "host/goodsitem.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QSharedPointer>
+#include <QString>
+#include <QVariantMap>
+
+/// What identifies a receipt: it is written once, when the receipt is opened.
+struct DocumentHeader
+{
+    int kind = 1; ///< 1 is a sale, 2 a return.
+    int shopCode = 0;
+    int cashCode = 0;
+    int shift = 0;
+    int num = 0;
+    QDateTime dateTimeBeg; ///< Local time at which the receipt was begun, whole seconds.
+
+    bool operator==(const DocumentHeader &other) const = default;
+};
+
+/// A receipt. As a mask's source it is "document" with the fields "shopCode", "cashCode", "shift",
+/// "num", "dateTimeBeg", "kind" and "total".
+class HOST_EXPORT AbstractDocument : public FormatterSource
+{
+public:
+    explicit AbstractDocument(DocumentHeader header);
+
+    const DocumentHeader &getHeader() const { return header; }
+    /// Kind code: 1 is a sale.
+    virtual int getKind() const { return header.kind; }
+    /// What the customer pays: the positions' sums after discounts, rounded to hundredths.
+    virtual double getTotal() const;
+
+    /// The positions in the receipt's order.
+    virtual QList<QSharedPointer<GoodsItem>> getGoodsItems() const { return items; }
+    /// Adds a position behind the others and returns it.
+    QSharedPointer<GoodsItem> addGoodsItem(const QString &code, const QString &name, double price,
+                                           double quantity);
+    /// Adds a position as it was kept, its number and sum included.
+    void restoreGoodsItem(const QSharedPointer<GoodsItem> &item);
+    /// The position of that number; null when there is none.
+    QSharedPointer<GoodsItem> findGoodsItem(int posnum) const;
+
+    /// Adds a discount to its position and lowers the position's sum by it; for a position that the
+    /// receipt does not have, nothing is done.
+    void addImpactDetail(const DocumentImpactDetail &detail);
+    /// Adds a discount whose effect is already in the position's sum.
+    void restoreImpactDetail(const DocumentImpactDetail &detail);
+    /// The discounts on a position, in the order given; found in constant time.
+    QList<QSharedPointer<DocumentImpactDetail>> getImpactDetails(int posnum) const;
+
+    /// The card on the receipt; null when there is none.
+    QSharedPointer<DocumentCardRecord> getCardRecord() const { return cardRecord; }
+    void setCardRecord(const QSharedPointer<DocumentCardRecord> &record);
+
+    /// Plugin data of one loyalty system, by key.
+    QVariantMap getPluginData(const QString &system) const { return pluginData.value(system); }
+    void setPluginData(const QString &system, const QVariantMap &data);
+    const QHash<QString, QVariantMap> &allPluginData() const { return pluginData; }
+
+    /// Tells the receipt that something that belongs to it, such as a card's holder, has changed.
+    virtual void update() { ++revision; }
+    /// How often the receipt has changed since it was made or read.
+    int getRevision() const { return revision; }
+    /// Counts from here, as for a receipt just read.
+    void resetRevision() { revision = 0; }
+
+    QLatin1String sourceName() const override;
+    QVariant field(QStringView name) const override;
+
+private:
+    DocumentHeader header;
+    QList<QSharedPointer<GoodsItem>> items;
+    QHash<int, QSharedPointer<GoodsItem>> itemsByPosnum;
+    QHash<int, QList<QSharedPointer<DocumentImpactDetail>>> impacts;
+    QSharedPointer<DocumentCardRecord> cardRecord;
+    QHash<QString, QVariantMap> pluginData;
+    int revision = 0;
+};

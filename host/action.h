@@ -1,0 +1,24 @@
+#pragma once
+
+namespace control {
+
+/// Something the cashier triggered at the till.
+class Action
+{
+public:
+    static constexpr int noType = 0;
+
+    /// An action of no type: nothing at the till triggers one.
+    Action() = default;
+    explicit Action(int type)
+        : type(type)
+    {}
+
+    /// The action's type code.
+    int getType() const { return type; }
+
+private:
+    int type = noType;
+};
+
+} // namespace control

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "host/client.h"
+#include "host/export.h"
+
+#include <QSharedPointer>
+
+/// A loyalty card.
+class HOST_EXPORT Card
+{
+public:
+    void setClient(const QSharedPointer<Client> &newClient) { client = newClient; }
+    /// The card's holder; null while nobody is known.
+    QSharedPointer<Client> getClient() const { return client; }
+
+private:
+    QSharedPointer<Client> client;
+};

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "host/export.h"
+
+#include <QDate>
+#include <QMetaType>
+#include <QObject>
+#include <QSet>
+#include <QString>
+
+/// What the holder of a card agreed to.
+enum class ClientOptions {
+    NoPaperReceipt = 1,
+    ElectronicReceipt = 2,
+};
+
+/// Holder of a card on the receipt.
+class HOST_EXPORT Client
+{
+    Q_GADGET
+public:
+    enum class Sex {
+        Male = 0,
+        Female = 1,
+    };
+    Q_ENUM(Sex)
+
+    void setName(const QString &newName) { name = newName; }
+    QString getName() const { return name; }
+    void setPhoneNumber(const QString &phone) { phoneNumber = phone; }
+    QString getPhoneNumber() const { return phoneNumber; }
+    void setEmail(const QString &newEmail) { email = newEmail; }
+    QString getEmail() const { return email; }
+    /// Switches one option on; options once on stay on.
+    void setOption(ClientOptions option) { options.insert(option); }
+    bool hasOption(ClientOptions option) const { return options.contains(option); }
+    void setSex(Sex newSex) { sex = newSex; }
+    Sex getSex() const { return sex; }
+    /// An invalid date means that the birthday is not known.
+    void setBirthday(const QDate &date) { birthday = date; }
+    QDate getBirthday() const { return birthday; }
+
+    bool operator==(const Client &other) const = default;
+
+private:
+    QString name;
+    QString phoneNumber;
+    QString email;
+    QSet<ClientOptions> options;
+    Sex sex = Sex::Male;
+    QDate birthday;
+};

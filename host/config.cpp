@@ -1,0 +1,159 @@
+#include "host/config.h"
+
+#include <QFile>
+#include <QLoggingCategory>
+#include <QStandardPaths>
+#include <QStringDecoder>
+
+#include <cstdio>
+#include <sys/stat.h>
+
+template class Singleton<Config>;
+
+namespace {
+
+Q_LOGGING_CATEGORY(log, "till.config", QtInfoMsg)
+
+constexpr qint64 maximumFileSize = 1LL << 20;
+
+struct Setting
+{
+    QString key;
+    QString value;
+    QString error; ///< What the line should have been; empty when key and value are good.
+};
+
+Setting refusal(const QString &expected)
+{
+    Setting setting;
+    setting.error = expected;
+    return setting;
+}
+
+bool hasBlankEnd(const QString &text)
+{
+    return !text.isEmpty() && (text.front().isSpace() || text.back().isSpace());
+}
+
+Setting parseLine(const QByteArray &line)
+{
+    if (line.contains('\0'))
+        return refusal(QStringLiteral("expected text, found a null character"));
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    const QString text = decoder(line);
+    if (decoder.hasError())
+        return refusal(QStringLiteral("expected UTF-8"));
+    if (text.startsWith(QChar::ByteOrderMark))
+        return refusal(QStringLiteral("expected no byte order mark"));
+    if (text.endsWith(QLatin1Char('\r')))
+        return refusal(QStringLiteral("expected the line to end with a line feed alone, "
+                                      "found a carriage return before it"));
+    const auto separator = text.indexOf(QLatin1Char('='));
+    if (separator < 1)
+        return refusal(QStringLiteral("expected key=value"));
+    Setting setting{text.left(separator), text.mid(separator + 1), {}};
+    if (hasBlankEnd(setting.key))
+        setting.error = QStringLiteral("expected no blank around the key");
+    else if (hasBlankEnd(setting.value))
+        setting.error =
+            QStringLiteral("expected no blank at the ends of the value of \"%1\"").arg(setting.key);
+    return setting;
+}
+
+/// The content of a regular file; `error` says why there is none.
+QByteArray readFile(const QString &path, QString &error)
+{
+    QFile file(path);
+    struct stat status = {};
+    const auto unreadable = QStringLiteral("%1: the settings cannot be read: %2");
+    // Opening a pipe would wait for a writer for ever.
+    if (::stat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        error = unreadable.arg(path, QStringLiteral("expected a regular file"));
+        return {};
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        error = unreadable.arg(path, file.errorString());
+        return {};
+    }
+    auto content = file.read(maximumFileSize + 1);
+    if (file.error() != QFile::NoError)
+        error = unreadable.arg(path, file.errorString());
+    else if (content.size() > maximumFileSize)
+        error = unreadable.arg(path, QStringLiteral("expected at most 1 MiB"));
+    else if (::fstat(file.handle(), &status) == 0 && (status.st_mode & 077) != 0)
+        qCWarning(log, "%s: others may read the secret key: the mode is %04o, expected 0600",
+                  qUtf8Printable(path), status.st_mode & 07777);
+    return content;
+}
+
+} // namespace
+
+QString Config::filePath(const QString &option)
+{
+    if (!option.isEmpty())
+        return option;
+    auto environment = qEnvironmentVariable("TILL_CONFIG");
+    if (!environment.isEmpty())
+        return environment;
+    return QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
+           QLatin1String("/till/till.conf");
+}
+
+std::optional<QString> Config::load(const QString &path)
+{
+    QString error;
+    const auto content = readFile(path, error);
+    if (!error.isEmpty())
+        return error;
+
+    QHash<QString, QString> loaded;
+    QHash<QString, int> lineOfKey;
+    int number = 0;
+    for (const auto &line : content.split('\n')) {
+        ++number;
+        if (line.isEmpty() || line.startsWith('#'))
+            continue;
+        auto setting = parseLine(line);
+        if (setting.error.isEmpty() && lineOfKey.contains(setting.key))
+            setting.error =
+                QStringLiteral("expected each key once, \"%1\" already stands in line %2")
+                    .arg(setting.key)
+                    .arg(lineOfKey.value(setting.key));
+        if (!setting.error.isEmpty())
+            return QStringLiteral("%1:%2: %3").arg(path).arg(number).arg(setting.error);
+        lineOfKey.insert(setting.key, number);
+        loaded.insert(setting.key, setting.value);
+    }
+    values = loaded;
+    return std::nullopt;
+}
+
+QString Config::getText(const QString &key, const QString &defaultText) const
+{
+    return values.value(key, defaultText);
+}
+
+int Config::getInt(const QString &key, int defaultValue) const
+{
+    const auto found = values.constFind(key);
+    if (found == values.constEnd())
+        return defaultValue;
+    bool ok = false;
+    const auto value = found->toInt(&ok);
+    if (ok)
+        return value;
+    qCWarning(log, "the setting \"%s\" is no 32-bit integer, using %d", qUtf8Printable(key),
+              defaultValue);
+    return defaultValue;
+}
+
+void Config::set(const QString &key, const QString &value)
+{
+    values.insert(key, value);
+}
+
+void Config::clear()
+{
+    values.clear();
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "host/export.h"
+#include "host/singleton.h"
+
+#include <QHash>
+#include <QString>
+
+#include <optional>
+
+/// The till's settings: texts by key, read from one file.
+///
+/// A line of the file is "key=value"; the key is what stands before the first "=", the value every
+/// character after it. Empty lines and lines that begin with "#" are skipped. There is no quoting
+/// and no escaping, so a secret key or a mask comes back exactly as it was written; a blank at
+/// either end of a value is refused, because nobody sees it.
+class HOST_EXPORT Config
+{
+public:
+    /// The settings file to use: `option` if not empty, else the environment variable TILL_CONFIG,
+    /// else "till/till.conf" in the user's configuration directory.
+    static QString filePath(const QString &option);
+
+    /// Replaces all settings by those of the file.
+    /// \return Why the file was refused (file, line, what was expected), nothing when it was read.
+    ///         After a refusal the settings are as before.
+    [[nodiscard]] std::optional<QString> load(const QString &path);
+
+    /// The text stored under `key`, or `defaultText` when there is none.
+    QString getText(const QString &key, const QString &defaultText = {}) const;
+    /// The integer stored under `key`, or `defaultValue` when there is none. A text that is no
+    /// 32-bit integer gives `defaultValue` and a warning in the log that names the key.
+    int getInt(const QString &key, int defaultValue) const;
+
+    /// Sets one text for the life of the process, as a program's option does.
+    void set(const QString &key, const QString &value);
+    void clear();
+
+private:
+    QHash<QString, QString> values;
+};
+
+extern template class HOST_EXPORT Singleton<Config>;

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "host/basicdialog.h"
+#include "host/dialogrequests.h"
+#include "host/export.h"
+#include "host/mockfactory.h"
+
+#include <QSharedPointer>
+#include <QVariantMap>
+
+class DialogPresenter;
+
+/// A progress message that shows as long as this object lives.
+class HOST_EXPORT SimpleProgress
+{
+public:
+    /// A message shown nowhere.
+    SimpleProgress() = default;
+    virtual ~SimpleProgress();
+    Q_DISABLE_COPY_MOVE(SimpleProgress)
+};
+
+/// Everything a plugin may show to the cashier or ask of them.
+///
+/// Each call blocks until the cashier has answered. What it looks like is up to the presenter that
+/// the till sets once; with none, every question is answered as if it had been cancelled.
+class HOST_EXPORT Dialog
+{
+public:
+    Dialog() = default;
+    virtual ~Dialog();
+    Q_DISABLE_COPY_MOVE(Dialog)
+
+    /// The till's presenter, not owned; null for none.
+    static void setPresenter(DialogPresenter *presenter);
+
+    /// An error to be acknowledged. `code` and `flags` are for hosts that number their errors.
+    virtual void showError(const tr::Tr &text, int code, int flags);
+    /// A notice to be acknowledged.
+    virtual void showMessage(const tr::Tr &text, int code, int flags);
+    /// A question with two answers. \return Whether the cashier chose `ok`.
+    virtual bool showChoice(const tr::Tr &question, int kind, const tr::Tr &ok,
+                            const tr::Tr &cancel, int defaultAnswer);
+    /// A line of text.
+    virtual core::BasicDialog::Result showInputText(const InputTextRequest &request);
+    /// A form. \return The answers by field key; empty when the cashier cancelled.
+    virtual QVariantMap showForm(const FormRequest &request);
+    virtual QSharedPointer<SimpleProgress> showProgress(const ProgressRequest &request);
+    virtual QSharedPointer<SimpleProgress> showProgress(const tr::Tr &text, const tr::Tr &details);
+};
+
+extern template class HOST_EXPORT MockFactory<Dialog>;

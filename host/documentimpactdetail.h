@@ -1,0 +1,33 @@
+#pragma once
+
+#include "host/export.h"
+
+/// One discount as it fell on one position.
+class HOST_EXPORT DocumentImpactDetail
+{
+public:
+    DocumentImpactDetail(int posnum, int campaignCode, int discountMode, int impactSource,
+                         double discountSum)
+        : posnum(posnum)
+        , campaignCode(campaignCode)
+        , discountMode(discountMode)
+        , impactSource(impactSource)
+        , discountSum(discountSum)
+    {}
+
+    int getPosnum() const { return posnum; }
+    int getCampaignCode() const { return campaignCode; }
+    /// How the discount came about; 6 is the rounding of the change in the customer's favour.
+    int getDiscountMode() const { return discountMode; }
+    /// Who gave the discount; 0 is the till's own discount campaigns.
+    int getImpactSource() const { return impactSource; }
+    /// How much the position became cheaper, in the receipt's currency.
+    double getDiscountSum() const { return discountSum; }
+
+private:
+    int posnum;
+    int campaignCode;
+    int discountMode;
+    int impactSource;
+    double discountSum;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QSharedPointer>
+#include <QString>
+
+class AbstractDocument;
+
+/// The JSON form in which receipts are kept.
+namespace documentjson {
+
+/// The whole receipt. Sets `error` when a value of it cannot be kept.
+QJsonObject toJson(const AbstractDocument &document, QString &error);
+
+/// The receipt that `toJson` made the object of.
+/// \return Null, with the member and what was expected in `error`, for any other object.
+QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error);
+
+} // namespace documentjson

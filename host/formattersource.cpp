@@ -1,0 +1,3 @@
+#include "host/formattersource.h"
+
+FormatterSource::~FormatterSource() = default;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "host/export.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+
+namespace http {
+
+/// The last answer of a `RestClient`.
+class HOST_EXPORT Response
+{
+public:
+    Response() = default;
+    Response(int httpCode, int transportCode, QByteArray body);
+
+    /// HTTP status code; 0 when no complete answer arrived.
+    int getHttpCode() const { return httpCode; }
+    /// The transport's own error code (libcurl's CURLcode); 0 when the exchange went through.
+    int getTransportCode() const { return transportCode; }
+    const QByteArray &getBody() const { return body; }
+    /// The body as a JSON object; empty when the body is missing or no JSON object.
+    QJsonObject responseObject() const;
+
+private:
+    int httpCode = 0;
+    int transportCode = 0;
+    QByteArray body;
+};
+
+} // namespace http

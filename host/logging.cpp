@@ -1,0 +1,119 @@
+#include "host/logging.h"
+
+#include "host/privatefile.h"
+
+#include <QFileInfo>
+#include <QtGlobal>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <mutex>
+#include <unistd.h>
+
+namespace logging {
+
+namespace {
+
+constexpr int none = -1;
+
+struct Destinations
+{
+    std::mutex mutex;
+    int file = none;
+    int standardError = none;
+};
+
+Destinations &destinations()
+{
+    // Never destroyed: the program's last objects may still log.
+    static auto *const object = new Destinations;
+    return *object;
+}
+
+QString withoutControls(const QString &message)
+{
+    QString result;
+    result.reserve(message.size());
+    for (const auto character : message) {
+        const auto category = character.category();
+        if (character == QLatin1Char('\n'))
+            result += QLatin1String("\\n");
+        else if (character == QLatin1Char('\r'))
+            result += QLatin1String("\\r");
+        else if (character == QLatin1Char('\t'))
+            result += QLatin1String("\\t");
+        else if (category == QChar::Other_Control || category == QChar::Separator_Line ||
+                 category == QChar::Separator_Paragraph)
+            result += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            result += character;
+    }
+    return result;
+}
+
+void writeLine(int descriptor, const QByteArray &line)
+{
+    auto rest = line.size();
+    while (descriptor != none && rest > 0) {
+        const auto written =
+            ::write(descriptor, line.constData() + line.size() - rest, static_cast<size_t>(rest));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return; // there is no place to say so
+        rest -= written;
+    }
+}
+
+void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    const auto reason = errno;
+    const auto line = qFormatLogMessage(type, context, withoutControls(message)).toUtf8() + '\n';
+    {
+        auto &to = destinations();
+        const std::scoped_lock lock(to.mutex);
+        writeLine(to.standardError, line);
+        writeLine(to.file, line);
+    }
+    errno = reason;
+}
+
+} // namespace
+
+std::optional<QString> start(const QString &file, bool toStandardError)
+{
+    auto opened = none;
+    if (!file.isEmpty()) {
+        if (auto error = privatefile::createDirectory(QFileInfo(file).path()))
+            return error;
+        opened = privatefile::open(file, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK);
+        if (opened == none)
+            return QStringLiteral("%1: the log cannot be written: %2")
+                .arg(file, qt_error_string(errno));
+    }
+    stop();
+    {
+        auto &to = destinations();
+        const std::scoped_lock lock(to.mutex);
+        to.file = opened;
+        to.standardError = toStandardError ? STDERR_FILENO : none;
+    }
+    // The environment's pattern, when there is one, goes before this one.
+    qSetMessagePattern(QStringLiteral("%{time yyyy-MM-dd hh:mm:ss.zzz} %{type} %{category}: "
+                                      "%{message}"));
+    qInstallMessageHandler(handle);
+    return std::nullopt;
+}
+
+void stop()
+{
+    qInstallMessageHandler(nullptr);
+    auto &to = destinations();
+    const std::scoped_lock lock(to.mutex);
+    if (to.file != none)
+        ::close(to.file);
+    to.file = none;
+    to.standardError = none;
+}
+
+} // namespace logging

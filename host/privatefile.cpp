@@ -1,0 +1,67 @@
+#include "host/privatefile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace privatefile {
+
+std::optional<QString> createDirectory(const QString &path)
+{
+    const auto absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    const QFileInfo info(absolute);
+    if (info.isDir())
+        return std::nullopt;
+    if (!info.dir().exists()) {
+        if (auto error = createDirectory(info.path()))
+            return error;
+    }
+    const auto name = QFile::encodeName(absolute);
+    // The umask may take rights away from mkdir, and another process may have been faster.
+    if (::mkdir(name.constData(), 0700) == 0) {
+        if (::chmod(name.constData(), 0700) == 0)
+            return std::nullopt;
+    } else if (errno == EEXIST && QFileInfo(absolute).isDir()) {
+        return std::nullopt;
+    }
+    return QStringLiteral("%1: the directory cannot be created: %2")
+        .arg(absolute, qt_error_string(errno));
+}
+
+int open(const QString &path, int flags)
+{
+    const auto descriptor = ::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, 0600);
+    if (descriptor < 0)
+        return -1;
+    struct stat status = {};
+    const auto narrow = ::fstat(descriptor, &status) == 0 &&
+                        (!S_ISREG(status.st_mode) || (status.st_mode & 07777) == 0600 ||
+                         ::fchmod(descriptor, 0600) == 0);
+    if (narrow)
+        return descriptor;
+    const auto reason = errno;
+    ::close(descriptor);
+    errno = reason;
+    return -1;
+}
+
+bool syncDirectory(const QString &path)
+{
+    const auto name = QFile::encodeName(path);
+    const auto descriptor = ::open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const auto synced = ::fsync(descriptor) == 0;
+    const auto reason = errno;
+    ::close(descriptor);
+    errno = reason;
+    return synced;
+}
+
+} // namespace privatefile

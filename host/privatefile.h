@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/export.h"
+
+#include <QString>
+
+#include <optional>
+
+/// Files and directories for their owner alone, whatever the process's umask.
+namespace privatefile {
+
+/// Creates the directory and those above it that are missing, each with mode 0700. A directory that
+/// exists stays as it is.
+/// \return Why it is not there, nothing when it is.
+[[nodiscard]] HOST_EXPORT std::optional<QString> createDirectory(const QString &path);
+
+/// Opens a file with the flags of open(2), with mode 0600 if it is created. One that exists is
+/// narrowed to 0600.
+/// \return The descriptor, -1 after a failure, with the reason in errno.
+[[nodiscard]] HOST_EXPORT int open(const QString &path, int flags);
+
+/// Writes the names in a directory to the disk, so that a new or renamed file is found there after
+/// a power cut. \return Whether it was done; the reason of a failure is in errno.
+[[nodiscard]] HOST_EXPORT bool syncDirectory(const QString &path);
+
+} // namespace privatefile

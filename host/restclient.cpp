@@ -1,0 +1,49 @@
+#include "host/restclient.h"
+
+#include "host/exchangelog.h"
+#include "host/restconnection.h"
+
+#include <QJsonDocument>
+#include <QUrl>
+
+#include <algorithm>
+
+template class MockFactory<RestClient>;
+
+RestClient::RestClient()
+    : connection(std::make_unique<Connection>())
+{}
+
+RestClient::~RestClient() = default;
+
+void RestClient::setTimeout(qint64 milliseconds)
+{
+    timeout = std::max<qint64>(milliseconds, 1);
+}
+
+void RestClient::setLogger(const Log4Qt::Logger *newLogger)
+{
+    logger = newLogger;
+}
+
+void RestClient::setCompactLogs(bool compact)
+{
+    compactLogs = compact;
+}
+
+void RestClient::send(const QUrl &url, const QJsonDocument &document,
+                      const QHash<QString, QString> &headers)
+{
+    const ExchangeLog exchangeLog(logger, compactLogs, url, headers);
+    exchangeLog.writeRequest(document);
+    response = connection->exchange(url, document.toJson(QJsonDocument::Compact), headers, timeout);
+    if (const auto error = connection->getError(); !error.isEmpty())
+        exchangeLog.writeFailure(error, response.getTransportCode());
+    else
+        exchangeLog.writeAnswer(response);
+}
+
+http::Response RestClient::getResponse() const
+{
+    return response;
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "host/export.h"
+#include "host/httpresponse.h"
+#include "host/mockfactory.h"
+
+#include <QHash>
+#include <QString>
+
+#include <memory>
+
+class QJsonDocument;
+class QUrl;
+
+namespace Log4Qt {
+class Logger;
+}
+
+/// Sends JSON over HTTP and waits for the answer.
+///
+/// One exchange at a time; the connection is kept for the next one. Redirects are not followed,
+/// certificates and host names are verified, only http and https are spoken, and an answer of more
+/// than `maximumAnswerSize` bytes counts as no answer. A certificate authority of the shop's own
+/// is trusted when the setting "Http:caFile" names its PEM file.
+class HOST_EXPORT RestClient
+{
+public:
+    static constexpr qint64 maximumAnswerSize = 16LL << 20;
+
+    RestClient();
+    virtual ~RestClient();
+    Q_DISABLE_COPY_MOVE(RestClient)
+
+    /// Bounds a whole exchange, from resolving the name to the last byte. Values below 1 ms mean
+    /// 1 ms; there is no endless wait. 5,000 ms until set.
+    virtual void setTimeout(qint64 milliseconds);
+    /// Where exchanges are logged; null for nowhere. The logger must outlive the client.
+    virtual void setLogger(const Log4Qt::Logger *newLogger);
+    /// With compact logs only a failure is logged; otherwise each exchange at debug level, with
+    /// URL, bodies, codes and duration, never with the headers.
+    virtual void setCompactLogs(bool compact);
+
+    /// Posts the document with the headers; the outcome is in `getResponse`. A header whose name
+    /// or value holds a line break or a null character, or a URL that is neither http nor https,
+    /// is not sent and leaves a response with HTTP code 0.
+    virtual void send(const QUrl &url, const QJsonDocument &document,
+                      const QHash<QString, QString> &headers);
+    /// The outcome of the last `send`.
+    virtual http::Response getResponse() const;
+
+private:
+    class Connection;
+    std::unique_ptr<Connection> connection;
+    const Log4Qt::Logger *logger = nullptr;
+    bool compactLogs = true;
+    qint64 timeout = 5000;
+    http::Response response;
+};
+
+extern template class HOST_EXPORT MockFactory<RestClient>;

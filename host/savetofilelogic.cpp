@@ -1,0 +1,104 @@
+#include "host/savetofilelogic.h"
+
+#include "host/abstractdocument.h"
+#include "host/documentjson.h"
+#include "host/privatefile.h"
+#include "host/session.h"
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QSaveFile>
+
+#include <algorithm>
+
+template class MockFactory<SaveToFileLogic>;
+
+namespace {
+
+Q_LOGGING_CATEGORY(log, "till.receipt", QtInfoMsg)
+
+constexpr qint64 maximumFileSize = 64LL << 20;
+
+/// \return Why the content is not on disk; empty when it is.
+QString write(const QByteArray &content, const QString &fileName)
+{
+    const auto directory = QFileInfo(fileName).path();
+    if (const auto error = privatefile::createDirectory(directory))
+        return *error;
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) ||
+        !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
+        file.write(content) != content.size() || !file.commit())
+        return file.errorString();
+    // The file itself is synchronised by now, its new name is not.
+    if (!privatefile::syncDirectory(directory))
+        return qt_error_string();
+    return {};
+}
+
+QByteArray read(const QString &fileName, QString &error)
+{
+    if (const QFileInfo info(fileName); info.exists() && !info.isFile()) {
+        error = QStringLiteral("expected a regular file");
+        return {};
+    }
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        error = file.errorString();
+        return {};
+    }
+    // The amount asked for is allocated, however short the file is.
+    auto content = file.read(std::min(file.size(), maximumFileSize) + 1);
+    if (file.error() != QFile::NoError)
+        error = file.errorString();
+    else if (content.size() > maximumFileSize)
+        error = QStringLiteral("expected at most %1 bytes").arg(maximumFileSize);
+    return content;
+}
+
+} // namespace
+
+SaveToFileLogic::~SaveToFileLogic() = default;
+
+bool SaveToFileLogic::save(const QSharedPointer<AbstractDocument> &document,
+                           const QString &fileName)
+{
+    const auto file =
+        fileName.isEmpty() ? Singleton<Session>::instance()->getDocumentFile() : fileName;
+    if (!document || file.isEmpty())
+        return false;
+    QString error;
+    const auto content =
+        QJsonDocument(documentjson::toJson(*document, error)).toJson(QJsonDocument::Compact);
+    if (error.isEmpty() && content.size() > maximumFileSize)
+        error = QStringLiteral("the receipt is longer than %1 bytes").arg(maximumFileSize);
+    if (error.isEmpty())
+        error = write(content, file);
+    if (!error.isEmpty())
+        qCCritical(log, "%ls: the receipt is not saved: %ls", qUtf16Printable(file),
+                   qUtf16Printable(error));
+    return error.isEmpty();
+}
+
+LoadedDocument SaveToFileLogic::load(const QString &fileName)
+{
+    LoadedDocument result;
+    const auto content = read(fileName, result.error);
+    if (result.error.isEmpty()) {
+        QJsonParseError parsing;
+        const auto json = QJsonDocument::fromJson(content, &parsing);
+        if (parsing.error != QJsonParseError::NoError)
+            result.error = QStringLiteral("offset %1: expected JSON: %2")
+                               .arg(parsing.offset)
+                               .arg(parsing.errorString());
+        else if (!json.isObject())
+            result.error = QStringLiteral("expected a JSON object");
+        else
+            result.document = documentjson::fromJson(json.object(), result.error);
+    }
+    if (!result.error.isEmpty())
+        result.error =
+            QStringLiteral("%1: the receipt cannot be read: %2").arg(fileName, result.error);
+    return result;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host/export.h"
+#include "host/singleton.h"
+#include "host/tr.h"
+
+#include <QSharedPointer>
+#include <QString>
+
+class AbstractDocument;
+
+/// Where the till shows how far a step has come.
+class HOST_EXPORT ProgressDisplay
+{
+public:
+    ProgressDisplay() = default;
+    virtual ~ProgressDisplay();
+    Q_DISABLE_COPY_MOVE(ProgressDisplay)
+
+    /// Shows the text; `value` is the share done in percent.
+    virtual void setProgress(const tr::Tr &text, int value);
+};
+
+/// The cashier's session: the receipt at hand and the progress display.
+class HOST_EXPORT Session
+{
+public:
+    Session();
+
+    /// The receipt the till is working on; null between receipts.
+    QSharedPointer<AbstractDocument> getCurrentDocument() const { return currentDocument; }
+    void setCurrentDocument(const QSharedPointer<AbstractDocument> &document);
+
+    /// Where the receipt at hand is kept; empty when it is not kept at all.
+    QString getDocumentFile() const { return documentFile; }
+    void setDocumentFile(const QString &file) { documentFile = file; }
+
+    /// Never null; a display that shows nothing until the till sets its own.
+    QSharedPointer<ProgressDisplay> getProgressDisplay() const { return progressDisplay; }
+    void setProgressDisplay(const QSharedPointer<ProgressDisplay> &display);
+
+private:
+    QSharedPointer<AbstractDocument> currentDocument;
+    QString documentFile;
+    QSharedPointer<ProgressDisplay> progressDisplay;
+};
+
+extern template class HOST_EXPORT Singleton<Session>;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "host/export.h"
+
+#include <QList>
+#include <QString>
+
+namespace tr {
+
+/// A text for people: a message identifier and the text used where no translation is installed.
+class HOST_EXPORT Tr
+{
+public:
+    Tr() = default;
+    Tr(QString id, QString defaultText);
+
+    /// Whether there is neither an identifier nor a text.
+    bool isEmpty() const { return id.isEmpty() && defaultText.isEmpty(); }
+    const QString &getId() const { return id; }
+    const QString &getDefaultText() const { return defaultText; }
+    /// The installed translation for the identifier, else the default text.
+    QString toString() const;
+
+    bool operator==(const Tr &other) const = default;
+
+private:
+    QString id;
+    QString defaultText;
+};
+
+using TrList = QList<Tr>;
+
+} // namespace tr

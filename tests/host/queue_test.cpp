@@ -1,0 +1,210 @@
+#include "support.h"
+
+#include <host/dbqueuebroker.h>
+
+#include <QElapsedTimer>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <thread>
+
+namespace {
+
+const auto queueName = QStringLiteral("lmmindbox");
+
+QJsonObject message(int number)
+{
+    return {{QStringLiteral("number"), number}, {QStringLiteral("text"), QStringLiteral("имя")}};
+}
+
+QList<int> numbers(const QList<QueuedMessage> &messages)
+{
+    QList<int> result;
+    for (const auto &queued : messages)
+        result += queued.message.value(QStringLiteral("number")).toInt();
+    return result;
+}
+
+/// A plain SQLite connection to a file.
+class PlainDatabase
+{
+public:
+    explicit PlainDatabase(const QString &file)
+        : database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("plain")))
+    {
+        database.setDatabaseName(file);
+        EXPECT_TRUE(database.open());
+    }
+    ~PlainDatabase()
+    {
+        database = {};
+        QSqlDatabase::removeDatabase(QStringLiteral("plain"));
+    }
+    Q_DISABLE_COPY_MOVE(PlainDatabase)
+
+    void run(const QString &sql) const { EXPECT_TRUE(QSqlQuery(database).exec(sql)); }
+
+private:
+    QSqlDatabase database;
+};
+
+class Queue : public WithFiles
+{
+protected:
+    QString file() const { return path(QStringLiteral("data/queue.sqlite")); }
+};
+
+} // namespace
+
+TEST_F(Queue, KeepsMessagesInOrderForTheNextBroker)
+{
+    {
+        DBQueueBroker broker(file());
+        for (const auto number : {1, 2, 3, 4})
+            ASSERT_TRUE(broker.put(queueName, message(number), {}))
+                << broker.lastError().toStdString();
+        ASSERT_TRUE(broker.put(QStringLiteral("other"), message(9), QStringLiteral("tag")));
+        for (const auto *suffix : {"", "-wal", "-shm"})
+            EXPECT_EQ(mode(file() + QLatin1String(suffix)), 0600U);
+        EXPECT_EQ(mode(path(QStringLiteral("data"))), 0700U);
+    }
+    DBQueueBroker broker(file());
+    const auto first = broker.first(queueName);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->message, message(1));
+    EXPECT_LE(std::abs(first->queuedAt.secsTo(QDateTime::currentDateTimeUtc())), 60);
+    EXPECT_EQ(numbers(broker.waiting(queueName, 3)), (QList{1, 2, 3}));
+    EXPECT_EQ(broker.first(QStringLiteral("other"))->tag, QStringLiteral("tag"));
+
+    EXPECT_TRUE(broker.remove(first->id));
+    EXPECT_FALSE(broker.remove(first->id));
+    EXPECT_FALSE(broker.lastError().isEmpty());
+    EXPECT_EQ(numbers(broker.waiting(queueName, 9)), (QList{2, 3, 4}));
+
+    // Whoever still holds the number of a removed message must not meet another one.
+    const auto last = broker.first(QStringLiteral("other"))->id;
+    ASSERT_TRUE(broker.remove(last) && broker.put(queueName, message(5), {}));
+    EXPECT_GT(broker.waiting(queueName, 9).constLast().id, last);
+}
+
+TEST_F(Queue, ParkedMessageMakesWayAndComesBackToItsPlace)
+{
+    DBQueueBroker broker(file());
+    for (const auto number : {1, 2, 3})
+        ASSERT_TRUE(broker.put(queueName, message(number), {}));
+    const auto id = broker.first(queueName)->id;
+    EXPECT_TRUE(broker.noteFailure(id, QStringLiteral("no connection")));
+    EXPECT_EQ(broker.first(queueName)->tries, 1);
+    EXPECT_EQ(broker.first(queueName)->lastError, QStringLiteral("no connection"));
+
+    EXPECT_TRUE(broker.park(id, QStringLiteral("refused")));
+    EXPECT_EQ(numbers(broker.waiting(queueName, 9)), (QList{2, 3}));
+    ASSERT_EQ(numbers(broker.parked(queueName)), (QList{1}));
+    EXPECT_EQ(broker.parked(queueName).constFirst().lastError, QStringLiteral("refused"));
+    const auto state = broker.state(queueName);
+    ASSERT_TRUE(state && state->oldest);
+    EXPECT_EQ(state->waiting, 2);
+    EXPECT_EQ(state->parked, 1);
+    EXPECT_EQ(state->oldest->message, message(2));
+
+    EXPECT_TRUE(broker.unpark(id));
+    EXPECT_EQ(numbers(broker.waiting(queueName, 9)), (QList{1, 2, 3}));
+}
+
+TEST_F(Queue, IsSharedByThreadsThatOpenItAtOnce)
+{
+    std::vector<std::thread> threads;
+    for (auto i = 0; i < 4; ++i) {
+        threads.emplace_back([this] {
+            DBQueueBroker broker(file());
+            for (auto number = 0; number < 25; ++number)
+                EXPECT_TRUE(broker.put(queueName, message(number), {}))
+                    << broker.lastError().toStdString();
+        });
+    }
+    for (auto &thread : threads)
+        thread.join();
+    EXPECT_EQ(DBQueueBroker(file()).state(queueName)->waiting, 100);
+}
+
+TEST_F(Queue, LockedFileFailsInTimeAndServesAgain)
+{
+    DBQueueBroker broker(file());
+    ASSERT_TRUE(broker.put(queueName, message(1), {}));
+    {
+        const PlainDatabase other(file());
+        other.run(QStringLiteral("BEGIN IMMEDIATE"));
+        QElapsedTimer timer;
+        timer.start();
+        EXPECT_FALSE(broker.put(queueName, message(2), {}));
+        EXPECT_LT(timer.elapsed(), 4000);
+        EXPECT_TRUE(broker.lastError().contains(file()) &&
+                    broker.lastError().contains(QStringLiteral("locked")));
+        EXPECT_EQ(broker.failedPuts(), 1);
+    }
+    EXPECT_TRUE(broker.put(queueName, message(3), {}));
+    EXPECT_EQ(numbers(broker.waiting(queueName, 9)), (QList{1, 3}));
+}
+
+TEST_F(Queue, FullDiskFailsAndServesAgain)
+{
+    DBQueueBroker broker(file());
+    ASSERT_TRUE(broker.put(queueName, message(1), {}));
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto limitFiles = [&before](rlim_t size) {
+        const rlimit limit{size, before.rlim_max};
+        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    };
+    const auto signalBefore = ::signal(SIGXFSZ, SIG_IGN); // the write then fails
+    limitFiles(65536);
+    const QJsonObject large{{QStringLiteral("text"), QString(200'000, QLatin1Char('x'))}};
+    const auto stored = broker.put(queueName, large, {});
+    limitFiles(before.rlim_cur);
+    (void)::signal(SIGXFSZ, signalBefore);
+
+    EXPECT_FALSE(stored);
+    EXPECT_FALSE(broker.lastError().isEmpty());
+    EXPECT_TRUE(broker.put(queueName, message(2), {})) << broker.lastError().toStdString();
+    EXPECT_EQ(numbers(broker.waiting(queueName, 9)), (QList{1, 2}));
+}
+
+TEST_F(Queue, FileOfSomethingElseIsReportedAndLeftAlone)
+{
+    {
+        ASSERT_TRUE(DBQueueBroker(file()).put(queueName, message(1), {}));
+    }
+    {
+        PlainDatabase(file()).run(QStringLiteral("PRAGMA user_version = 2"));
+    }
+    const auto newer = read(file());
+    {
+        PlainDatabase(path(QStringLiteral("foreign"))).run(QStringLiteral("CREATE TABLE t (x)"));
+    }
+    const auto foreign = read(path(QStringLiteral("foreign")));
+    const struct
+    {
+        QByteArray content;
+        const char *expected;
+    } cases[] = {
+        {newer, "newer version"},
+        {foreign, "something else"},
+        {"no database at all, yet longer than a header of one " + QByteArray(100, ' '),
+         "not a database"},
+        {newer.left(newer.size() / 2), ""},
+    };
+    for (const auto &[content, expected] : cases) {
+        SCOPED_TRACE(expected);
+        const auto damaged = write(QStringLiteral("damaged"), content);
+        DBQueueBroker broker(damaged);
+        EXPECT_FALSE(broker.put(queueName, message(2), {}));
+        EXPECT_TRUE(broker.lastError().contains(damaged) &&
+                    broker.lastError().contains(QLatin1String(expected)))
+            << broker.lastError().toStdString();
+        EXPECT_FALSE(broker.state(queueName));
+        EXPECT_EQ(read(damaged), content);
+    }
+    EXPECT_FALSE(DBQueueBroker().put(queueName, message(1), {}));
+}

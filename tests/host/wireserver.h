@@ -1,0 +1,136 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+/// What the server does with one request.
+struct Reply
+{
+    QByteArray bytes;
+    bool closes = false;
+    int dripMilliseconds = 0; ///< Pause before every byte.
+};
+
+inline QByteArray okReply(const QByteArray &body)
+{
+    return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" +
+           body;
+}
+
+/// Answers request after request with scripted bytes, the last reply over and over; one connection
+/// at a time.
+class WireServer
+{
+public:
+    explicit WireServer(std::vector<Reply> script)
+        : script(std::move(script))
+        , listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto *const any = reinterpret_cast<sockaddr *>(&address);
+        ::bind(listener, any, size);
+        ::listen(listener, 8);
+        ::getsockname(listener, any, &size);
+        port = ntohs(address.sin_port);
+        thread = std::thread([this] { run(); });
+    }
+    ~WireServer()
+    {
+        stopping = true;
+        thread.join();
+        ::close(listener);
+    }
+    WireServer(const WireServer &) = delete;
+    WireServer &operator=(const WireServer &) = delete;
+
+    int port = 0;
+    std::atomic<int> connections = 0;
+    std::atomic<int> requests = 0;
+    QByteArray received() const
+    {
+        const std::scoped_lock lock(mutex);
+        return bytes;
+    }
+
+private:
+    void run()
+    {
+        while (awaits(listener)) {
+            const auto socket = ::accept(listener, nullptr, nullptr);
+            ++connections;
+            while (readRequest(socket) && answer(socket)) {
+            }
+            ::close(socket);
+        }
+    }
+
+    bool awaits(int socket) const
+    {
+        pollfd state{socket, POLLIN, 0};
+        while (!stopping) {
+            if (::poll(&state, 1, 10) > 0)
+                return true;
+        }
+        return false;
+    }
+
+    bool readRequest(int socket)
+    {
+        QByteArray request;
+        while (awaits(socket)) {
+            char part[65536];
+            const auto length = ::recv(socket, part, sizeof part, 0);
+            if (length <= 0)
+                return false;
+            request.append(part, length);
+            const auto head = request.indexOf("\r\n\r\n");
+            const auto field = request.indexOf("Content-Length: ");
+            if (head < 0 || field < 0)
+                continue;
+            const auto digits =
+                request.mid(field + 16, request.indexOf("\r\n", field) - field - 16);
+            if (request.size() - head - 4 < digits.toLongLong())
+                continue;
+            const std::scoped_lock lock(mutex);
+            bytes += request;
+            return true;
+        }
+        return false;
+    }
+
+    bool answer(int socket)
+    {
+        const auto index = static_cast<size_t>(requests++);
+        const auto &reply = script.at(std::min(index, script.size() - 1));
+        const auto step = reply.dripMilliseconds > 0 ? 1 : reply.bytes.size();
+        for (qsizetype sent = 0; sent < reply.bytes.size() && !stopping; sent += step) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(reply.dripMilliseconds));
+            if (::send(socket, reply.bytes.constData() + sent, static_cast<size_t>(step),
+                       MSG_NOSIGNAL) != step)
+                return false;
+        }
+        return !reply.closes;
+    }
+
+    std::vector<Reply> script;
+    int listener;
+    std::thread thread;
+    std::atomic<bool> stopping = false;
+    mutable std::mutex mutex;
+    QByteArray bytes;
+};
