@@ -1,0 +1,22 @@
+#include "model/customeredit.h"
+
+namespace lmmindbox {
+
+QString CustomerEdit::toString() const
+{
+    const auto sexText = sex == Client::Sex::Male ? QStringLiteral("муж") : QStringLiteral("жен");
+    return QStringLiteral("имя: %1; телефон: %2; пол: %3; email: %4")
+        .arg(name)
+        .arg(phone)
+        .arg(sexText)
+        .arg(email);
+}
+
+namespace {
+// The names are part of the contract: variants find the types by them.
+[[maybe_unused]] const int customerEditTypeId =
+    qRegisterMetaType<CustomerEdit>("lmmindbox::CustomerEdit");
+[[maybe_unused]] const int sexTypeId = qRegisterMetaType<Client::Sex>("Client::Sex");
+} // namespace
+
+} // namespace lmmindbox

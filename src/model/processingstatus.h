@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QHashFunctions>
+#include <QString>
+
+namespace lmmindbox {
+
+/// What the service did with one entity (customer, order, code) of an operation.
+enum class ProcessingStatus {
+    Unknown = 0,
+    NotFound = 1,
+    Found = 2,
+    Changed = 3,
+    Created = 5,
+    MobilePhoneConfirmed = 6,
+    AlreadyConfirmed = 7,
+    Processed = 8,
+    NotProcessed = 9,
+    Calculated = 10,
+    IncorrectConfirmationCode = 11,
+};
+
+/// The status spelled `text` in an answer, compared exactly; `Unknown` for any other text.
+ProcessingStatus getProcessingStatus(const QString &text);
+
+inline size_t qHash(ProcessingStatus status, size_t seed = 0) noexcept
+{
+    return ::qHash(static_cast<int>(status), seed);
+}
+
+} // namespace lmmindbox

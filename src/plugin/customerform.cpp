@@ -1,0 +1,127 @@
+#include "plugin/plugin.h"
+
+#include <host/dialog.h>
+
+#include <QMetaProperty>
+#include <QRegularExpression>
+
+namespace lmmindbox {
+
+namespace {
+
+/// The fields' keys are the properties of `CustomerEdit` that take the answers.
+FormField makeField(const QString &key, FormFieldKind kind, const tr::Tr &label, int order)
+{
+    FormField field;
+    field.key = key;
+    field.kind = kind;
+    field.label = label;
+    field.order = order;
+    return field;
+}
+
+FormField phoneField(const Customer &customer)
+{
+    auto field =
+        makeField(QStringLiteral("phone"), FormFieldKind::Text,
+                  {QStringLiteral("inputClientPhoneNumber"), QStringLiteral("Номер телефона")}, 0);
+    field.inputMask = QStringLiteral("+7(999)-999-99-99;_");
+    field.validator = QStringLiteral("\\+7\\([0-9]{3}\\)-[0-9]{3}-[0-9]{2}-[0-9]{2}");
+
+    static const QRegularExpression russianPhone(QStringLiteral("^[+]?[78]?(?<phone>[0-9]{10})$"));
+    const auto match = russianPhone.match(customer.mobilePhone);
+    if (match.hasMatch()) {
+        field.value = QStringLiteral("+7") + match.captured(QStringLiteral("phone"));
+        field.editable = false;
+    }
+    return field;
+}
+
+FormField nameField(const Customer &customer)
+{
+    auto field =
+        makeField(QStringLiteral("name"), FormFieldKind::Text,
+                  {QStringLiteral("inputClientFullName"), QStringLiteral("ФИО клиента")}, 1);
+    field.value = customer.firstName;
+    field.keyboardDigits = false;
+    return field;
+}
+
+FormField birthdayField(const Customer &customer)
+{
+    auto field =
+        makeField(QStringLiteral("birthday"), FormFieldKind::Date,
+                  {QStringLiteral("inputClientBirthDate"), QStringLiteral("Дата рождения")}, 2);
+    const auto today = QDate::currentDate();
+    field.minDate = today.addYears(-150);
+    field.maxDate = today;
+    field.value = customer.birthDate.toString(QStringLiteral("dd.MM.yyyy"));
+    field.mandatory = false;
+    return field;
+}
+
+FormField sexField(const Customer &customer)
+{
+    auto field = makeField(QStringLiteral("sex"), FormFieldKind::Choice,
+                           {QStringLiteral("inputClientSex"), QStringLiteral("Пол")}, 2);
+    field.options = {{QStringLiteral("inputClientFemale"), QStringLiteral("Женщина")},
+                     {QStringLiteral("inputClientMale"), QStringLiteral("Мужчина")}};
+    const auto male = customer.sex.compare(QLatin1String("male"), Qt::CaseInsensitive) == 0;
+    field.value = male ? QStringLiteral("1") : QStringLiteral("0");
+    return field;
+}
+
+FormField emailField(const Customer &customer)
+{
+    auto field =
+        makeField(QStringLiteral("email"), FormFieldKind::Text,
+                  {QStringLiteral("inputClientEmail"), QStringLiteral("Электронная почта")}, 3);
+    field.value = customer.email;
+    field.mandatory = false;
+    field.keyboardDigits = false;
+    return field;
+}
+
+tr::Tr title(const Customer &customer)
+{
+    if (customer.checkStatus({ProcessingStatus::NotFound}))
+        return {QStringLiteral("lmmindboxRegisterCustomeTitle"), QStringLiteral("Новый клиент")};
+    return {QStringLiteral("lmmindboxEditCustomerTitle"),
+            QStringLiteral("Редактирование анкетных данных клиента")};
+}
+
+CustomerEdit readAnswers(const QVariantMap &answers)
+{
+    CustomerEdit edit;
+    if (answers.isEmpty()) {
+        edit.sex = Client::Sex::Male;
+        return edit;
+    }
+    // The sex field answers with an option's index, which is the other way round.
+    constexpr auto woman = Client::Sex{0};
+    constexpr auto man = Client::Sex{1};
+    edit.sex = woman;
+    const auto &meta = CustomerEdit::staticMetaObject;
+    for (auto answer = answers.begin(); answer != answers.end(); ++answer) {
+        const auto index = meta.indexOfProperty(answer.key().toLatin1().constData());
+        if (index >= 0)
+            meta.property(index).writeOnGadget(&edit, answer.value());
+    }
+    edit.sex = edit.sex == man ? Client::Sex::Male : Client::Sex::Female;
+    return edit;
+}
+
+} // namespace
+
+CustomerEdit Plugin::showCustomerEdit(const Customer &shown) const
+{
+    FormRequest form;
+    form.title = title(shown);
+    form.cancellable = true;
+    form.validates = true;
+    form.fields = {phoneField(shown), nameField(shown), birthdayField(shown), sexField(shown),
+                   emailField(shown)};
+    return readAnswers(MockFactory<Dialog>::create()->showForm(form));
+}
+
+} // namespace lmmindbox

@@ -1,0 +1,86 @@
+#include "interface/interface.h"
+#include "plugin/plugin.h"
+
+#include <host/abstractdocument.h>
+
+#include <log4qt/logger.h>
+
+namespace lmmindbox {
+
+loyalty::CardNumberAnswer Plugin::getCardNumber(const loyalty::CardNumberInputData &input)
+{
+    if (input.kind != loyalty::CardNumberInputData::typed)
+        return BasicLoyaltySystem::getCardNumber(input);
+    return {true, input.text, {}};
+}
+
+bool Plugin::identifyByCard(QSharedPointer<DocumentCardRecord> &card, ECardNumberType /*type*/)
+{
+    const auto enteredPhone = card->getNumber().toString();
+    logger->info(QStringLiteral("Идентификация клиента по номеру телефона '%1'"), enteredPhone);
+    clearLoyaltyData();
+
+    auto result = getCustomer(enteredPhone, false);
+    if (!result.success()) {
+        lastError = result.getError({QStringLiteral("lmmindboxGetCustomerError"),
+                                     QStringLiteral("Не удалось получить информацию о клиенте")});
+        return false;
+    }
+    if (!result.customer.found()) {
+        logger->info(QStringLiteral("Клиент не найден"));
+        if (!registerCustomer(enteredPhone))
+            return false;
+        result = getCustomer(customer.mobilePhone, false);
+        if (!result.success()) {
+            lastError = result.getError({QStringLiteral("lmmindboxRegisterCustomerError"),
+                                         QStringLiteral("Не удалось зарегистрировать клиента")});
+            return false;
+        }
+    }
+
+    card->setNumber(result.customer.mobilePhone);
+    customer = result.customer;
+    const auto unless = [](bool confirmed) {
+        return confirmed ? QString() : QStringLiteral("не ");
+    };
+    logger->info(QStringLiteral("Клиент найден, телефон %1подтверждён, почта %2подтверждена"),
+                 unless(customer.isMobilePhoneConfirmed), unless(customer.isEmailConfirmed));
+
+    if (const auto verified = confirmMobilePhone(customer); verified.code != 0) {
+        lastError = verified.message;
+        return false;
+    }
+    checkEmail();
+    fillClientInfo(card, customer);
+    storePluginData();
+    return true;
+}
+
+GetCustomerResult Plugin::getCustomer(const QString &phone, bool sendLetter)
+{
+    auto result = interface->getCustomer(phone);
+    if (sendLetter && result.success() && !result.customer.isEmailConfirmed)
+        sendConfirmationLetter(result.customer.email);
+    return result;
+}
+
+void Plugin::fillClientInfo(QSharedPointer<DocumentCardRecord> &card, const Customer &holder) const
+{
+    const auto client = QSharedPointer<Client>::create();
+    client->setName(QStringLiteral("%1 %2").arg(holder.firstName, holder.lastName).trimmed());
+    if (client->getName().isEmpty())
+        client->setName(QStringLiteral("Не указаны ФИО"));
+    client->setPhoneNumber(holder.mobilePhone);
+    client->setEmail(holder.email);
+    if (!holder.email.isEmpty() && holder.consentToElectronicChecks) {
+        client->setOption(ClientOptions::ElectronicReceipt);
+        client->setOption(ClientOptions::NoPaperReceipt);
+    }
+    client->setSex(holder.sex == QLatin1String("female") ? Client::Sex::Female : Client::Sex::Male);
+    client->setBirthday(holder.birthDate);
+    card->getCard()->setClient(client);
+    if (currentDocument)
+        currentDocument->update();
+}
+
+} // namespace lmmindbox

@@ -1,0 +1,48 @@
+#include "interface/interface.h"
+#include "plugin/plugin.h"
+
+#include <host/dialog.h>
+
+#include <log4qt/logger.h>
+
+namespace lmmindbox {
+
+bool Plugin::registerCustomer(const QString &phone)
+{
+    const tr::Tr canceled(QStringLiteral("lmmindboxRegisterCustomerCanceled"),
+                          QStringLiteral("Клиент не добавлен"));
+    const auto agreed = MockFactory<Dialog>::create()->showChoice(
+        {QStringLiteral("lmmindboxRegisterCustomerChoice"),
+         QStringLiteral("Клиент не найден.\nЗарегистрировать клиента?")},
+        0, {QStringLiteral("dialogChoiceOk"), QStringLiteral("ОК")},
+        {QStringLiteral("dialogChoiceCancel"), QStringLiteral("Отмена")}, 0);
+    if (!agreed) {
+        lastError = canceled;
+        return false;
+    }
+
+    logger->info(QStringLiteral("Регистрация клиента"));
+    customer.mobilePhone = phone;
+    const auto edit = showCustomerEdit(customer);
+    if (edit.name.isEmpty()) {
+        lastError = canceled;
+        return false;
+    }
+    logger->info(QStringLiteral("Данные: %1"), edit.toString());
+
+    ProgressRequest request;
+    request.message = {QStringLiteral("lmmindboxRegisterCustomerProgress"),
+                       QStringLiteral("Регистрация клиента")};
+    const auto progress = MockFactory<Dialog>::create()->showProgress(request);
+    const auto result = interface->registerCustomer(edit);
+    if (!result.success()) {
+        lastError = result.getError({QStringLiteral("lmmindboxRegisterCustomerError"),
+                                     QStringLiteral("Не удалось зарегистрировать клиента")});
+        return false;
+    }
+    logger->info(QStringLiteral("Клиент успешно создан"));
+    codeSent = true; // the service sends the code to a new customer by itself
+    return true;
+}
+
+} // namespace lmmindbox

@@ -1,0 +1,151 @@
+#include "fakes.h"
+
+namespace lmmindbox {
+namespace {
+
+using testing::_;
+using testing::InSequence;
+using testing::Return;
+
+class Commit : public WorkflowTest
+{
+protected:
+    Commit()
+    {
+        Singleton<Session>::instance()->setCurrentDocument(document);
+        document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Молоко"), 10, 2);
+        plugin.customer = makeCustomer(QStringLiteral("79160000001"), true);
+    }
+    ~Commit() override { Singleton<Session>::instance()->setCurrentDocument(nullptr); }
+
+    static CreateOrderResult order(ProcessingStatus status, bool noConnection = false)
+    {
+        auto result = CreateOrderResult(noConnection ? withoutConnection()
+                                                     : makeResult(OperationStatus::Success));
+        result.processingStatus = status;
+        return result;
+    }
+};
+
+TEST_F(Commit, AnOrderThatIsThereOrWaitsIsFollowedByItsStatus)
+{
+    QString phone = plugin.customer.mobilePhone;
+    for (const auto &result :
+         {order(ProcessingStatus::Processed), order(ProcessingStatus::Calculated),
+          order(ProcessingStatus::Unknown, true)}) {
+        InSequence inOrder;
+        QString id;
+        EXPECT_CALL(*service, createAuthorizedOrder(_, false))
+            .WillOnce([&](const QJsonObject &payload, bool) {
+                EXPECT_EQ(payload[QLatin1String("order")][QLatin1String("totalPrice")], 20);
+                EXPECT_EQ(payload[QLatin1String("customer")][QLatin1String("mobilePhone")], phone);
+                id = payload[QLatin1String("order")][QLatin1String("ids")]
+                            [QLatin1String("externalOrderIdLm")]
+                                .toString();
+                return result;
+            });
+        EXPECT_CALL(*service, changeOrderStatus(_, false))
+            .WillOnce([&](const QJsonObject &payload, bool) {
+                EXPECT_EQ(payload[QLatin1String("order")][QLatin1String("ids")]
+                                 [QLatin1String("externalOrderIdLm")],
+                          id);
+                EXPECT_EQ(payload[QLatin1String("order")][QLatin1String("lines")][0]
+                                 [QLatin1String("status")],
+                          QStringLiteral("Paid"));
+                return OperationResult();
+            });
+        EXPECT_TRUE(plugin.commit(document));
+        EXPECT_FALSE(id.isEmpty());
+        // A sale without a customer is reported as well.
+        plugin.customer = {};
+        phone = QString();
+    }
+}
+
+TEST_F(Commit, ARefusedOrderIsShownAndTheSaleGoesOn)
+{
+    EXPECT_CALL(*service, createAuthorizedOrder)
+        .WillOnce(Return(order(ProcessingStatus::NotProcessed)));
+    EXPECT_CALL(dialog, showMessage(isText("lmmindboxCreateAuthorizedOrderError",
+                                           "Не удалось создать заказ"),
+                                    0, 0));
+    EXPECT_TRUE(plugin.commit(document));
+    EXPECT_EQ(plugin.customer.mobilePhone, QStringLiteral("79160000001"));
+}
+
+TEST_F(Commit, OnlySalesAreReported)
+{
+    DocumentHeader header;
+    header.kind = 2;
+    EXPECT_TRUE(plugin.commit(QSharedPointer<AbstractDocument>::create(header)));
+}
+
+TEST_F(Commit, CustomerIsKeptWithTheReceiptAndRestored)
+{
+    plugin.customer.lastName = QString();
+    plugin.customer.consentToElectronicChecks = true;
+    plugin.customer.sex = QStringLiteral("female");
+    EXPECT_CALL(saveToFile, save(document, QString())).Times(2);
+    for (const auto &birthDate : {QDate(1990, 3, 5), QDate()}) {
+        plugin.customer.birthDate = birthDate;
+        plugin.storePluginData();
+
+        const auto record = plugin.getPluginData(QStringLiteral("customer"), {}).toJsonObject();
+        EXPECT_EQ(record.size(), 9);
+        EXPECT_EQ(record[QLatin1String("birthDate")],
+                  birthDate.isValid() ? QJsonValue(QStringLiteral("1990-03-05")) : QJsonValue());
+        EXPECT_EQ(record[QLatin1String("lastName")], QStringLiteral(""));
+
+        auto expected = plugin.customer;
+        expected.processingStatus = ProcessingStatus::Unknown;
+        OpenPlugin other{service};
+        other.setDocument(document);
+        other.codeSent = true;
+        EXPECT_TRUE(other.restoreLoyaltySystem());
+        EXPECT_EQ(other.customer, expected);
+        EXPECT_TRUE(other.codeSent);
+    }
+}
+
+TEST_F(Commit, RestoreTakesWhatItCanFromAForeignRecord)
+{
+    const auto restored = [this](const QVariant &record) {
+        plugin.setPluginData(QStringLiteral("customer"), record);
+        EXPECT_TRUE(plugin.restoreLoyaltySystem());
+        return plugin.customer;
+    };
+    Customer expected;
+    expected.email = QStringLiteral("a@b");
+    EXPECT_EQ(restored(QJsonObject{{QStringLiteral("email"), QStringLiteral("a@b")},
+                                   {QStringLiteral("birthDate"), QStringLiteral("1990/03/05")},
+                                   {QStringLiteral("firstName"), QJsonObject()},
+                                   {QStringLiteral("processingStatus"), 2},
+                                   {QStringLiteral("Email"), QStringLiteral("x")}}),
+              expected);
+    EXPECT_EQ(restored(5), Customer());
+
+    plugin.customer = expected;
+    plugin.setPluginData({});
+    EXPECT_TRUE(plugin.restoreLoyaltySystem());
+    EXPECT_EQ(plugin.customer, Customer());
+
+    plugin.customer = expected;
+    document->setCardRecord(nullptr);
+    EXPECT_TRUE(plugin.restoreLoyaltySystem());
+    EXPECT_EQ(plugin.customer, expected);
+}
+
+TEST_F(Commit, ClearingForgetsTheCustomerButNotItsRecord)
+{
+    plugin.setPluginData(QStringLiteral("customer"), 5);
+    plugin.codeSent = true;
+    plugin.confirmedEmails = {QStringLiteral("a@b")};
+    plugin.clearLoyaltyData();
+    EXPECT_EQ(plugin.customer, Customer());
+    EXPECT_FALSE(plugin.codeSent);
+    EXPECT_TRUE(plugin.confirmedEmails.isEmpty());
+    EXPECT_EQ(plugin.getPluginData(QStringLiteral("customer"), {}), QVariant(5));
+}
+
+} // namespace
+} // namespace lmmindbox

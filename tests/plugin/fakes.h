@@ -1,0 +1,179 @@
+#pragma once
+
+#include "converter/converter.h"
+#include "fakehttp.h"
+#include "interface/interface.h"
+#include "model/customeredit.h"
+#include "plugin/plugin.h"
+
+#include <host/abstractdocument.h>
+#include <host/dbqueuebroker.h>
+#include <host/dialog.h>
+#include <host/savetofilelogic.h>
+#include <host/session.h>
+
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <utility>
+
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+
+namespace tr {
+inline void PrintTo(const Tr &text, std::ostream *out)
+{
+    *out << text.getId().toStdString() << '/' << text.getDefaultText().toStdString();
+}
+} // namespace tr
+
+namespace lmmindbox {
+
+class MockInterface : public Interface
+{
+public:
+    MOCK_METHOD(GetCustomerResult, getCustomer, (const QString &), (override));
+    MOCK_METHOD(RegisterCustomerResult, registerCustomer, (const CustomerEdit &), (override));
+    MOCK_METHOD(OperationResult, editCustomer, (const CustomerEdit &), (override));
+    MOCK_METHOD(OperationResult, resendMobilePhoneConfirmationCode, (const QString &), (override));
+    MOCK_METHOD(OperationResult, confirmMobilePhone, (const QString &, const QString &),
+                (override));
+    MOCK_METHOD(OperationResult, emailConfirmationLetter, (const QString &), (override));
+    MOCK_METHOD(CreateOrderResult, createAuthorizedOrder, (const QJsonObject &, bool), (override));
+    MOCK_METHOD(OperationResult, changeOrderStatus, (const QJsonObject &, bool), (override));
+};
+
+class MockDialog : public Dialog
+{
+public:
+    MOCK_METHOD(void, showError, (const tr::Tr &, int, int), (override));
+    MOCK_METHOD(void, showMessage, (const tr::Tr &, int, int), (override));
+    MOCK_METHOD(bool, showChoice, (const tr::Tr &, int, const tr::Tr &, const tr::Tr &, int),
+                (override));
+    MOCK_METHOD(core::BasicDialog::Result, showInputText, (const InputTextRequest &), (override));
+    MOCK_METHOD(QVariantMap, showForm, (const FormRequest &), (override));
+    MOCK_METHOD(QSharedPointer<SimpleProgress>, showProgress, (const ProgressRequest &),
+                (override));
+    MOCK_METHOD(QSharedPointer<SimpleProgress>, showProgress, (const tr::Tr &, const tr::Tr &),
+                (override));
+};
+
+class MockSaveToFile : public SaveToFileLogic
+{
+public:
+    MOCK_METHOD(bool, save, (const QSharedPointer<AbstractDocument> &, const QString &),
+                (override));
+};
+
+/// What the logger "lmmindbox" writes while this object lives, each line behind its level's
+/// letter: D, I, W or E.
+class LogCapture
+{
+public:
+    LogCapture()
+    {
+        QLoggingCategory::setFilterRules(QStringLiteral("lmmindbox.debug=true"));
+        lines.clear();
+        qInstallMessageHandler(
+            [](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+                if (qstrcmp(context.category, "lmmindbox") == 0)
+                    lines.append(QStringLiteral("%1 %2").arg(QLatin1Char("DWEFI"[type])).arg(text));
+            });
+    }
+    ~LogCapture()
+    {
+        qInstallMessageHandler(nullptr);
+        QLoggingCategory::setFilterRules({});
+    }
+    Q_DISABLE_COPY_MOVE(LogCapture)
+
+    static QStringList take() { return std::exchange(lines, {}); }
+
+private:
+    static inline QStringList lines;
+};
+
+/// A plugin whose state and client can be set.
+class OpenPlugin : public Plugin
+{
+public:
+    explicit OpenPlugin(const QSharedPointer<Interface> &client) { interface = client; }
+
+    using Plugin::codeSent;
+    using Plugin::confirmedEmails;
+    using Plugin::converter;
+    using Plugin::customer;
+    using Plugin::lastError;
+    using Plugin::systemType;
+};
+
+/// A workflow under a scripted dialog and a mocked service, with a receipt that bears a card.
+class WorkflowTest : public testing::Test
+{
+protected:
+    WorkflowTest()
+    {
+        MockFactory<Dialog>::mocked = &dialog;
+        MockFactory<SaveToFileLogic>::mocked = &saveToFile;
+        document->setCardRecord(card);
+        plugin.setDocument(document);
+        LogCapture::take();
+    }
+    ~WorkflowTest() override
+    {
+        MockFactory<Dialog>::mocked = nullptr;
+        MockFactory<SaveToFileLogic>::mocked = nullptr;
+    }
+
+    static Customer makeCustomer(const QString &phone, bool phoneConfirmed)
+    {
+        Customer customer;
+        customer.mobilePhone = phone;
+        customer.isMobilePhoneConfirmed = phoneConfirmed;
+        customer.email = QStringLiteral("anna@example.org");
+        customer.firstName = QStringLiteral("Анна");
+        customer.processingStatus = ProcessingStatus::Found;
+        return customer;
+    }
+    static OperationResult makeResult(OperationStatus status, const Customer &customer = {})
+    {
+        OperationResult result;
+        result.status = status;
+        result.customer = customer;
+        return result;
+    }
+    static OperationResult withoutConnection()
+    {
+        auto result = makeResult(OperationStatus::Error);
+        result.noConnection = true;
+        result.error = {QStringLiteral("mindboxNoConnectionError"),
+                        QStringLiteral("Ошибка связи с сервером")};
+        return result;
+    }
+    QString lastErrorText() const { return plugin.lastError.getDefaultText(); }
+
+    LogCapture log;
+    testing::StrictMock<MockDialog> dialog;
+    testing::StrictMock<MockSaveToFile> saveToFile;
+    QSharedPointer<testing::StrictMock<MockInterface>> service{
+        new testing::StrictMock<MockInterface>};
+    OpenPlugin plugin{service};
+    QSharedPointer<AbstractDocument> document =
+        QSharedPointer<AbstractDocument>::create(DocumentHeader());
+    QSharedPointer<DocumentCardRecord> card =
+        QSharedPointer<DocumentCardRecord>::create(QStringLiteral("8 916 000-00-01"));
+};
+
+/// Matches a text by identifier and default text.
+inline auto isText(const char *id, const char *text)
+{
+    return testing::Eq(tr::Tr(QString::fromUtf8(id), QString::fromUtf8(text)));
+}
+
+} // namespace lmmindbox

@@ -1,0 +1,97 @@
+#include "fakes.h"
+
+namespace lmmindbox {
+namespace {
+
+const auto queueName = QStringLiteral("lmmindbox");
+
+class OrderOperations : public testing::Test
+{
+protected:
+    OrderOperations() { broker->setFile(directory.filePath(QStringLiteral("queue.db"))); }
+    ~OrderOperations() override { broker->setFile({}); }
+
+    QList<QJsonObject> queued()
+    {
+        QList<QJsonObject> messages;
+        for (const auto &message : broker->waiting(queueName, 10)) {
+            messages.append(message.message);
+            EXPECT_TRUE(message.tag.isEmpty());
+        }
+        return messages;
+    }
+
+    QTemporaryDir directory;
+    DBQueueBroker *broker = Singleton<DBQueueBroker>::instance();
+    FakeRestClient http;
+    Interface client;
+    LogCapture log;
+    const QJsonObject payload = {{QStringLiteral("order"), QStringLiteral("7")}};
+};
+
+TEST_F(OrderOperations, UnreachableServiceQueuesTheDatedCreationThenTheStatus)
+{
+    http.httpCode = 0;
+    // Far from UTC, so that local time would show.
+    qputenv("TZ", "Asia/Kamchatka");
+    const auto before = QDateTime::currentDateTimeUtc();
+    EXPECT_TRUE(client.createAuthorizedOrder(payload, false).noConnection);
+    EXPECT_TRUE(
+        http.sentUrl.query().endsWith(QLatin1String("operation=Offline.CreateAuthorizedOrder")));
+    EXPECT_EQ(http.sentBody[QLatin1String("order")], payload[QLatin1String("order")]);
+    EXPECT_EQ(http.sentBody.size(), 2);
+    const auto status = client.changeOrderStatus(payload, false);
+    EXPECT_EQ(status.status, OperationStatus::Undefined);
+    EXPECT_FALSE(status.noConnection);
+    EXPECT_EQ(http.requests, 1);
+    qunsetenv("TZ");
+    EXPECT_EQ(LogCapture::take().filter(QStringLiteral("I ")),
+              QStringList({QStringLiteral("I Создание заказа авторизованного клиента"),
+                           QStringLiteral("I Отправка сообщения создания заказа в очередь"),
+                           QStringLiteral("I Отправка сообщения подтверждения заказа в очередь")}));
+
+    auto messages = queued();
+    ASSERT_EQ(messages.size(), 2);
+    auto dated = messages[0][QLatin1String("payload")].toObject();
+    auto time = QDateTime::fromString(dated.take(QLatin1String("executionDateTimeUtc")).toString(),
+                                      QStringLiteral("dd.MM.yyyy HH:mm:ss"));
+    ASSERT_TRUE(time.isValid());
+    time.setTimeSpec(Qt::UTC);
+    EXPECT_LE(std::abs(before.secsTo(time)), 2);
+    EXPECT_EQ(dated, payload);
+    messages[0].insert(QLatin1String("payload"), dated);
+    EXPECT_EQ(messages[0], QJsonObject({{QStringLiteral("method"), QStringLiteral("create")},
+                                        {QStringLiteral("payload"), payload}}));
+    EXPECT_EQ(messages[1], QJsonObject({{QStringLiteral("method"), QStringLiteral("change")},
+                                        {QStringLiteral("payload"), payload}}));
+}
+
+TEST_F(OrderOperations, AnythingButALostConnectionLeavesTheQueueEmpty)
+{
+    const struct
+    {
+        int httpCode;
+        const char *answer;
+        bool success;
+    } cases[] = {
+        {200, R"({"order": {"processingStatus": "Processed"}})", true},
+        {200, "", false},
+        {500, R"({"status": "Success", "errorMessage": "x"})", false},
+        {400, R"({"status": "ValidationError"})", false},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.answer);
+        http.httpCode = c.httpCode;
+        http.answer = c.answer;
+        EXPECT_EQ(client.createAuthorizedOrder(payload, false).success(), c.success);
+    }
+    http.httpCode = 0;
+    http.answer.clear();
+    EXPECT_TRUE(client.createAuthorizedOrder(payload, true).noConnection);
+    EXPECT_TRUE(client.changeOrderStatus(payload, true).noConnection);
+    EXPECT_TRUE(http.sentUrl.query().endsWith(QLatin1String("operation=Offline.ChangeStatus")));
+    EXPECT_TRUE(queued().isEmpty());
+}
+
+} // namespace
+} // namespace lmmindbox

@@ -1,0 +1,157 @@
+#include "fakes.h"
+
+namespace lmmindbox {
+namespace {
+
+using core::BasicDialog::Result;
+using testing::_;
+using testing::InSequence;
+using testing::Return;
+
+class MockProgressDisplay : public ProgressDisplay
+{
+public:
+    MOCK_METHOD(void, setProgress, (const tr::Tr &, int), (override));
+};
+
+class SmsConfirmation : public WorkflowTest
+{
+protected:
+    SmsConfirmation() { Singleton<Session>::instance()->setProgressDisplay(display); }
+    ~SmsConfirmation() override
+    {
+        Singleton<Session>::instance()->setProgressDisplay(
+            QSharedPointer<ProgressDisplay>::create());
+    }
+
+    static OperationResult checked(const char *processingStatus,
+                                   OperationStatus status = OperationStatus::Success)
+    {
+        auto result = makeResult(status);
+        result.response = {{QStringLiteral("smsConfirmation"),
+                            QJsonObject{{QStringLiteral("processingStatus"),
+                                         QString::fromUtf8(processingStatus)}}}};
+        return result;
+    }
+    void typeOnce(const QString &code)
+    {
+        EXPECT_CALL(dialog, showInputText).WillOnce(Return(Result(code)));
+    }
+
+    QSharedPointer<testing::StrictMock<MockProgressDisplay>> display{
+        new testing::StrictMock<MockProgressDisplay>};
+    const QString phone = QStringLiteral("79160000002");
+    const Customer customer = makeCustomer(phone, false);
+};
+
+TEST_F(SmsConfirmation, ConfirmedPhoneNeedsNothing)
+{
+    EXPECT_EQ(plugin.confirmMobilePhone(makeCustomer(phone, true)), VerifyResult());
+    EXPECT_FALSE(plugin.codeSent);
+    EXPECT_TRUE(LogCapture::take().isEmpty());
+}
+
+TEST_F(SmsConfirmation, SendsACodeOnceAndAsksUntilItIsRight)
+{
+    const auto wrongCode = isText("lmmindboxConfirmCodeMessageError",
+                                  "Некорректный код подтверждения.\nВведите код подтверждения");
+    const auto showing = [this](const auto &message, const QString &typed) {
+        EXPECT_CALL(dialog, showInputText(testing::Field(&InputTextRequest::message, message)))
+            .WillOnce(Return(Result(typed)));
+    };
+    const auto first =
+        isText("lmmindboxConfirmCodeMessage", "Введите код из СМС для подтверждения номера");
+    {
+        InSequence order;
+        EXPECT_CALL(*display, setProgress(isText("lmmindboxSendConfirmCodeProgress",
+                                                 "Отправка кода подтверждения"),
+                                          60));
+        EXPECT_CALL(*service, resendMobilePhoneConfirmationCode(phone))
+            .WillOnce(Return(makeResult(OperationStatus::Success, customer)));
+        showing(first, QString());
+        showing(first, QStringLiteral(" 1111 "));
+        EXPECT_CALL(*service, confirmMobilePhone(phone, QStringLiteral(" 1111 ")))
+            .WillOnce(Return(checked("IncorrectConfirmationCode")));
+        showing(wrongCode, QString());
+        showing(wrongCode, QStringLiteral("2222"));
+        // A wrong code outweighs a confirmation in the same answer.
+        EXPECT_CALL(*service, confirmMobilePhone(phone, QStringLiteral("2222")))
+            .WillOnce(Return(checked("AlreadyConfirmed", OperationStatus::ValidationError)));
+        showing(wrongCode, QStringLiteral("3333"));
+        EXPECT_CALL(*service, confirmMobilePhone(phone, QStringLiteral("3333")))
+            .WillOnce(Return(checked("MobilePhoneConfirmed")));
+    }
+    EXPECT_EQ(plugin.confirmMobilePhone(customer), VerifyResult());
+    EXPECT_TRUE(plugin.codeSent);
+    EXPECT_EQ(LogCapture::take(),
+              QStringList(QStringLiteral("I Подтверждение учетной записи через СМС")));
+
+    // The second confirmation of one identification sends no code.
+    typeOnce(QStringLiteral("4444"));
+    EXPECT_CALL(*service, confirmMobilePhone)
+        .WillOnce(Return(checked("AlreadyConfirmed", OperationStatus::ProtocolError)));
+    EXPECT_EQ(plugin.confirmMobilePhone(customer).code, 0);
+}
+
+TEST_F(SmsConfirmation, InputCarriesWhatTheHostNeeds)
+{
+    plugin.codeSent = true;
+    EXPECT_CALL(dialog, showInputText).WillOnce([](const InputTextRequest &request) {
+        EXPECT_THAT(request.title, isText("lmmindboxConfirmCodeTitle", "Ввод кода подтверждения"));
+        EXPECT_THAT(request.scanError,
+                    isText("inputTextFormScanError",
+                           "Ошибка разбора введенных данных, повторите сканирование"));
+        EXPECT_THAT(request.okText, isText("inputTextFormOkBtn", "ОК"));
+        EXPECT_THAT(request.cancelText, isText("inputTextFormCancelBtn", "Отмена"));
+        EXPECT_EQ(request.inputId, QStringLiteral("inputLmMindboxConfirmCode"));
+        EXPECT_TRUE(request.scanAllowed);
+        EXPECT_EQ(request.inputSources, 4095);
+        const qint8 bytes[] = {request.hidden,      request.selectsInitialText,
+                               request.upperCase,   request.virtualKeyboard,
+                               request.numeric,     request.multiLine,
+                               request.cancellable, request.closesOnScan};
+        EXPECT_THAT(bytes, testing::ElementsAre(0, 1, 0, 1, 0, 0, 1, 0));
+        EXPECT_EQ(request.inputKind + request.keyboard + request.timeout + request.maximumLength,
+                  0);
+        return Result();
+    });
+    EXPECT_EQ(plugin.confirmMobilePhone(customer),
+              (VerifyResult{1,
+                            {QStringLiteral("lmmindboxConfirmCanceled"),
+                             QStringLiteral("Ввод кода подтверждения отменен")}}));
+}
+
+TEST_F(SmsConfirmation, CodeThatWasNotSentEndsWithTheAnswersOwnText)
+{
+    auto unknown = customer;
+    unknown.processingStatus = ProcessingStatus::NotFound;
+    EXPECT_CALL(*display, setProgress).Times(3);
+    EXPECT_CALL(*service, resendMobilePhoneConfirmationCode)
+        .WillOnce(Return(withoutConnection()))
+        .WillOnce(Return(makeResult(OperationStatus::Success, unknown)))
+        .WillOnce(Return(makeResult(OperationStatus::ValidationError, customer)));
+    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, withoutConnection().error}));
+    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, {}}));
+    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, {}}));
+    EXPECT_FALSE(plugin.codeSent);
+}
+
+TEST_F(SmsConfirmation, AnyOtherAnswerEndsTheLoop)
+{
+    plugin.codeSent = true;
+    for (const auto &answer : {checked("Processed"), checked("", OperationStatus::Undefined)}) {
+        typeOnce(QStringLiteral("1"));
+        EXPECT_CALL(*service, confirmMobilePhone).WillOnce(Return(answer));
+        EXPECT_EQ(plugin.confirmMobilePhone(customer),
+                  (VerifyResult{2,
+                                {QStringLiteral("lmmindboxConfirmCodeError"),
+                                 QStringLiteral("Не удалось проверить код подтверждения")}}));
+    }
+    typeOnce(QStringLiteral("1"));
+    EXPECT_CALL(*service, confirmMobilePhone).WillOnce(Return(withoutConnection()));
+    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, withoutConnection().error}));
+    EXPECT_TRUE(plugin.codeSent);
+}
+
+} // namespace
+} // namespace lmmindbox
