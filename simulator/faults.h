@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QRandomGenerator>
+#include <QString>
+
+#include <mutex>
+#include <optional>
+
+namespace simulator {
+
+/// A way in which an exchange goes wrong.
+enum class FaultKind {
+    Delay,                     ///< The answer comes after `milliseconds`.
+    Drop,                      ///< The connection closes without a byte.
+    Cut,                       ///< The connection closes after half of the answer's body.
+    EmptyBody,                 ///< The HTTP code `httpCode` and no body.
+    Http500,                   ///< HTTP code 500 and no body.
+    Html,                      ///< A page with HTTP code 200 where JSON is expected.
+    SlowDrip,                  ///< The answer's body comes byte by byte, one every `milliseconds`.
+    WrongCodeAsValidationError ///< A wrong SMS code is answered as a validation error.
+};
+
+/// The name of the kind over HTTP and in the dump, such as "slowDrip".
+QString faultName(FaultKind kind);
+
+/// A fault to be played on the next requests.
+struct Fault
+{
+    FaultKind kind = FaultKind::Drop;
+    QString operation{}; ///< Name of the only operation hit; empty for every operation.
+    int count = 1;       ///< How many requests are hit.
+    /// Whether the operation is done before the fault plays: a lost answer, else a lost request.
+    /// Delay does it after the wait when this is false; SlowDrip and WrongCodeAsValidationError
+    /// carry the operation's own answer and always do it.
+    bool executed = true;
+    int milliseconds = 100;
+    int httpCode = 200;
+};
+
+/// Faults drawn by lot for every request that no ordered fault hits.
+struct RandomFaults
+{
+    quint32 seed = 0;
+    double probability = 0; ///< 0 to 1; 0 draws nothing.
+    QList<FaultKind> kinds{};
+    int milliseconds = 100; ///< Longest delay, and the time a dripped answer takes a byte.
+};
+
+/// Faults waiting to be played, and how many of each kind were. Usable from several threads.
+class FaultPlan
+{
+public:
+    void add(const Fault &fault);
+    void setRandom(const RandomFaults &faults);
+    /// Takes the orders of the control door: one fault, or {"random": {...}}. Returns what is
+    /// wrong with them, empty when they were taken.
+    QString addJson(const QJsonObject &order);
+    /// Drops every waiting fault, the random ones too; the counts stay.
+    void clear();
+    /// Drops the counts as well.
+    void reset();
+
+    /// The fault to play on this request, taken off the plan and counted.
+    std::optional<Fault> next(const QString &operation);
+    /// Members "played" (counts by name of the kind) and "waiting".
+    QJsonObject toJson() const;
+
+private:
+    std::optional<Fault> draw();
+
+    mutable std::mutex mutex;
+    QList<Fault> waiting;
+    RandomFaults random;
+    QRandomGenerator generator;
+    QMap<QString, int> played;
+};
+
+} // namespace simulator

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "simulator/answer.h"
+
+#include <QByteArray>
+
+#include <httplib.h>
+
+#include <string>
+
+/// Between the HTTP library's texts and ours; included only where the library itself is used.
+namespace simulator {
+
+inline constexpr auto jsonType = "application/json; charset=utf-8";
+
+QByteArray bytes(const std::string &text);
+/// The JSON of an answer; no byte for an empty object.
+std::string bodyBytes(const QJsonObject &body);
+void send(const Answer &answer, httplib::Response &response);
+
+} // namespace simulator

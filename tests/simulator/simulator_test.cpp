@@ -1,0 +1,253 @@
+#include "simulator/simulator.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+using namespace Qt::Literals::StringLiterals;
+using simulator::FaultKind;
+using simulator::Simulator;
+
+namespace {
+
+const auto create = u"CreateAuthorizedOrder"_qs;
+const auto change = u"ChangeStatus"_qs;
+const auto edit = u"EditCustomer"_qs;
+const auto get = u"GetCustomer"_qs;
+const auto phone = u"\"mobilePhone\":\"79160000001\""_qs;
+const auto data = u",\"sex\":\"male\",\"firstName\":\"Ив\""_qs;
+const auto email = u"\"email\":\"i@example.org\""_qs;
+
+QString customerBody(const QString &members)
+{
+    return R"({"pointOfContact":"Offline","customer":{)"_L1 + members + "}}"_L1;
+}
+
+QString orderBody(int total, const QString &customer = phone, int id = 42)
+{
+    return customerBody(customer).chopped(1) +
+           uR"(,"order":{"lines":[{"basePricePerItem":10.5,"discountedPricePerLine":%1,
+             "quantity":2,"lineNumber":1,"lineId":7,"product":{"ids":{"sku":"1"}}}],
+             "totalPrice":%1,"ids":{"till":"%2"}}})"_qs.arg(total)
+               .arg(id);
+}
+
+const auto statusBody = uR"({"pointOfContact":"Offline","order":{"lines":[{"basePricePerItem":1,
+    "discountedPriceOfLine":20,"quantity":2,"lineNumber":1,"lineId":7,
+    "product":{"ids":{"sku":"1"}},"status":"Paid"}],"ids":{"till":"42"}}})"_qs;
+
+struct Till
+{
+    explicit Till(const Simulator &service)
+        : client("127.0.0.1", service.port())
+    {
+        client.set_keep_alive(true);
+        client.set_tcp_nodelay(true);
+        client.set_read_timeout(60);
+    }
+
+    httplib::Result post(const QString &operation, const QString &body,
+                         const std::string &key = "demo-secret",
+                         const std::string &type = "application/json; charset=utf-8")
+    {
+        const auto target = "/v3/operations/sync?endpointId=till-demo&operation=Offline.";
+        return client.Post(
+            target + operation.toStdString(),
+            {{"Accept", "application/json"}, {"Authorization", "Mindbox secretKey=\"" + key + '"'}},
+            body.toStdString(), type);
+    }
+
+    QJsonObject call(const QString &operation, const QString &body)
+    {
+        const auto result = post(operation, body);
+        return result ? QJsonDocument::fromJson(result->body.c_str()).object() : QJsonObject();
+    }
+
+    /// The processing status of what the operation is about.
+    QString outcome(const QString &operation, const QString &body)
+    {
+        const auto answer = call(operation, body);
+        for (const auto part : {"order"_L1, "smsConfirmation"_L1, "customer"_L1}) {
+            if (answer.contains(part))
+                return answer[part]["processingStatus"_L1].toString();
+        }
+        return answer["errorMessage"_L1].isString() ? u"Error"_qs : QString();
+    }
+
+    httplib::Client client;
+};
+
+struct SimulatorTest : testing::Test
+{
+    Simulator service{{.seed = 1}};
+    const bool started = service.start();
+    Till till{service};
+};
+
+} // namespace
+
+TEST_F(SimulatorTest, RefusesWhateverDepartsFromTheEnvelope)
+{
+    const auto body = customerBody(phone);
+    const auto refused = [](const httplib::Result &result, int code) {
+        return result && result->status == code &&
+               result->body.find("demo-s") == std::string::npos &&
+               result->body.find("ProtocolError") != std::string::npos;
+    };
+    EXPECT_TRUE(refused(till.post(get, body, "other"), 401));
+    EXPECT_TRUE(refused(till.post(get, body, "demo-secret", "text/json"), 400));
+    EXPECT_TRUE(refused(till.post(get, u"["_qs), 400));
+    EXPECT_TRUE(refused(till.post(get + "&x=1"_L1, body), 400));
+    EXPECT_TRUE(refused(till.post(get + "&endpointId=till-demo"_L1, body), 400));
+    EXPECT_TRUE(refused(till.client.Get("/v3/operations/sync"), 405));
+    EXPECT_TRUE(refused(till.client.Post("/v3/operations"), 404));
+}
+
+TEST_F(SimulatorTest, NamesThePlaceOfEveryFaultInTheBody)
+{
+    const std::tuple<QString, QString, QString> cases[] = {
+        {get, customerBody(u"\"mobilePhone\":7"_qs), u"customer.mobilePhone"_qs},
+        {get, customerBody(phone + data), u"customer"_qs},
+        {edit, customerBody(phone + data + ",\"birthDate\":\"2000-01-01\""_L1),
+         u"customer.birthDate"_qs},
+        {create, orderBody(1).replace("Number\":1"_L1, "Number\":2"_L1),
+         u"order.lines[0].lineNumber"_qs},
+        {create, orderBody(1).remove("\"sku\":\"1\""_L1), u"order.lines[0].product.ids"_qs},
+        {change, QString(statusBody).remove("Paid"_L1), u"order.lines[0].status"_qs}};
+    for (const auto &[operation, body, location] : cases) {
+        const auto answer = till.call(operation, body);
+        EXPECT_EQ(answer["validationMessages"_L1][0]["location"_L1].toString(), location);
+        EXPECT_FALSE(answer.contains("errorMessage"_L1));
+    }
+}
+
+TEST_F(SimulatorTest, KeepsOneOrderHoweverOftenItIsSent)
+{
+    const auto executed = "\"executionDateTimeUtc\":\"01.02.2024 14:05:09\","_L1;
+    EXPECT_EQ(till.outcome(change, statusBody), "Error"_L1) << "the order is unknown";
+    for (const auto &body : {orderBody(20), orderBody(20).insert(1, executed), orderBody(30)})
+        EXPECT_EQ(till.outcome(create, body), "Processed"_L1);
+    const auto otherLine = QString(statusBody).replace("Id\":7"_L1, "Id\":8"_L1);
+    EXPECT_EQ(till.outcome(change, otherLine), "Error"_L1);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(till.outcome(change, statusBody), "Processed"_L1);
+
+    ASSERT_EQ(service.orders().size(), 1);
+    const auto order = service.orders().first();
+    EXPECT_EQ(order["totalPrice"_L1].toInt(), 20);
+    EXPECT_EQ(order["lines"_L1][0]["status"_L1].toString(), "Paid"_L1);
+    EXPECT_EQ(order["repetitions"_L1].toInt(), 2);
+    EXPECT_EQ(order["conflicts"_L1].toInt(), 1);
+    EXPECT_EQ(order["statusChanges"_L1].toInt(), 1);
+}
+
+TEST_F(SimulatorTest, TakesOrdersOfNobodyAndOfKnownCustomersOnly)
+{
+    const std::pair<QLatin1String, QLatin1String> cases[] = {
+        {""_L1, "Processed"_L1},
+        {"8(916)000-00-10"_L1, "Calculated"_L1},
+        {"79169999999"_L1, "NotProcessed"_L1},
+        {"79160000009"_L1, "NotProcessed"_L1}};
+    for (int id = 0; const auto &[number, outcome] : cases)
+        EXPECT_EQ(till.outcome(create, orderBody(1, "\"mobilePhone\":\""_L1 + number + u'"', ++id)),
+                  outcome);
+    EXPECT_EQ(service.orders().size(), 2);
+}
+
+TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
+{
+    const auto body = customerBody(u"\"mobilePhone\":\"79160000002\""_qs);
+    const auto confirm = [&](const QString &code) {
+        const auto confirmation = u",\"smsConfirmation\":{\"code\":\"%1\"}}"_qs.arg(code);
+        return till.outcome(u"ConfirmMobilePhone"_qs, body.chopped(1) + confirmation);
+    };
+    EXPECT_EQ(confirm({}), "IncorrectConfirmationCode"_L1) << "none sent yet";
+    till.call(u"ResendMobilePhoneConfirmationCode"_qs, body);
+    const auto code = service.lastCode(u"9160000002"_qs);
+    EXPECT_EQ(confirm(code + u'0'), "IncorrectConfirmationCode"_L1);
+    EXPECT_EQ(confirm(code), "MobilePhoneConfirmed"_L1);
+    EXPECT_EQ(confirm(code), "AlreadyConfirmed"_L1);
+}
+
+TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
+{
+    const std::tuple<FaultKind, bool, int> cases[] = {
+        // executed; HTTP code, 0 for no whole answer
+        {FaultKind::Drop, true, 0},      {FaultKind::Drop, false, 0},
+        {FaultKind::Cut, true, 0},       {FaultKind::EmptyBody, false, 200},
+        {FaultKind::Http500, true, 500}, {FaultKind::Delay, true, 200},
+        {FaultKind::SlowDrip, true, 200}};
+    for (const auto &[kind, executed, code] : cases) {
+        const auto name = simulator::faultName(kind) + (executed ? u'+' : u'-');
+        SCOPED_TRACE(qPrintable(name));
+        const bool slow = kind == FaultKind::Delay || kind == FaultKind::SlowDrip;
+        service.addFault({.kind = kind,
+                          .operation = u"Offline.EditCustomer"_qs,
+                          .executed = executed,
+                          .milliseconds = kind == FaultKind::Delay ? 20 : 1});
+        till.call(get, customerBody(phone)); // Another operation: not hit.
+        QElapsedTimer timer;
+        timer.start();
+        const auto result =
+            till.post(edit, customerBody(phone + QString(data).replace(u"Ив"_qs, name)));
+        EXPECT_EQ(result ? result->status : 0, code);
+        EXPECT_GE(timer.elapsed(), slow ? 20 : 0);
+        EXPECT_LT(timer.elapsed(), 30000);
+        const auto seen = till.call(get, customerBody(phone))["customer"_L1];
+        EXPECT_EQ(seen["firstName"_L1].toString() == name, executed);
+    }
+}
+
+TEST_F(SimulatorTest, CountsConnectionsAndStopsAtOnceWhileTheyAreKept)
+{
+    for (int i = 0; i < 10; ++i)
+        till.call(get, customerBody(phone));
+    Till(service).call(get, customerBody(phone));
+    EXPECT_EQ(service.dump()["connections"_L1].toInt(), 2);
+    EXPECT_EQ(service.dump()["requests"_L1]["Offline.GetCustomer"_L1].toInt(), 11);
+    QElapsedTimer timer;
+    timer.start();
+    service.stop();
+    EXPECT_LT(timer.elapsed(), 5000) << "the keep-alive time is 30 s";
+}
+
+TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
+{
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(u"journal"_qs));
+    const simulator::Options options{.journalFile = file.fileName()};
+    const auto number = u"\"mobilePhone\":\"79161234567\""_qs;
+    QJsonArray orders;
+    {
+        Simulator service(options);
+        ASSERT_TRUE(service.start());
+        Till till(service);
+        till.call(u"RegisterCustomer"_qs, customerBody(number + data + u',' + email));
+        till.call(create, orderBody(20, number));
+        till.call(change, statusBody);
+        orders = service.orders();
+        EXPECT_FALSE(Simulator(options).start()) << "two on one journal";
+    }
+    EXPECT_FALSE(file.permissions() & (QFile::ReadGroup | QFile::ReadOther));
+    ASSERT_TRUE(file.open(QIODevice::Append) && file.write("{\"record\":\"ord") > 0);
+    file.close();
+    for (int start = 1; start <= 2; ++start) {
+        Simulator service(options);
+        ASSERT_TRUE(service.start()) << qPrintable(service.errorString());
+        EXPECT_EQ(service.orders(), orders);
+        EXPECT_EQ(orders[0]["lines"_L1][0]["status"_L1].toString(), "Paid"_L1);
+        EXPECT_EQ(service.lastCode(u"89161234567"_qs).size(), 4);
+        // What is appended after the dropped line must be readable at the next start.
+        Till(service).call(u"EmailConfirmationLetter"_qs, customerBody(email));
+        EXPECT_EQ(service.dump()["letters"_L1].toArray().size(), start);
+    }
+    ASSERT_TRUE(file.resize(0) && file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write("[Settings]\n"), 11);
+    file.close();
+    EXPECT_FALSE(Simulator(options).start());
+    EXPECT_EQ(file.size(), 11) << "a foreign file is left alone";
+}
