@@ -1,0 +1,186 @@
+#include "tests/plugin/fakehttp.h"
+#include "till/deliverer.h"
+#include "till/deliveryloop.h"
+
+#include "interface/interface.h"
+
+#include <host/dbqueuebroker.h>
+
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Outcome = till::Deliverer::Outcome;
+
+/// The service: answers by the message's name and keeps what came, "create" messages as "+name"
+/// and "change" messages as "=name".
+class FakeService : public FakeRestClient
+{
+public:
+    void send(const QUrl &url, const QJsonDocument &document,
+              const QHash<QString, QString> &headers) override
+    {
+        FakeRestClient::send(url, document, headers);
+        const auto name = sentBody.value(QLatin1String("name")).toString().toStdString();
+        const auto isChange = url.query().contains(QLatin1String("ChangeStatus"));
+        received.push_back((isChange ? '=' : '+') + name);
+        answer =
+            isChange ? R"({"status":"Success"})" : R"({"order":{"processingStatus":"Processed"}})";
+        httpCode = 200;
+        if (name == failing) {
+            answer = failure.getBody();
+            httpCode = failure.getHttpCode();
+        }
+        whileSending();
+    }
+
+    std::vector<std::string> received;
+    std::string failing;
+    http::Response failure;
+    std::function<void()> whileSending = [] {};
+};
+
+/// Rests without waiting, and stops after so many rests.
+class FakePause : public till::DeliveryPause
+{
+public:
+    bool isStopped() override { return rests.size() >= mostRests; }
+    void rest(std::chrono::milliseconds time, bool /*wakeable*/) override
+    {
+        rests.push_back(time);
+        whileResting();
+    }
+
+    size_t mostRests = 9;
+    std::vector<std::chrono::milliseconds> rests;
+    std::function<void()> whileResting = [] {};
+};
+
+class Delivery : public testing::Test
+{
+protected:
+    void put(const char *method, const QJsonValue &payload)
+    {
+        ASSERT_TRUE(broker.put(
+            till::loyaltyQueue(),
+            {{QLatin1String("method"), QLatin1String(method)}, {QLatin1String("payload"), payload}},
+            {}));
+    }
+    static QJsonObject order(const char *name)
+    {
+        return {{QLatin1String("name"), QLatin1String(name)}};
+    }
+    Outcome deliver()
+    {
+        return deliverer.deliver([] { return false; }).outcome;
+    }
+    QueueState state() { return broker.state(till::loyaltyQueue()).value_or(QueueState()); }
+
+    QTemporaryDir directory;
+    DBQueueBroker broker{directory.filePath(QStringLiteral("queue.db"))};
+    FakeService service;
+    lmmindbox::Interface interface;
+    till::Deliverer deliverer{broker, interface};
+};
+
+TEST_F(Delivery, SendsInOrderAndRemovesAMessageOnlyWhenItsAnswerIsIn)
+{
+    for (const auto *name : {"A", "B"}) {
+        put("create", order(name));
+        put("change", order(name));
+    }
+    std::vector<qint64> waiting;
+    service.whileSending = [&] { waiting.push_back(state().waiting); };
+    EXPECT_EQ(deliver(), Outcome::Emptied);
+    EXPECT_THAT(service.received, ElementsAre("+A", "=A", "+B", "=B"));
+    EXPECT_THAT(waiting, ElementsAre(4, 3, 2, 1));
+    EXPECT_EQ(state().waiting, 0);
+}
+
+TEST_F(Delivery, AMessageWithoutTheServicesAnswerStaysFirst)
+{
+    put("create", order("A"));
+    put("change", order("A"));
+    service.failing = "A";
+    const http::Response answers[] = {
+        {0, 7, {}},
+        {200, 0, {}},
+        {200, 0, "<html>Log in</html>"},
+        {500, 0, {}},
+        {429, 0, R"({"status":"ProtocolError"})"},
+        {503, 0, R"({"errorMessage":"busy"})"},
+    };
+    int tries = 0;
+    for (const auto &answer : answers) {
+        service.failure = answer;
+        EXPECT_EQ(deliver(), Outcome::Unreachable);
+        EXPECT_EQ(state().waiting, 2);
+        EXPECT_EQ(state().oldest->tries, ++tries);
+        EXPECT_THAT(state().oldest->lastError.toStdString(), HasSubstr("HTTP code"));
+        EXPECT_EQ(service.received.back(), "+A");
+    }
+}
+
+TEST_F(Delivery, ARefusedOrMalformedMessageIsParkedWithTheReasonAndTheRestGoesOn)
+{
+    service.failing = "A";
+    service.failure = {400, 0,
+                       R"({"status":"ValidationError","text":")" + QByteArray(9999, 'x') + "\"}"};
+    put("create", order("A"));
+    put("erase", order("B"));
+    put("create", QJsonValue(1));
+    put("create", order("C"));
+    EXPECT_EQ(deliver(), Outcome::Emptied);
+    const auto parked = broker.parked(till::loyaltyQueue());
+    ASSERT_EQ(parked.size(), 3);
+    EXPECT_THAT(parked.at(0).lastError.toStdString(), HasSubstr("ValidationError"));
+    EXPECT_LT(parked.at(0).lastError.size(), 5'000);
+    EXPECT_THAT(parked.at(1).lastError.toStdString(), HasSubstr("unknown method"));
+    EXPECT_THAT(parked.at(2).lastError.toStdString(), HasSubstr("no payload"));
+    EXPECT_THAT(service.received, ElementsAre("+A", "+C"));
+}
+
+TEST_F(Delivery, OnlyOneDelivererWorksOnAQueue)
+{
+    put("create", order("A"));
+    DBQueueBroker otherBroker(broker.file());
+    till::Deliverer other(otherBroker, interface);
+    auto outcome = Outcome::Emptied;
+    service.whileSending = [&] { outcome = other.deliver([] { return false; }).outcome; };
+    deliver();
+    EXPECT_EQ(outcome, Outcome::Busy);
+    EXPECT_EQ(service.received.size(), 1);
+    EXPECT_EQ(other.deliver([] { return false; }).outcome, Outcome::Emptied);
+    broker.setFile(directory.path());
+    EXPECT_EQ(deliver(), Outcome::Unusable);
+}
+
+TEST_F(Delivery, WaitsTwiceAsLongAfterEachFailureUpToTheLongestAndStartsAnewAfterASuccess)
+{
+    put("create", order("A"));
+    service.failing = "A";
+    FakePause pause;
+    pause.whileResting = [&] {
+        if (pause.rests.size() == 7)
+            service.failing = "B";
+        if (pause.rests.size() == 8)
+            put("create", order("B"));
+    };
+    till::DeliveryLoop(deliverer, till::Backoff({100ms, 1'000ms}), pause).run();
+    const auto about = [](std::chrono::milliseconds time) {
+        return testing::AllOf(testing::Ge(time * 8 / 10), testing::Le(time * 12 / 10));
+    };
+    EXPECT_THAT(pause.rests, ElementsAre(about(100ms), about(200ms), about(400ms), about(800ms),
+                                         about(1'000ms), about(1'000ms), about(1'000ms),
+                                         till::DeliveryLoop::idleTime, about(100ms)));
+}
+
+} // namespace

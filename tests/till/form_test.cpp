@@ -1,0 +1,166 @@
+#include "scriptedconsole.h"
+#include "till/consolepresenter.h"
+
+#include "model/customeredit.h"
+
+#include <QMetaProperty>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+tr::Tr text(const char *english)
+{
+    return {QString(), QString::fromUtf8(english)};
+}
+
+FormField field(const char *key, FormFieldKind kind, bool mandatory)
+{
+    FormField field;
+    field.key = QString::fromUtf8(key);
+    field.kind = kind;
+    field.label = text(key);
+    field.mandatory = mandatory;
+    return field;
+}
+
+/// The shape of the customer's form.
+FormRequest customerForm()
+{
+    auto phone = field("phone", FormFieldKind::Text, true);
+    phone.inputMask = QStringLiteral("+7(999)-999-99-99;_");
+    phone.validator = QStringLiteral("\\+7\\([0-9]{3}\\)-[0-9]{3}-[0-9]{2}-[0-9]{2}");
+    auto birthday = field("birthday", FormFieldKind::Date, false);
+    birthday.minDate = QDate(1900, 1, 1);
+    birthday.maxDate = QDate(2020, 1, 1);
+    auto sex = field("sex", FormFieldKind::Choice, true);
+    sex.options = {text("Female"), text("Male")};
+    sex.value = QStringLiteral("0");
+    FormRequest request;
+    request.fields = {phone, field("name", FormFieldKind::Text, true), birthday, sex,
+                      field("email", FormFieldKind::Text, false)};
+    return request;
+}
+
+/// The form's answers, as the customer's data, to a script, and what was shown.
+struct Filled
+{
+    Filled(const FormRequest &request, const QByteArray &script)
+    {
+        ScriptedConsole scripted(script);
+        answers = till::ConsolePresenter(scripted.console).showForm(request);
+        shown = scripted.shown();
+        const auto &meta = lmmindbox::CustomerEdit::staticMetaObject;
+        for (auto answer = answers.cbegin(); answer != answers.cend(); ++answer)
+            EXPECT_TRUE(meta.property(meta.indexOfProperty(answer.key().toLatin1().constData()))
+                            .writeOnGadget(&edit, answer.value()));
+    }
+    QVariantMap answers;
+    lmmindbox::CustomerEdit edit;
+    std::string shown;
+};
+
+TEST(Form, EmptyLineKeepsTheFirstValueAndClearRemovesAnOptionalOne)
+{
+    auto request = customerForm();
+    request.fields[0].value = QStringLiteral("+79161234567");
+    request.fields[0].editable = false;
+    request.fields[1].value = QStringLiteral("Анна");
+    request.fields[2].value = QStringLiteral("05.03.1990");
+    request.fields[3].value = QStringLiteral("1");
+    request.fields[4].value = QStringLiteral("a@b");
+    const auto kept = Filled(request, "\n\n\n\n").edit;
+    EXPECT_EQ(kept.phone, QStringLiteral("+7(916)-123-45-67"));
+    EXPECT_EQ(kept.name, QStringLiteral("Анна"));
+    EXPECT_EQ(kept.birthday, QDate(1990, 3, 5));
+    EXPECT_EQ(static_cast<int>(kept.sex), 1);
+    EXPECT_EQ(kept.email, QStringLiteral("a@b"));
+    const auto changed = Filled(request, " Ольга \n/clear\nFemale\n/clear\n").edit;
+    EXPECT_EQ(changed.name, QStringLiteral("Ольга"));
+    EXPECT_FALSE(changed.birthday.isValid());
+    EXPECT_EQ(static_cast<int>(changed.sex), 0);
+    EXPECT_EQ(changed.email, QString());
+}
+
+TEST(Form, AsksAgainForWhatCannotBeTheAnswer)
+{
+    const QByteArrayList answers{"9161234567", "Anna", "", "", ""};
+    const struct
+    {
+        int field;
+        QByteArray wrong;
+        const char *problem;
+    } cases[] = {
+        {0, "12345", "does not fit +7(___)-___-__-__"},
+        {0, "", "must be filled in"},
+        {1, "   ", "must be filled in"},
+        {1, "/clear", "must be filled in"},
+        {2, "31.02.1990", "A date such as"},
+        {2, "1990-03-05", "A date such as"},
+        {2, "1.3.1990", "A date such as"},
+        {2, "02.01.2020", "must not be after 01.01.2020"},
+        {2, "31.12.1899", "must not be before 01.01.1900"},
+        {3, "0", "A number from 1 to 2"},
+        {3, "3", "A number from 1 to 2"},
+        {3, "\x1b", "control characters"},
+    };
+    for (const auto &[field, wrong, problem] : cases) {
+        SCOPED_TRACE(testing::Message() << field << ": " << wrong.toStdString());
+        auto script = answers;
+        script.insert(field, wrong);
+        const Filled form(customerForm(), script.join('\n') + '\n');
+        EXPECT_THAT(form.shown, HasSubstr(problem));
+        EXPECT_EQ(form.edit.phone, QStringLiteral("+7(916)-123-45-67"));
+        EXPECT_EQ(form.edit.name, QStringLiteral("Anna"));
+        EXPECT_FALSE(form.answers.contains(QStringLiteral("birthday")));
+    }
+}
+
+TEST(Form, CancelAndTheEndOfTheInputCancelAtEveryField)
+{
+    const QByteArray answers[] = {"9161234567\n", "Anna\n", "05.03.1990\n", "1\n", "a@b\n"};
+    QByteArray script;
+    for (const auto &answer : answers) {
+        SCOPED_TRACE(script.toStdString());
+        EXPECT_TRUE(Filled(customerForm(), script).answers.isEmpty());
+        EXPECT_TRUE(Filled(customerForm(), script + "/cancel\n").answers.isEmpty());
+        script += answer;
+    }
+    EXPECT_EQ(Filled(customerForm(), script).answers.size(), 5);
+}
+
+TEST(TextInput, PassesOnWhatWasTypedAndCancels)
+{
+    InputTextRequest request;
+    const auto answer = [&request](const QByteArray &script) {
+        ScriptedConsole scripted(script);
+        return till::ConsolePresenter(scripted.console).showInputText(request);
+    };
+    EXPECT_EQ(answer(" 12 34 \n").getData(), QStringLiteral(" 12 34 "));
+    EXPECT_FALSE(answer("\n").canceled());
+    EXPECT_TRUE(answer("/cancel\n").canceled());
+    EXPECT_TRUE(answer("").canceled());
+    request.validator = QStringLiteral("[0-9]*");
+    request.maximumLength = 4;
+    request.cancellable = 0;
+    EXPECT_EQ(answer("x1234\n12345\n/cancel\n1234\n").getData(), QStringLiteral("1234"));
+}
+
+TEST(Choice, TakesNumberOrTextAndTheEndOfTheInputIsNo)
+{
+    const std::pair<QByteArray, bool> cases[] = {{"1\n", true},        {"2\n", false},
+                                                 {"ок\n", true},       {"no\n3\n\n1\n", true},
+                                                 {"/cancel\n", false}, {"yes", false}};
+    for (const auto &[script, agreed] : cases) {
+        SCOPED_TRACE(script.toStdString());
+        ScriptedConsole scripted(script);
+        EXPECT_EQ(till::ConsolePresenter(scripted.console)
+                      .showChoice(text("Register?"), text("ОК"), text("Отмена")),
+                  agreed);
+    }
+}
+
+} // namespace

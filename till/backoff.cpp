@@ -1,0 +1,26 @@
+#include "till/backoff.h"
+
+#include <algorithm>
+
+namespace till {
+
+Backoff::Backoff(const BackoffRange &range, unsigned seed)
+    : range(range)
+    , current(range.first)
+    , random(seed)
+{}
+
+std::chrono::milliseconds Backoff::next()
+{
+    std::uniform_int_distribution percent(80, 120);
+    const auto wait = current * percent(random) / 100;
+    current = std::min(current * 2, range.longest);
+    return wait;
+}
+
+void Backoff::reset()
+{
+    current = range.first;
+}
+
+} // namespace till

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <chrono>
+#include <random>
+
+namespace till {
+
+/// How long to wait after a failure, between these bounds.
+struct BackoffRange
+{
+    std::chrono::milliseconds first{1'000};
+    std::chrono::milliseconds longest{60'000};
+};
+
+/// Waits that double from one failure to the next, up to the longest, each a fifth longer or
+/// shorter by chance, so that the tills of a shop do not all come back at once.
+class Backoff
+{
+public:
+    explicit Backoff(const BackoffRange &range, unsigned seed = std::random_device()());
+
+    /// The wait after one more failure.
+    std::chrono::milliseconds next();
+    /// After a success the next wait is the first one again.
+    void reset();
+
+private:
+    BackoffRange range;
+    std::chrono::milliseconds current;
+    std::minstd_rand random;
+};
+
+} // namespace till

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+namespace till {
+
+/// A lock on a file that holds between processes as long as this object lives.
+///
+/// The kernel frees it when the process ends, however it ends. The file stays behind, empty.
+class FileLock
+{
+public:
+    enum class State {
+        Held,
+        Busy,        ///< Another object or process holds it.
+        Unavailable, ///< The file cannot be opened; see `lastError`.
+    };
+
+    explicit FileLock(QString path);
+    ~FileLock();
+    Q_DISABLE_COPY_MOVE(FileLock)
+
+    /// Takes the lock unless another one has it; never waits.
+    [[nodiscard]] State acquire();
+    void release();
+
+    const QString &lastError() const { return error; }
+
+private:
+    QString path;
+    QString error;
+    int descriptor = -1;
+};
+
+} // namespace till

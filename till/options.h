@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace till {
+
+/// What the command line asks for. Empty texts are left to the settings.
+struct Options
+{
+    QString config;
+    QString plugin;
+    QString data;
+    QString language;
+    QString log;
+    bool deliversInBackground = true;
+    bool once = false;
+    QStringList command; ///< Empty for selling.
+};
+
+/// A command line as it was read.
+struct CommandLine
+{
+    std::optional<Options> options; ///< Nothing when the program is to end.
+    QString text;                   ///< What to say before it ends.
+    int exitCode = 0;
+};
+
+CommandLine parseCommandLine(const QStringList &arguments);
+
+} // namespace till

@@ -1,0 +1,148 @@
+#include "till/queuecommands.h"
+
+#include "till/console.h"
+#include "till/deliverer.h"
+#include "till/privatewriter.h"
+
+#include <host/dbqueuebroker.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <limits>
+
+namespace till {
+
+namespace {
+
+QString ageText(const QDateTime &since)
+{
+    constexpr qint64 minute = 60;
+    constexpr qint64 hour = 60 * minute;
+    const auto seconds = qMax<qint64>(0, since.secsTo(QDateTime::currentDateTimeUtc()));
+    return QStringLiteral("%1:%2:%3")
+        .arg(seconds / hour)
+        .arg(seconds / minute % minute, 2, 10, QLatin1Char('0'))
+        .arg(seconds % minute, 2, 10, QLatin1Char('0'));
+}
+
+QString methodOf(const QueuedMessage &message)
+{
+    return message.message.value(QLatin1String("method")).toString(QStringLiteral("?"));
+}
+
+QJsonArray toJson(const QList<QueuedMessage> &messages)
+{
+    QJsonArray array;
+    for (const auto &message : messages)
+        array.append(QJsonObject{
+            {QLatin1String("id"), message.id},
+            {QLatin1String("queuedAt"), message.queuedAt.toString(Qt::ISODate)},
+            {QLatin1String("tries"), message.tries},
+            {QLatin1String("lastError"), message.lastError},
+            {QLatin1String("message"), message.message},
+        });
+    return array;
+}
+
+int fail(Console &console, const QString &reason)
+{
+    console.line(reason);
+    return 1;
+}
+
+int list(DBQueueBroker &broker, Console &console)
+{
+    console.line(queueStateText(broker));
+    return broker.lastError().isEmpty() ? 0 : 1;
+}
+
+int listParked(DBQueueBroker &broker, Console &console)
+{
+    const auto messages = broker.parked(loyaltyQueue());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    for (const auto &message : messages)
+        console.line(QStringLiteral("%1 %2, age %3, tries %4: %5")
+                         .arg(message.id)
+                         .arg(methodOf(message), ageText(message.queuedAt))
+                         .arg(message.tries)
+                         .arg(message.lastError));
+    console.line(QStringLiteral("parked: %1").arg(messages.size()));
+    return 0;
+}
+
+int retry(DBQueueBroker &broker, Console &console, const QString &which)
+{
+    const auto messages = broker.parked(loyaltyQueue());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    int count = 0;
+    for (const auto &message : messages) {
+        if (which != QLatin1String("all") && which != QString::number(message.id))
+            continue;
+        if (!broker.unpark(message.id))
+            return fail(console, broker.lastError());
+        ++count;
+    }
+    if (count == 0 && which != QLatin1String("all"))
+        return fail(console, QStringLiteral("There is no parked message %1.").arg(which));
+    console.line(QStringLiteral("put back: %1").arg(count));
+    return 0;
+}
+
+int exportTo(DBQueueBroker &broker, Console &console, const QString &file)
+{
+    const auto waiting = broker.waiting(loyaltyQueue(), std::numeric_limits<int>::max());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    const auto parked = broker.parked(loyaltyQueue());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    const QJsonObject content{{QLatin1String("waiting"), toJson(waiting)},
+                              {QLatin1String("parked"), toJson(parked)}};
+    if (const auto error = writePrivately(file, QJsonDocument(content).toJson()))
+        return fail(console, *error);
+    console.line(
+        QStringLiteral("exported: %1 waiting, %2 parked").arg(waiting.size()).arg(parked.size()));
+    return 0;
+}
+
+} // namespace
+
+QString queueStateText(DBQueueBroker &broker)
+{
+    const auto state = broker.state(loyaltyQueue());
+    if (!state)
+        return broker.lastError();
+    auto text = QStringLiteral("waiting: %1, parked: %2").arg(state->waiting).arg(state->parked);
+    if (const auto &next = state->oldest) {
+        text += QStringLiteral("\nnext: %1 %2, age %3, tries %4")
+                    .arg(next->id)
+                    .arg(methodOf(*next), ageText(next->queuedAt))
+                    .arg(next->tries);
+        if (!next->lastError.isEmpty())
+            text += QStringLiteral("\nlast error: %1").arg(next->lastError);
+    }
+    return text;
+}
+
+int runQueueCommand(DBQueueBroker &broker, Console &console, const QStringList &arguments)
+{
+    const auto verb = arguments.value(0, QStringLiteral("list"));
+    const auto count = qMax<qsizetype>(1, arguments.size());
+    if (verb == QLatin1String("list") && count == 1)
+        return list(broker, console);
+    if (verb == QLatin1String("parked") && count == 1)
+        return listParked(broker, console);
+    if (verb == QLatin1String("retry") && count == 2)
+        return retry(broker, console, arguments.at(1));
+    if (verb == QLatin1String("export") && count == 2)
+        return exportTo(broker, console, arguments.at(1));
+    console.line(QStringLiteral(
+        "Expected: till queue [list | parked | retry ID | retry all | export FILE]"));
+    constexpr int badArguments = 2;
+    return badArguments;
+}
+
+} // namespace till

@@ -1,0 +1,68 @@
+#include "till/receiptcounter.h"
+
+#include "till/privatewriter.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <utility>
+
+namespace till {
+
+namespace {
+
+constexpr auto shiftKey = QLatin1String("shift");
+constexpr auto numberKey = QLatin1String("number");
+
+} // namespace
+
+ReceiptCounter::ReceiptCounter(QString file)
+    : file(std::move(file))
+{}
+
+std::optional<QString> ReceiptCounter::load()
+{
+    QFile source(file);
+    if (!source.exists())
+        return std::nullopt;
+    if (!source.open(QIODevice::ReadOnly))
+        return QStringLiteral("%1: cannot be read: %2").arg(file, source.errorString());
+    constexpr qint64 enough = 1024;
+    const auto content = QJsonDocument::fromJson(source.read(enough)).object();
+    const auto storedShift = content.value(shiftKey).toInt(0);
+    const auto storedNumber = content.value(numberKey).toInt(-1);
+    if (storedShift < 1 || storedNumber < 0)
+        return QStringLiteral("%1: expected the numbers \"shift\" and \"number\"").arg(file);
+    shift = storedShift;
+    number = storedNumber;
+    return std::nullopt;
+}
+
+void ReceiptCounter::continueFrom(int lastShift, int lastNumber)
+{
+    shift = std::max(shift, lastShift);
+    number = std::max(number, lastNumber);
+}
+
+int ReceiptCounter::next(QString &error)
+{
+    ++number;
+    error = save().value_or(QString());
+    return number;
+}
+
+std::optional<QString> ReceiptCounter::closeShift()
+{
+    ++shift;
+    return save();
+}
+
+std::optional<QString> ReceiptCounter::save() const
+{
+    const QJsonObject content{{shiftKey, shift}, {numberKey, number}};
+    return writePrivately(file, QJsonDocument(content).toJson(QJsonDocument::Compact));
+}
+
+} // namespace till

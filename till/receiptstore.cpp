@@ -1,0 +1,169 @@
+#include "till/receiptstore.h"
+
+#include <host/abstractdocument.h>
+#include <host/privatefile.h>
+#include <host/savetofilelogic.h>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace till {
+
+namespace {
+
+constexpr auto committingDirectory = QLatin1String("/committing");
+constexpr auto committedDirectory = QLatin1String("/committed");
+constexpr auto damagedDirectory = QLatin1String("/damaged");
+constexpr auto suffix = QLatin1String(".json");
+
+/// Renames a file so that it bears the new name also after a power cut.
+std::optional<QString> moveFile(const QString &from, const QString &to)
+{
+    if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
+        return QStringLiteral("%1: cannot be moved to %2: %3")
+            .arg(from, QFileInfo(to).path(), qt_error_string());
+    for (const auto &path : {QFileInfo(to).path(), QFileInfo(from).path()}) {
+        if (!privatefile::syncDirectory(path))
+            return QStringLiteral("%1: cannot be written to the disk: %2")
+                .arg(path, qt_error_string());
+    }
+    return std::nullopt;
+}
+
+QStringList namesIn(const QString &path)
+{
+    auto names = QDir(path).entryList({u'*' + suffix}, QDir::Files, QDir::Name);
+    for (auto &name : names)
+        name.chop(suffix.size());
+    return names;
+}
+
+} // namespace
+
+ReceiptStore::ReceiptStore(QString directory)
+    : directory(std::move(directory))
+{}
+
+std::optional<QString> ReceiptStore::prepare() const
+{
+    for (const auto &name : {committingDirectory, committedDirectory, damagedDirectory}) {
+        if (auto error = privatefile::createDirectory(directory + name))
+            return error;
+    }
+    return std::nullopt;
+}
+
+QString ReceiptStore::nameOf(const AbstractDocument &document)
+{
+    const auto &header = document.getHeader();
+    return QStringLiteral("%1-%2-%3-%4-%5")
+        .arg(header.shopCode, 4, 10, QLatin1Char('0'))
+        .arg(header.cashCode, 2, 10, QLatin1Char('0'))
+        .arg(header.shift, 4, 10, QLatin1Char('0'))
+        .arg(header.num, 7, 10, QLatin1Char('0'))
+        .arg(header.dateTimeBeg.toString(QStringLiteral("yyyyMMddHHmmss")));
+}
+
+QString ReceiptStore::openFile() const
+{
+    return directory + QLatin1String("/open.json");
+}
+
+QString ReceiptStore::committingFile(const QString &name) const
+{
+    return directory + committingDirectory + u'/' + name + suffix;
+}
+
+QString ReceiptStore::committedFile(const QString &name) const
+{
+    return directory + committedDirectory + u'/' + name + suffix;
+}
+
+std::optional<QString> ReceiptStore::save(const QSharedPointer<AbstractDocument> &document)
+{
+    if (!isOpenFileFree()) {
+        if (auto error = moveOpenFile(openFileTarget); !isOpenFileFree())
+            return error;
+    }
+    if (!MockFactory<SaveToFileLogic>::create()->save(document, openFile()))
+        return QStringLiteral("%1: the receipt cannot be saved; the log says why").arg(openFile());
+    return std::nullopt;
+}
+
+std::optional<QString> ReceiptStore::beginCommit(const QString &name)
+{
+    return moveOpenFile(committingFile(name));
+}
+
+std::optional<QString> ReceiptStore::archive(const QString &name)
+{
+    if (openFileTarget == committingFile(name))
+        return moveOpenFile(committedFile(name));
+    return moveFile(committingFile(name), committedFile(name));
+}
+
+std::optional<QString> ReceiptStore::discard()
+{
+    QFile file(openFile());
+    if (!isOpenFileFree() || !file.exists() || file.remove())
+        return std::nullopt;
+    return QStringLiteral("%1: cannot be removed: %2").arg(openFile(), file.errorString());
+}
+
+bool ReceiptStore::hasOpenReceipt() const
+{
+    return QFileInfo::exists(openFile());
+}
+
+QStringList ReceiptStore::committing() const
+{
+    return namesIn(directory + committingDirectory);
+}
+
+QSharedPointer<AbstractDocument> ReceiptStore::load(const QString &file, QString &error)
+{
+    const auto loaded = MockFactory<SaveToFileLogic>::create()->load(file);
+    if (!loaded.document)
+        error = QStringLiteral("%1; %2").arg(loaded.error, setAside(file));
+    return loaded.document;
+}
+
+std::pair<int, int> ReceiptStore::highestNumbers() const
+{
+    std::pair<int, int> highest;
+    for (const auto &place : {committingDirectory, committedDirectory, damagedDirectory}) {
+        for (const auto &name : namesIn(directory + place)) {
+            const auto parts = name.split(u'-');
+            if (parts.size() < 5)
+                continue;
+            highest.first = std::max(highest.first, parts.at(2).toInt());
+            highest.second = std::max(highest.second, parts.at(3).toInt());
+        }
+    }
+    return highest;
+}
+
+QString ReceiptStore::setAside(const QString &file)
+{
+    const QFileInfo info(file);
+    QString kept;
+    for (int number = 1; kept.isEmpty() || QFileInfo::exists(kept); ++number)
+        kept = QStringLiteral("%1%2/%3.%4%5")
+                   .arg(directory, damagedDirectory, info.completeBaseName())
+                   .arg(number)
+                   .arg(suffix);
+    const auto error = file == openFile() ? moveOpenFile(kept) : moveFile(file, kept);
+    return error ? *error : QStringLiteral("it is kept as %1").arg(kept);
+}
+
+std::optional<QString> ReceiptStore::moveOpenFile(const QString &target)
+{
+    auto error = moveFile(openFile(), target);
+    openFileTarget = error && hasOpenReceipt() ? target : QString();
+    return error;
+}
+
+} // namespace till
