@@ -26,6 +26,7 @@ public:
 
     QString file;
     QString error;
+    QString putError;
     int failedPuts = 0;
     QueueStore database;
 
@@ -118,6 +119,7 @@ bool DBQueueBroker::put(const QString &queue, const QJsonObject &message, const 
                    {kept(queue), json, kept(tag), QDateTime::currentMSecsSinceEpoch()}))
         return true;
     ++store->failedPuts;
+    store->putError = store->error;
     return false;
 }
 
@@ -181,6 +183,11 @@ QString DBQueueBroker::lastError() const
 int DBQueueBroker::failedPuts() const
 {
     return store->failedPuts;
+}
+
+QString DBQueueBroker::lastPutError() const
+{
+    return store->putError;
 }
 
 QString DBQueueBroker::file() const

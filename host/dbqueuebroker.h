@@ -78,6 +78,8 @@ public:
     /// How many `put` calls have failed since the broker was made. The plugin does not look at
     /// what `put` returns; the till compares this number before and after a commit.
     int failedPuts() const;
+    /// Why the last of them failed; other messages may have been taken since.
+    QString lastPutError() const;
     /// The file, as configured.
     QString file() const;
 

@@ -2,6 +2,7 @@
 
 #include "host/privatefile.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QtGlobal>
 
@@ -21,6 +22,9 @@ struct Destinations
     std::mutex mutex;
     int file = none;
     int standardError = none;
+    bool hasOwnPattern = false; ///< Whether the environment says what a line looks like.
+    qint64 second = 0;          ///< Since the epoch; what `secondText` is the local time of.
+    QByteArray secondText;
 };
 
 Destinations &destinations()
@@ -65,13 +69,55 @@ void writeLine(int descriptor, const QByteArray &line)
     }
 }
 
+const char *typeName(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return "debug";
+    case QtInfoMsg:
+        return "info";
+    case QtWarningMsg:
+        return "warning";
+    case QtCriticalMsg:
+        return "critical";
+    case QtFatalMsg:
+        break;
+    }
+    return "fatal";
+}
+
+/// "2026-03-05 14:07:09.042". The local time is asked for but once a second: each time the C
+/// library looks whether the time zone has changed on disk, which costs more than the whole line.
+QByteArray timeText(Destinations &to)
+{
+    constexpr int thousand = 1000;
+    const auto now = QDateTime::currentMSecsSinceEpoch();
+    if (const auto second = now / thousand; second != to.second || to.secondText.isEmpty()) {
+        to.second = second;
+        to.secondText = QDateTime::fromSecsSinceEpoch(second)
+                            .toString(QStringLiteral("yyyy-MM-dd hh:mm:ss."))
+                            .toLatin1();
+    }
+    return to.secondText + QByteArray::number(thousand + now % thousand).sliced(1);
+}
+
+QByteArray logLine(Destinations &to, QtMsgType type, const QMessageLogContext &context,
+                   const QString &message)
+{
+    const auto harmless = withoutControls(message);
+    if (to.hasOwnPattern)
+        return qFormatLogMessage(type, context, harmless).toUtf8() + '\n';
+    return timeText(to) + ' ' + typeName(type) + ' ' + context.category + ": " + harmless.toUtf8() +
+           '\n';
+}
+
 void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     const auto reason = errno;
-    const auto line = qFormatLogMessage(type, context, withoutControls(message)).toUtf8() + '\n';
     {
         auto &to = destinations();
         const std::scoped_lock lock(to.mutex);
+        const auto line = logLine(to, type, context, message);
         writeLine(to.standardError, line);
         writeLine(to.file, line);
     }
@@ -97,10 +143,8 @@ std::optional<QString> start(const QString &file, bool toStandardError)
         const std::scoped_lock lock(to.mutex);
         to.file = opened;
         to.standardError = toStandardError ? STDERR_FILENO : none;
+        to.hasOwnPattern = !qEnvironmentVariableIsEmpty("QT_MESSAGE_PATTERN");
     }
-    // The environment's pattern, when there is one, goes before this one.
-    qSetMessagePattern(QStringLiteral("%{time yyyy-MM-dd hh:mm:ss.zzz} %{type} %{category}: "
-                                      "%{message}"));
     qInstallMessageHandler(handle);
     return std::nullopt;
 }

@@ -54,6 +54,12 @@ std::mutex &openingMutex()
     return mutex;
 }
 
+/// SQLite's own words; Qt's say no more than which call failed.
+QString reasonOf(const QSqlError &error)
+{
+    return error.databaseText().isEmpty() ? error.text() : error.databaseText();
+}
+
 } // namespace
 
 QueueStore::QueueStore()
@@ -79,7 +85,7 @@ bool QueueStore::open(const QString &file)
     database.setDatabaseName(path);
     database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(busyMilliseconds));
     if (!database.open())
-        fail(database.lastError().text());
+        fail(reasonOf(database.lastError()));
     else if (checkOwner() && switchToWal() && execute(QStringLiteral("PRAGMA synchronous = FULL")))
         return true;
     const auto reason = error;
@@ -105,7 +111,7 @@ QSqlQuery *QueueStore::run(Statement statement, const QVariantList &values)
         query = QSqlQuery(database);
         query.setForwardOnly(true);
         if (!query.prepare(QLatin1String(statementText(statement)))) {
-            fail(query.lastError().text());
+            fail(reasonOf(query.lastError()));
             return nullptr;
         }
     }
@@ -113,7 +119,7 @@ QSqlQuery *QueueStore::run(Statement statement, const QVariantList &values)
         query.bindValue(static_cast<int>(i), values.at(i));
     if (query.exec())
         return &query;
-    fail(query.lastError().text());
+    fail(reasonOf(query.lastError()));
     return nullptr;
 }
 
@@ -170,7 +176,7 @@ bool QueueStore::createTables()
         return execute(QStringLiteral("ROLLBACK"));
     QSqlQuery count(database);
     if (!count.exec(QStringLiteral("SELECT count(*) FROM sqlite_schema")) || !count.next())
-        return fail(count.lastError().text());
+        return fail(reasonOf(count.lastError()));
     if (count.value(0).toInt() != 0)
         return fail(
             QStringLiteral("expected a file of queues, found a database of something else"));
@@ -198,7 +204,7 @@ bool QueueStore::switchToWal()
         if (query.exec(QStringLiteral("PRAGMA journal_mode = WAL")) && query.next() &&
             query.value(0).toString() == QLatin1String("wal"))
             return true;
-        fail(query.lastError().text());
+        fail(reasonOf(query.lastError()));
         QThread::msleep(pause);
     }
     return false;
@@ -207,7 +213,7 @@ bool QueueStore::switchToWal()
 bool QueueStore::execute(const QString &sql)
 {
     QSqlQuery query(database);
-    return query.exec(sql) || fail(query.lastError().text());
+    return query.exec(sql) || fail(reasonOf(query.lastError()));
 }
 
 /// The pragma's value, which is never negative in a file of ours; -1 after a failure.
@@ -216,7 +222,7 @@ int QueueStore::pragma(const QString &name)
     QSqlQuery query(database);
     if (query.exec(QStringLiteral("PRAGMA ") + name) && query.next())
         return std::max(query.value(0).toInt(), 0);
-    fail(query.lastError().text());
+    fail(reasonOf(query.lastError()));
     return -1;
 }
 

@@ -244,7 +244,9 @@ size_t RestClient::Connection::receiveHeader(char *from, size_t size, size_t cou
 void RestClient::Connection::readHeadLine(const QByteArray &line)
 {
     const auto begins = [&line](QByteArrayView name) {
-        return line.left(name.size()).compare(name, Qt::CaseInsensitive) == 0;
+        return QByteArrayView(line)
+                   .first(std::min(line.size(), name.size()))
+                   .compare(name, Qt::CaseInsensitive) == 0;
     };
     if (begins("HTTP/")) // several heads come when the first ones are interim
         headComplete = lengthKnown = false;

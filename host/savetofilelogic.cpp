@@ -27,9 +27,10 @@ QString write(const QByteArray &content, const QString &fileName)
     if (const auto error = privatefile::createDirectory(directory))
         return *error;
     QSaveFile file(fileName);
+    // Its own commit does not notice that the last bytes did not fit on the disk.
     if (!file.open(QIODevice::WriteOnly) ||
         !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
-        file.write(content) != content.size() || !file.commit())
+        file.write(content) != content.size() || !file.flush() || !file.commit())
         return file.errorString();
     // The file itself is synchronised by now, its new name is not.
     if (!privatefile::syncDirectory(directory))

@@ -43,7 +43,7 @@ public:
     QString url(const QString &host = QStringLiteral("127.0.0.1")) const;
 
     void addFault(const Fault &fault);
-    void setRandomFaults(const RandomFaults &faults);
+    void setRandomFaults(const RandomFaults &random);
     /// Drops the faults not played yet.
     void clearFaults();
 

@@ -22,7 +22,7 @@ ConsoleLine Console::ask(const QString &question)
     write(question);
     // In a script nobody ends the line by typing the answer.
     output << (interactive ? " " : "\n") << std::flush;
-    return input.readLine();
+    return read();
 }
 
 ConsoleLine Console::readCommand(const QString &prompt)
@@ -31,7 +31,15 @@ ConsoleLine Console::readCommand(const QString &prompt)
         write(prompt);
         output << ' ' << std::flush;
     }
-    return input.readLine();
+    return read();
+}
+
+ConsoleLine Console::read()
+{
+    auto typed = input.readLine();
+    if (echoes && typed.kind == ConsoleLine::Kind::Text)
+        line(QStringLiteral("> %1").arg(typed.text));
+    return typed;
 }
 
 void Console::write(const QString &text)

@@ -22,13 +22,18 @@ public:
     ConsoleLine ask(const QString &question);
     /// Waits for a line. The prompt is shown on a terminal only.
     ConsoleLine readCommand(const QString &prompt);
+    /// Has every line that is read shown behind "> ", so that a script's output reads like a
+    /// session. Off at first.
+    void setEcho(bool on) { echoes = on; }
 
 private:
+    ConsoleLine read();
     void write(const QString &text);
 
     ConsoleInput &input;
     std::ostream &output;
     bool interactive;
+    bool echoes = false;
 };
 
 } // namespace till

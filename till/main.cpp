@@ -124,9 +124,11 @@ int runDelivery(const till::Settings &settings, bool once, till::Console &consol
         return success;
     }
     const auto emptied = loop.runOnce();
-    if (!emptied)
+    const auto state = till::queueStateText(broker);
+    // A queue that cannot be read says the same in its state.
+    if (!emptied && deliverer.lastError() != state)
         console.line(deliverer.lastError());
-    console.line(till::queueStateText(broker));
+    console.line(state);
     return emptied ? success : failure;
 }
 
@@ -173,6 +175,7 @@ int main(int argc, char *argv[])
     }
     till::ConsoleInput input(STDIN_FILENO);
     till::Console console(input, std::cout);
+    console.setEcho(commandLine.options->echo);
     const auto exitCode = run(*commandLine.options, console);
     logging::stop();
     return exitCode;

@@ -37,13 +37,16 @@ struct Parser
     QCommandLineOption once{QStringLiteral("once"),
                             QStringLiteral("With \"deliver\": end when nothing is waiting or the "
                                            "service cannot be reached.")};
+    QCommandLineOption echo{QStringLiteral("echo"),
+                            QStringLiteral("Show every line read, for the output of a script.")};
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                             QStringLiteral("Show this text.")};
     QCommandLineOption version{QStringLiteral("version"), QStringLiteral("Show the version.")};
 
     Parser()
     {
-        parser.addOptions({config, plugin, data, language, log, noDelivery, once, help, version});
+        parser.addOptions(
+            {config, plugin, data, language, log, noDelivery, echo, once, help, version});
         parser.addPositionalArgument(
             QStringLiteral("command"),
             QStringLiteral("Nothing: sell, with commands from standard input.\n"
@@ -103,6 +106,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     options.log = read.value(parser.log);
     options.deliversInBackground = !read.isSet(parser.noDelivery);
     options.once = read.isSet(parser.once);
+    options.echo = read.isSet(parser.echo);
     options.command = read.positionalArguments();
     if (const auto problem = commandProblem(options); !problem.isEmpty())
         return {{}, QStringLiteral("till: %1; --help says more").arg(problem), badOptions};

@@ -17,6 +17,7 @@ struct Options
     QString log;
     bool deliversInBackground = true;
     bool once = false;
+    bool echo = false;
     QStringList command; ///< Empty for selling.
 };
 

@@ -51,8 +51,23 @@ int fail(Console &console, const QString &reason)
     return 1;
 }
 
+/// The identity of the order that a message is about.
+QString orderOf(const QueuedMessage &message)
+{
+    const auto ids =
+        message.message[QLatin1String("payload")][QLatin1String("order")][QLatin1String("ids")]
+            .toObject();
+    return ids.isEmpty() ? QStringLiteral("?") : ids.constBegin()->toString();
+}
+
 int list(DBQueueBroker &broker, Console &console)
 {
+    constexpr int most = 50;
+    for (const auto &message : broker.waiting(loyaltyQueue(), most))
+        console.line(QStringLiteral("%1 %2, order %3, age %4, tries %5")
+                         .arg(message.id)
+                         .arg(methodOf(message), orderOf(message), ageText(message.queuedAt))
+                         .arg(message.tries));
     console.line(queueStateText(broker));
     return broker.lastError().isEmpty() ? 0 : 1;
 }
@@ -63,9 +78,9 @@ int listParked(DBQueueBroker &broker, Console &console)
     if (!broker.lastError().isEmpty())
         return fail(console, broker.lastError());
     for (const auto &message : messages)
-        console.line(QStringLiteral("%1 %2, age %3, tries %4: %5")
+        console.line(QStringLiteral("%1 %2, order %3, age %4, tries %5: %6")
                          .arg(message.id)
-                         .arg(methodOf(message), ageText(message.queuedAt))
+                         .arg(methodOf(message), orderOf(message), ageText(message.queuedAt))
                          .arg(message.tries)
                          .arg(message.lastError));
     console.line(QStringLiteral("parked: %1").arg(messages.size()));

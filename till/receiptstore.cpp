@@ -33,12 +33,28 @@ std::optional<QString> moveFile(const QString &from, const QString &to)
     return std::nullopt;
 }
 
+std::optional<QString> write(const QSharedPointer<AbstractDocument> &document, const QString &file)
+{
+    if (MockFactory<SaveToFileLogic>::create()->save(document, file))
+        return std::nullopt;
+    return QStringLiteral("%1: the receipt cannot be saved; the log says why").arg(file);
+}
+
 QStringList namesIn(const QString &path)
 {
     auto names = QDir(path).entryList({u'*' + suffix}, QDir::Files, QDir::Name);
     for (auto &name : names)
         name.chop(suffix.size());
     return names;
+}
+
+/// Removes what a kill has left of files that were about to replace others.
+void removeUnfinished(const QString &path)
+{
+    QDir place(path);
+    const auto pattern = u'*' + suffix + QLatin1String(".??????");
+    for (const auto &name : place.entryList({pattern}, QDir::Files))
+        place.remove(name);
 }
 
 } // namespace
@@ -53,6 +69,8 @@ std::optional<QString> ReceiptStore::prepare() const
         if (auto error = privatefile::createDirectory(directory + name))
             return error;
     }
+    removeUnfinished(directory);
+    removeUnfinished(directory + committingDirectory);
     return std::nullopt;
 }
 
@@ -88,9 +106,12 @@ std::optional<QString> ReceiptStore::save(const QSharedPointer<AbstractDocument>
         if (auto error = moveOpenFile(openFileTarget); !isOpenFileFree())
             return error;
     }
-    if (!MockFactory<SaveToFileLogic>::create()->save(document, openFile()))
-        return QStringLiteral("%1: the receipt cannot be saved; the log says why").arg(openFile());
-    return std::nullopt;
+    return write(document, openFile());
+}
+
+std::optional<QString> ReceiptStore::keep(const QSharedPointer<AbstractDocument> &document)
+{
+    return write(document, committingFile(nameOf(*document)));
 }
 
 std::optional<QString> ReceiptStore::beginCommit(const QString &name)

@@ -22,7 +22,8 @@ class ReceiptStore
 public:
     explicit ReceiptStore(QString directory);
 
-    /// Creates the directories that are missing, mode 0700.
+    /// Creates the directories that are missing, mode 0700, and clears away what a kill left of
+    /// files being written.
     [[nodiscard]] std::optional<QString> prepare() const;
 
     /// Shop, register, shift, number and begin: sorts in the order of the receipts of a register.
@@ -39,6 +40,8 @@ public:
     bool isOpenFileFree() const { return openFileTarget.isEmpty(); }
     /// Moves the receipt being sold to "committing/".
     [[nodiscard]] std::optional<QString> beginCommit(const QString &name);
+    /// Writes a receipt in "committing/" once more, as it is now.
+    [[nodiscard]] std::optional<QString> keep(const QSharedPointer<AbstractDocument> &document);
     /// Moves a receipt handed over to "committed/".
     [[nodiscard]] std::optional<QString> archive(const QString &name);
     /// Removes the receipt being sold.

@@ -78,17 +78,20 @@ bool Sale::handOver(const Receipt &receipt)
     if (!parts.system.commit(receipt))
         parts.console.line(parts.system.getLastErrorString());
     const auto safe = broker->failedPuts() == failuresBefore;
-    const auto reason = broker->lastError();
     parts.system.clearAfterClose();
     parts.system.clearLoyaltyData();
     attach({}, {});
     if (!safe) {
         pending.append(receipt);
+        // The file may lack what came after the disk was full.
+        const auto advice = parts.store.keep(receipt)
+                                ? QStringLiteral("is not on the disk; it will be reported at the "
+                                                 "next commit. Do not stop the till before.")
+                                : QStringLiteral("is kept and will be reported at the next commit "
+                                                 "or start.");
         parts.console.line(
-            QStringLiteral("[not queued] %1\nReceipt %2 is kept and will be reported at the next "
-                           "commit or start.")
-                .arg(reason)
-                .arg(receipt->getHeader().num));
+            QStringLiteral("[not queued] %1\nReceipt %2 %3")
+                .arg(broker->lastPutError(), QString::number(receipt->getHeader().num), advice));
     } else if (const auto error = parts.store.archive(ReceiptStore::nameOf(*receipt))) {
         parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
     }
@@ -102,6 +105,8 @@ void Sale::retryPending()
     constexpr int retriesPerCommit = 3;
     for (int tried = 0; tried < retriesPerCommit && !pending.isEmpty(); ++tried) {
         const auto receipt = pending.takeFirst();
+        if (const auto error = parts.store.keep(receipt))
+            parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
         restore(receipt, {});
         if (!handOver(receipt))
             return;

@@ -4,34 +4,28 @@
 
 namespace lmmindbox {
 
-namespace {
-
-QStringList keysOf(const QString &path)
-{
-    return path.split(QLatin1Char('.'));
-}
-
-} // namespace
-
 Customer Interface::getCustomer(const QJsonObject &answer) const
 {
-    if (!answer.contains(QLatin1String("customer")))
+    const auto value = answer.value(QLatin1String("customer"));
+    if (value.isUndefined())
         return {};
 
-    // Split once: every answer is parsed.
-    static const auto mobilePhone = keysOf(QStringLiteral("customer.mobilePhone"));
-    static const auto phoneConfirmed = keysOf(QStringLiteral("customer.isMobilePhoneConfirmed"));
-    static const auto email = keysOf(QStringLiteral("customer.email"));
-    static const auto consent =
-        keysOf(QStringLiteral("customer.customFields.consentToElectronicChecks"));
-    static const auto firstName = keysOf(QStringLiteral("customer.firstName"));
-    static const auto lastName = keysOf(QStringLiteral("customer.lastName"));
-    static const auto birthDate = keysOf(QStringLiteral("customer.birthDate"));
-    static const auto sex = keysOf(QStringLiteral("customer.sex"));
-    static const auto processingStatus = keysOf(QStringLiteral("customer.processingStatus"));
-    const auto read = [&answer](const QStringList &keys) {
-        return getJsonValueByPath(answer, keys);
+    // The walk to each field begins at the customer, where all of them pass.
+    const auto object = value.toObject();
+    const auto read = [&value, &object](const QStringList &keys) {
+        return value.isObject() ? getJsonValueByPath(object, keys) : value;
     };
+    // Every answer is parsed, so the paths are made once.
+    static const QStringList mobilePhone = {QStringLiteral("mobilePhone")};
+    static const QStringList phoneConfirmed = {QStringLiteral("isMobilePhoneConfirmed")};
+    static const QStringList email = {QStringLiteral("email")};
+    static const QStringList consent = {QStringLiteral("customFields"),
+                                        QStringLiteral("consentToElectronicChecks")};
+    static const QStringList firstName = {QStringLiteral("firstName")};
+    static const QStringList lastName = {QStringLiteral("lastName")};
+    static const QStringList birthDate = {QStringLiteral("birthDate")};
+    static const QStringList sex = {QStringLiteral("sex")};
+    static const QStringList processingStatus = {QStringLiteral("processingStatus")};
 
     Customer customer;
     customer.mobilePhone = read(mobilePhone).toVariant().toString();

@@ -9,7 +9,6 @@
 
 #include <QHash>
 #include <QJsonDocument>
-#include <QUrlQuery>
 
 namespace lmmindbox {
 
@@ -18,12 +17,11 @@ namespace {
 // No shop's service lives there: without a configured address nothing leaves the till.
 const auto defaultUrl = QStringLiteral("https://service.invalid/v3/operations/sync");
 
-void addQueryItem(QUrlQuery &query, const QString &name, const QString &value)
+/// An item of the URL's query. Encoded here to the last character: QUrl lets "+" and anything that
+/// looks encoded pass.
+QString queryItem(QLatin1String name, const QString &value)
 {
-    // QUrlQuery lets "+" and anything that looks encoded pass, so the value is encoded here; of a
-    // null text it would leave out the "=" as well.
-    const auto encoded = QUrl::toPercentEncoding(value);
-    query.addQueryItem(name, QString::fromLatin1(encoded.constData(), encoded.size()));
+    return name + QLatin1Char('=') + QString::fromLatin1(QUrl::toPercentEncoding(value));
 }
 
 } // namespace
@@ -62,11 +60,10 @@ OperationResult Interface::sendRequest(const QString &operation, const QJsonObje
          QStringLiteral("Mindbox secretKey=\"%1\"").arg(secretKey)},
     };
 
-    QUrlQuery query;
-    addQueryItem(query, QStringLiteral("endpointId"), endpoint);
-    addQueryItem(query, QStringLiteral("operation"), operation);
+    auto query = queryItem(QLatin1String("endpointId"), endpoint) + QLatin1Char('&') +
+                 queryItem(QLatin1String("operation"), operation);
     if (!transactionId.isEmpty())
-        addQueryItem(query, QStringLiteral("transactionId"), transactionId);
+        query += QLatin1Char('&') + queryItem(QLatin1String("transactionId"), transactionId);
     url.setQuery(query);
 
     auto envelope = body;

@@ -2,6 +2,8 @@
 
 #include <host/config.h>
 
+#include <vector>
+
 using ConfigFile = WithFiles;
 
 TEST_F(ConfigFile, ReturnsValuesCharacterForCharacter)
@@ -34,11 +36,12 @@ TEST_F(ConfigFile, ReturnsValuesCharacterForCharacter)
 
 TEST_F(ConfigFile, RefusesADamagedFileWithItsLineAndKeepsWhatItHad)
 {
-    const struct
+    struct Case
     {
         QByteArray content;
         QString expected;
-    } cases[] = {
+    };
+    const std::vector<Case> cases{
         {"a=1\nhunter2\n", QStringLiteral(":2: expected key=value")},
         {"=hunter2\n", QStringLiteral(":1: expected key=value")},
         {"k =hunter2\n", QStringLiteral(":1: expected no blank around the key")},

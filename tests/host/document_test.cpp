@@ -9,6 +9,7 @@
 
 #include <ctime>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -139,27 +140,29 @@ TEST_F(ReceiptFile, ThatIsDamagedForeignOrNewerIsRefusedByNameAndLeftAlone)
         EXPECT_TRUE(json.contains(from)) << from;
         return QByteArray(json).replace(from, to);
     };
-    const struct
+    struct Case
     {
         QByteArray content;
         const char *expected;
-    } cases[] = {
+    };
+    const std::vector<Case> cases{
         {"", "offset"},
         {json.left(json.size() / 2), "offset"},
         {"[]", "expected a JSON object"},
         {"{}", "format: expected"},
-        {changed("\"version\":1", "\"version\":2"), "version: written by a newer version"},
-        {changed("\"shift\":45", "\"shift\":45.5"), "header.shift: expected a whole number"},
-        {changed("\"shift\":45", "\"shift\":3000000000"), "header.shift: expected a whole number"},
-        {changed("\"dateTimeBeg\":\"2024", "\"dateTimeBeg\":\"x"), "header.dateTimeBeg: expected"},
-        {changed("\"code\":\"002\"", "\"code\":2"), "items[1].code: expected a text"},
-        {changed("\"price\":0.335", "\"prize\":0.335"), "items[0].price: expected a number"},
-        {changed("\"posnum\":2,\"price\"", "\"posnum\":1,\"price\""), "items[1].posnum: expected"},
-        {changed("\"impactSource\":1,\"posnum\":2", "\"impactSource\":1,\"posnum\":9"),
+        {changed(R"("version":1)", R"("version":2)"), "version: written by a newer version"},
+        {changed(R"("shift":45)", R"("shift":45.5)"), "header.shift: expected a whole number"},
+        {changed(R"("shift":45)", R"("shift":3000000000)"),
+         "header.shift: expected a whole number"},
+        {changed(R"("dateTimeBeg":"2024)", R"("dateTimeBeg":"x)"), "header.dateTimeBeg: expected"},
+        {changed(R"("code":"002")", R"("code":2)"), "items[1].code: expected a text"},
+        {changed(R"("price":0.335)", R"("prize":0.335)"), "items[0].price: expected a number"},
+        {changed(R"("posnum":2,"price")", R"("posnum":1,"price")"), "items[1].posnum: expected"},
+        {changed(R"("impactSource":1,"posnum":2)", R"("impactSource":1,"posnum":9)"),
          "impacts[2].posnum: expected a position's number"},
-        {changed("\"sex\":1", "\"sex\":2"), "card.client.sex: expected"},
-        {changed("\"type\":\"int64\"", "\"type\":\"int99\""), "pluginData.loyaltySystem24: "},
-        {changed("\"type\":\"bytes\"", "\"type\":\"bool\""), "pluginData.loyaltySystem24: "},
+        {changed(R"("sex":1)", R"("sex":2)"), "card.client.sex: expected"},
+        {changed(R"("type":"int64")", R"("type":"int99")"), "pluginData.loyaltySystem24: "},
+        {changed(R"("type":"bytes")", R"("type":"bool")"), "pluginData.loyaltySystem24: "},
     };
     for (const auto &[content, expected] : cases) {
         SCOPED_TRACE(expected);

@@ -6,6 +6,7 @@
 #include <QJsonObject>
 
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -42,12 +43,13 @@ TEST(SimpleFormatter, MakesTheOrderIdOfTheReceipt)
 
 TEST(SimpleFormatter, ExpandsValuesByTheirFormat)
 {
-    const struct
+    struct Case
     {
         const char *format;
         QVariant value;
         const char *expected; ///< Null for a value that does not fit.
-    } cases[] = {
+    };
+    const std::vector<Case> cases{
         {"s", QStringLiteral("%(v[s])"), "%(v[s])"},
         {"s", 0.1 + 0.2, "0.30000000000000004"},
         {"s", 1e15, "1000000000000000"},
@@ -90,12 +92,13 @@ TEST(SimpleFormatter, ExpandsValuesByTheirFormat)
 
 TEST(SimpleFormatter, KeepsTextAndNamesWhatItCannotExpand)
 {
-    const struct
+    struct Case
     {
         QString mask;
         QString expected;
         bool warns;
-    } cases[] = {
+    };
+    const std::vector<Case> cases{
         {{}, {}, false},
         {QStringLiteral("чек №%(document.num) 100%%"), QStringLiteral("чек №678 100%"), false},
         {QStringLiteral("%(position.code[s])"), QStringLiteral("Я%(x)"), false},

@@ -6,9 +6,11 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
+#include <array>
 #include <csignal>
 #include <sys/resource.h>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -115,9 +117,9 @@ TEST_F(Queue, ParkedMessageMakesWayAndComesBackToItsPlace)
 
 TEST_F(Queue, IsSharedByThreadsThatOpenItAtOnce)
 {
-    std::vector<std::thread> threads;
-    for (auto i = 0; i < 4; ++i) {
-        threads.emplace_back([this] {
+    std::array<std::thread, 4> threads;
+    for (auto &thread : threads) {
+        thread = std::thread([this] {
             DBQueueBroker broker(file());
             for (auto number = 0; number < 25; ++number)
                 EXPECT_TRUE(broker.put(queueName, message(number), {}))
@@ -184,11 +186,12 @@ TEST_F(Queue, FileOfSomethingElseIsReportedAndLeftAlone)
         PlainDatabase(path(QStringLiteral("foreign"))).run(QStringLiteral("CREATE TABLE t (x)"));
     }
     const auto foreign = read(path(QStringLiteral("foreign")));
-    const struct
+    struct Case
     {
         QByteArray content;
         const char *expected;
-    } cases[] = {
+    };
+    const std::vector<Case> cases{
         {newer, "newer version"},
         {foreign, "something else"},
         {"no database at all, yet longer than a header of one " + QByteArray(100, ' '),

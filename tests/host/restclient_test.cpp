@@ -13,6 +13,8 @@
 
 #include <curl/curl.h>
 
+#include <vector>
+
 namespace {
 
 const QHash<QString, QString> headers{
@@ -58,12 +60,13 @@ TEST(RestClient, SendsOneRequestAsGivenAndKeepsTheConnection)
 TEST(RestClient, GivesTheCodeOfEveryCompleteAnswerAndOfNoOther)
 {
     const QByteArray big(RestClient::maximumAnswerSize, ' ');
-    const struct
+    struct Case
     {
         const char *name;
         Reply reply;
         int httpCode;
-    } cases[] = {
+    };
+    const std::vector<Case> cases{
         {"empty 500", {"HTTP/1.1 500 Oops\r\nContent-Length: 0\r\n\r\n"}, 500},
         {"HTML", {"HTTP/1.1 502 Bad\r\nContent-Length: 4\r\n\r\n<p/>"}, 502},
         {"redirect",
@@ -148,8 +151,8 @@ TEST(RestClient, RefusesInjectionAndForeignSchemes)
 {
     const WireServer server({{okReply("{}")}});
     RestClient client;
-    const QString values[] = {QStringLiteral("a\r\nX: y"), QStringLiteral("a\nb"),
-                              QStringLiteral("a\rb"), QString(QChar::Null)};
+    const std::vector values{QStringLiteral("a\r\nX: y"), QStringLiteral("a\nb"),
+                             QStringLiteral("a\rb"), QString(QChar::Null)};
     for (const auto &value : values) {
         client.send(url(server.port), document({}), {{QStringLiteral("X"), value}});
         EXPECT_EQ(client.getResponse().getHttpCode(), 0);

@@ -8,6 +8,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <mutex>
@@ -43,10 +45,9 @@ public:
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t size = sizeof address;
         auto *const any = reinterpret_cast<sockaddr *>(&address);
-        ::bind(listener, any, size);
-        ::listen(listener, 8);
-        ::getsockname(listener, any, &size);
-        port = ntohs(address.sin_port);
+        if (::bind(listener, any, size) == 0 && ::listen(listener, 8) == 0
+            && ::getsockname(listener, any, &size) == 0)
+            port = ntohs(address.sin_port);
         thread = std::thread([this] { run(); });
     }
     ~WireServer()
@@ -93,11 +94,11 @@ private:
     {
         QByteArray request;
         while (awaits(socket)) {
-            char part[65536];
-            const auto length = ::recv(socket, part, sizeof part, 0);
+            std::array<char, 65536> part{};
+            const auto length = ::recv(socket, part.data(), part.size(), 0);
             if (length <= 0)
                 return false;
-            request.append(part, length);
+            request.append(part.data(), length);
             const auto head = request.indexOf("\r\n\r\n");
             const auto field = request.indexOf("Content-Length: ");
             if (head < 0 || field < 0)

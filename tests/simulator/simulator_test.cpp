@@ -8,6 +8,9 @@
 #include <gtest/gtest.h>
 #include <httplib.h>
 
+#include <array>
+#include <tuple>
+
 using namespace Qt::Literals::StringLiterals;
 using simulator::FaultKind;
 using simulator::Simulator;
@@ -18,9 +21,9 @@ const auto create = u"CreateAuthorizedOrder"_qs;
 const auto change = u"ChangeStatus"_qs;
 const auto edit = u"EditCustomer"_qs;
 const auto get = u"GetCustomer"_qs;
-const auto phone = u"\"mobilePhone\":\"79160000001\""_qs;
-const auto data = u",\"sex\":\"male\",\"firstName\":\"Ив\""_qs;
-const auto email = u"\"email\":\"i@example.org\""_qs;
+const auto phone = uR"("mobilePhone":"79160000001")"_qs;
+const auto data = uR"(,"sex":"male","firstName":"Ив")"_qs;
+const auto email = uR"("email":"i@example.org")"_qs;
 
 QString customerBody(const QString &members)
 {
@@ -55,10 +58,10 @@ struct Till
                          const std::string &type = "application/json; charset=utf-8")
     {
         const auto target = "/v3/operations/sync?endpointId=till-demo&operation=Offline.";
-        return client.Post(
-            target + operation.toStdString(),
-            {{"Accept", "application/json"}, {"Authorization", "Mindbox secretKey=\"" + key + '"'}},
-            body.toStdString(), type);
+        return client.Post(target + operation.toStdString(),
+                           {{"Accept", "application/json"},
+                            {"Authorization", R"(Mindbox secretKey=")" + key + '"'}},
+                           body.toStdString(), type);
     }
 
     QJsonObject call(const QString &operation, const QString &body)
@@ -109,15 +112,15 @@ TEST_F(SimulatorTest, RefusesWhateverDepartsFromTheEnvelope)
 
 TEST_F(SimulatorTest, NamesThePlaceOfEveryFaultInTheBody)
 {
-    const std::tuple<QString, QString, QString> cases[] = {
-        {get, customerBody(u"\"mobilePhone\":7"_qs), u"customer.mobilePhone"_qs},
-        {get, customerBody(phone + data), u"customer"_qs},
-        {edit, customerBody(phone + data + ",\"birthDate\":\"2000-01-01\""_L1),
-         u"customer.birthDate"_qs},
-        {create, orderBody(1).replace("Number\":1"_L1, "Number\":2"_L1),
-         u"order.lines[0].lineNumber"_qs},
-        {create, orderBody(1).remove("\"sku\":\"1\""_L1), u"order.lines[0].product.ids"_qs},
-        {change, QString(statusBody).remove("Paid"_L1), u"order.lines[0].status"_qs}};
+    const auto cases = std::to_array<std::tuple<QString, QString, QString>>(
+        {{get, customerBody(uR"("mobilePhone":7)"_qs), u"customer.mobilePhone"_qs},
+         {get, customerBody(phone + data), u"customer"_qs},
+         {edit, customerBody(phone + data + R"(,"birthDate":"2000-01-01")"_L1),
+          u"customer.birthDate"_qs},
+         {create, orderBody(1).replace(R"(Number":1)"_L1, R"(Number":2)"_L1),
+          u"order.lines[0].lineNumber"_qs},
+         {create, orderBody(1).remove(R"("sku":"1")"_L1), u"order.lines[0].product.ids"_qs},
+         {change, QString(statusBody).remove("Paid"_L1), u"order.lines[0].status"_qs}});
     for (const auto &[operation, body, location] : cases) {
         const auto answer = till.call(operation, body);
         EXPECT_EQ(answer["validationMessages"_L1][0]["location"_L1].toString(), location);
@@ -127,11 +130,11 @@ TEST_F(SimulatorTest, NamesThePlaceOfEveryFaultInTheBody)
 
 TEST_F(SimulatorTest, KeepsOneOrderHoweverOftenItIsSent)
 {
-    const auto executed = "\"executionDateTimeUtc\":\"01.02.2024 14:05:09\","_L1;
+    const auto executed = R"("executionDateTimeUtc":"01.02.2024 14:05:09",)"_L1;
     EXPECT_EQ(till.outcome(change, statusBody), "Error"_L1) << "the order is unknown";
     for (const auto &body : {orderBody(20), orderBody(20).insert(1, executed), orderBody(30)})
         EXPECT_EQ(till.outcome(create, body), "Processed"_L1);
-    const auto otherLine = QString(statusBody).replace("Id\":7"_L1, "Id\":8"_L1);
+    const auto otherLine = QString(statusBody).replace(R"(Id":7)"_L1, R"(Id":8)"_L1);
     EXPECT_EQ(till.outcome(change, otherLine), "Error"_L1);
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(till.outcome(change, statusBody), "Processed"_L1);
@@ -147,22 +150,22 @@ TEST_F(SimulatorTest, KeepsOneOrderHoweverOftenItIsSent)
 
 TEST_F(SimulatorTest, TakesOrdersOfNobodyAndOfKnownCustomersOnly)
 {
-    const std::pair<QLatin1String, QLatin1String> cases[] = {
-        {""_L1, "Processed"_L1},
-        {"8(916)000-00-10"_L1, "Calculated"_L1},
-        {"79169999999"_L1, "NotProcessed"_L1},
-        {"79160000009"_L1, "NotProcessed"_L1}};
+    const auto cases = std::to_array<std::pair<QLatin1String, QLatin1String>>(
+        {{""_L1, "Processed"_L1},
+         {"8(916)000-00-10"_L1, "Calculated"_L1},
+         {"79169999999"_L1, "NotProcessed"_L1},
+         {"79160000009"_L1, "NotProcessed"_L1}});
     for (int id = 0; const auto &[number, outcome] : cases)
-        EXPECT_EQ(till.outcome(create, orderBody(1, "\"mobilePhone\":\""_L1 + number + u'"', ++id)),
+        EXPECT_EQ(till.outcome(create, orderBody(1, R"("mobilePhone":")"_L1 + number + u'"', ++id)),
                   outcome);
     EXPECT_EQ(service.orders().size(), 2);
 }
 
 TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
 {
-    const auto body = customerBody(u"\"mobilePhone\":\"79160000002\""_qs);
+    const auto body = customerBody(uR"("mobilePhone":"79160000002")"_qs);
     const auto confirm = [&](const QString &code) {
-        const auto confirmation = u",\"smsConfirmation\":{\"code\":\"%1\"}}"_qs.arg(code);
+        const auto confirmation = uR"(,"smsConfirmation":{"code":"%1"}})"_qs.arg(code);
         return till.outcome(u"ConfirmMobilePhone"_qs, body.chopped(1) + confirmation);
     };
     EXPECT_EQ(confirm({}), "IncorrectConfirmationCode"_L1) << "none sent yet";
@@ -175,12 +178,15 @@ TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
 
 TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
 {
-    const std::tuple<FaultKind, bool, int> cases[] = {
-        // executed; HTTP code, 0 for no whole answer
-        {FaultKind::Drop, true, 0},      {FaultKind::Drop, false, 0},
-        {FaultKind::Cut, true, 0},       {FaultKind::EmptyBody, false, 200},
-        {FaultKind::Http500, true, 500}, {FaultKind::Delay, true, 200},
-        {FaultKind::SlowDrip, true, 200}};
+    const auto cases = std::to_array<std::tuple<FaultKind, bool, int>>(
+        {// executed; HTTP code, 0 for no whole answer
+         {FaultKind::Drop, true, 0},
+         {FaultKind::Drop, false, 0},
+         {FaultKind::Cut, true, 0},
+         {FaultKind::EmptyBody, false, 200},
+         {FaultKind::Http500, true, 500},
+         {FaultKind::Delay, true, 200},
+         {FaultKind::SlowDrip, true, 200}});
     for (const auto &[kind, executed, code] : cases) {
         const auto name = simulator::faultName(kind) + (executed ? u'+' : u'-');
         SCOPED_TRACE(qPrintable(name));
@@ -220,7 +226,7 @@ TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
     const QTemporaryDir directory;
     QFile file(directory.filePath(u"journal"_qs));
     const simulator::Options options{.journalFile = file.fileName()};
-    const auto number = u"\"mobilePhone\":\"79161234567\""_qs;
+    const auto number = uR"("mobilePhone":"79161234567")"_qs;
     QJsonArray orders;
     {
         Simulator service(options);
@@ -233,7 +239,7 @@ TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
         EXPECT_FALSE(Simulator(options).start()) << "two on one journal";
     }
     EXPECT_FALSE(file.permissions() & (QFile::ReadGroup | QFile::ReadOther));
-    ASSERT_TRUE(file.open(QIODevice::Append) && file.write("{\"record\":\"ord") > 0);
+    ASSERT_TRUE(file.open(QIODevice::Append) && file.write(R"({"record":"ord)") > 0);
     file.close();
     for (int start = 1; start <= 2; ++start) {
         Simulator service(options);

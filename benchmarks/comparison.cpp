@@ -1,0 +1,91 @@
+#include "benchmarks/comparison.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+
+namespace bench {
+
+namespace {
+
+bool failed = false;
+
+/// Seconds of this thread's processor time.
+double processorTime()
+{
+    timespec time = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+struct Samples
+{
+    /// Times one more sample. \return Whether every call got there.
+    bool add(int calls, const Call &call)
+    {
+        auto reached = true;
+        const auto busyBefore = processorTime();
+        const auto begin = std::chrono::steady_clock::now();
+        for (int i = 0; i < calls; ++i)
+            reached &= call();
+        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
+        busy.push_back((processorTime() - busyBefore) / calls);
+        wall.push_back(elapsed.count() / calls);
+        return reached;
+    }
+
+    std::vector<double> wall;
+    std::vector<double> busy;
+};
+
+double quantile(std::vector<double> &samples, double share)
+{
+    const auto rank = share * static_cast<double>(samples.size() - 1);
+    const auto nth = samples.begin() + static_cast<std::ptrdiff_t>(rank + 0.5);
+    std::ranges::nth_element(samples, nth);
+    return *nth;
+}
+
+} // namespace
+
+void compare(benchmark::State &state, int calls, const Call &ours, const Call &floor)
+{
+    Samples oursSamples;
+    Samples floorSamples;
+    auto oursFirst = false;
+    for ([[maybe_unused]] auto iteration : state) {
+        // Whoever comes second finds the machine warmer.
+        oursFirst = !oursFirst;
+        auto reached = !oursFirst || oursSamples.add(calls, ours);
+        reached &= floorSamples.add(calls, floor);
+        reached &= oursFirst || oursSamples.add(calls, ours);
+        if (!reached) {
+            fail(state, "a call failed");
+            return;
+        }
+        state.SetIterationTime(oursSamples.wall.back() * calls);
+    }
+    state.counters["ours_cpu"] = quantile(oursSamples.busy, 0.5);
+    state.counters["floor_cpu"] = quantile(floorSamples.busy, 0.5);
+    setCounters(state, "ours", std::move(oursSamples.wall));
+    setCounters(state, "floor", std::move(floorSamples.wall));
+}
+
+void setCounters(benchmark::State &state, const std::string &name, std::vector<double> samples)
+{
+    state.counters[name] = quantile(samples, 0.5);
+    state.counters[name + "_p99"] = quantile(samples, 0.99);
+}
+
+void fail(benchmark::State &state, const char *reason)
+{
+    failed = true;
+    state.SkipWithError(reason);
+}
+
+bool anyFailed()
+{
+    return failed;
+}
+
+} // namespace bench

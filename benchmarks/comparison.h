@@ -1,0 +1,29 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/// One way to the end that is measured. \return Whether it got there.
+using Call = std::function<bool()>;
+
+/// Times `ours` and its floor in turn, `calls` calls a sample, so that a noisy machine disturbs
+/// both alike. The benchmark's counters become the medians and the 99th percentiles of one call
+/// and the medians of the processor time in it, in seconds: "ours", "ours_p99", "ours_cpu",
+/// "floor", "floor_p99", "floor_cpu".
+void compare(benchmark::State &state, int calls, const Call &ours, const Call &floor);
+
+/// Sets the counters "NAME" and "NAME_p99" to the median and the 99th percentile.
+void setCounters(benchmark::State &state, const std::string &name, std::vector<double> samples);
+
+/// Ends a benchmark whose figure would mean nothing.
+void fail(benchmark::State &state, const char *reason);
+
+/// Whether `fail` was called for any benchmark.
+bool anyFailed();
+
+} // namespace bench

@@ -1,0 +1,95 @@
+#include "benchmarks/comparison.h"
+#include "benchmarks/setup.h"
+
+#include "interface/interface.h"
+
+#include <host/abstractdocument.h>
+#include <host/basicloyaltysystem.h>
+#include <host/session.h>
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace bench {
+
+namespace {
+
+SentRequest lookUp(const QString &phone)
+{
+    return record([&phone](auto &interface) { (void)interface.getCustomer(phone); });
+}
+
+SentRequest letter(const QString &email)
+{
+    return record([&email](auto &interface) { (void)interface.emailConfirmationLetter(email); });
+}
+
+void getCustomer(benchmark::State &state)
+{
+    lmmindbox::Interface interface;
+    BareExchange bare;
+    const auto request = lookUp(confirmedPhone);
+    compare(
+        state, 1, [&] { return interface.getCustomer(confirmedPhone).customer.found(); },
+        [&] { return bare.post(request); });
+}
+
+/// Identifications of a confirmed customer against the bare exchanges given.
+void identify(benchmark::State &state, const QString &phone, const QList<SentRequest> &requests,
+              const QString &receiptFile)
+{
+    const LoadedPlugin plugin;
+    BareExchange bare;
+    plugin.attach(makeReceipt(1, 1));
+    Singleton<Session>::instance()->setDocumentFile(receiptFile);
+    compare(
+        state, 1, [&] { return plugin.identify(phone); },
+        [&] {
+            return std::ranges::all_of(requests, [&](const auto &sent) { return bare.post(sent); });
+        });
+    Singleton<Session>::instance()->setDocumentFile({});
+}
+
+/// Sells a receipt and counts the connections it took.
+void countConnections(benchmark::State &state, Setup &setup)
+{
+    for ([[maybe_unused]] auto iteration : state) {
+        setup.resetSimulator();
+        const LoadedPlugin plugin;
+        const auto receipt = makeReceipt(static_cast<int>(state.range(0)), 1);
+        plugin.attach(receipt);
+        if (!plugin.identify(confirmedPhone) || !plugin.system()->commit(receipt))
+            fail(state, "the sale failed");
+        const auto dump = setup.dump();
+        if (dump[QLatin1String("orders")].toArray().size() != 1)
+            fail(state, "the order did not arrive");
+        state.counters["connections"] = dump[QLatin1String("connections")].toInt();
+    }
+}
+
+} // namespace
+
+void registerExchanges(Setup &setup)
+{
+    benchmark::RegisterBenchmark("getCustomer", getCustomer)->UseManualTime();
+    const auto add = [](const char *name, const QString &phone, const QList<SentRequest> &requests,
+                        const QString &file = {}) {
+        benchmark::RegisterBenchmark(name, [=](benchmark::State &state) {
+            identify(state, phone, requests, file);
+        })->UseManualTime();
+    };
+    const auto known = lookUp(confirmedPhone);
+    add("identify/withoutEmail", phoneWithoutEmail, {lookUp(phoneWithoutEmail)});
+    add("identify/withEmail", confirmedPhone, {known});
+    add("identify/withEmailBothExchanges", confirmedPhone,
+        {known, letter(QStringLiteral("anna01@example.org"))});
+    add("identify/receiptKept", confirmedPhone, {known}, setup.newFile());
+    benchmark::RegisterBenchmark("connections",
+                                 [&setup](auto &state) { countConnections(state, setup); })
+        ->RangeMultiplier(10)
+        ->Range(1, 1000)
+        ->Iterations(1);
+}
+
+} // namespace bench

@@ -1,0 +1,273 @@
+#include "benchmarks/comparison.h"
+#include "benchmarks/setup.h"
+
+#include "converter/converter.h"
+#include "interface/interface.h"
+#include "model/getcustomerresult.h"
+#include "tests/plugin/fakehttp.h"
+
+#include <host/abstractdocument.h>
+#include <host/session.h>
+#include <host/simpleformatter.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+namespace bench {
+
+namespace {
+
+/// The floor of the payloads: a receipt as plain values, and the order operations' JSON built of
+/// them by hand.
+class HandmadeOrder
+{
+public:
+    HandmadeOrder(const AbstractDocument &receipt, QString orderId);
+
+    QJsonObject payload(bool statusChange) const;
+
+private:
+    struct Promotion
+    {
+        double amount;
+        QJsonValue externalId;
+    };
+    struct Line
+    {
+        double price;
+        double sum;
+        double quantity;
+        int number;
+        int id;
+        QString product;
+        std::vector<Promotion> promotions;
+    };
+    static QJsonArray toJson(const std::vector<Promotion> &promotions);
+
+    std::vector<Line> lines;
+    double total;
+    QString orderId;
+};
+
+HandmadeOrder::HandmadeOrder(const AbstractDocument &receipt, QString orderId)
+    : total(receipt.getTotal())
+    , orderId(std::move(orderId))
+{
+    constexpr int discountOnChange = 6;
+    for (const auto &item : receipt.getGoodsItems()) {
+        auto &line = lines.emplace_back(Line{item->getPrice(),
+                                             item->getSumb(),
+                                             item->getQuantity(),
+                                             static_cast<int>(lines.size()) + 1,
+                                             item->getPosnum(),
+                                             item->getCode(),
+                                             {}});
+        for (const auto &detail : receipt.getImpactDetails(line.id))
+            line.promotions.push_back(
+                {detail->getDiscountSum(), detail->getDiscountMode() == discountOnChange
+                                               ? QJsonValue(QStringLiteral("discountOnChange"))
+                                               : QJsonValue(detail->getCampaignCode())});
+    }
+}
+
+QJsonObject HandmadeOrder::payload(bool statusChange) const
+{
+    const auto sumName = statusChange ? QStringLiteral("discountedPriceOfLine")
+                                      : QStringLiteral("discountedPricePerLine");
+    QJsonArray array;
+    for (const auto &line : lines) {
+        QJsonObject json = {
+            {QStringLiteral("basePricePerItem"), line.price},
+            {sumName, line.sum},
+            {QStringLiteral("quantity"), line.quantity},
+            {QStringLiteral("lineNumber"), line.number},
+            {QStringLiteral("lineId"), line.id},
+            {QStringLiteral("product"),
+             QJsonObject{{QStringLiteral("ids"),
+                          QJsonObject{{QStringLiteral("websiteLumaret"), line.product}}}}},
+        };
+        if (statusChange)
+            json.insert(QLatin1String("status"), QStringLiteral("Paid"));
+        if (!line.promotions.empty())
+            json.insert(QLatin1String("requestedPromotions"), toJson(line.promotions));
+        array.append(json);
+    }
+    QJsonObject order = {
+        {QStringLiteral("lines"), array},
+        {QStringLiteral("ids"), QJsonObject{{QStringLiteral("externalOrderIdLm"), orderId}}},
+    };
+    if (statusChange)
+        return {{QStringLiteral("order"), order}};
+    order.insert(QLatin1String("totalPrice"), total);
+    return {
+        {QStringLiteral("customer"), QJsonObject{{QStringLiteral("mobilePhone"), confirmedPhone}}},
+        {QStringLiteral("order"), order},
+    };
+}
+
+QJsonArray HandmadeOrder::toJson(const std::vector<Promotion> &promotions)
+{
+    QJsonArray array;
+    for (const auto &promotion : promotions)
+        array.append(QJsonObject{
+            {QStringLiteral("type"), QStringLiteral("discount")},
+            {QStringLiteral("amount"), promotion.amount},
+            {QStringLiteral("promotion"),
+             QJsonObject{{QStringLiteral("ids"),
+                          QJsonObject{{QStringLiteral("externalId"), promotion.externalId}}}}},
+        });
+    return array;
+}
+
+QByteArray envelope(QJsonObject payload)
+{
+    payload.insert(QLatin1String("pointOfContact"), QStringLiteral("Offline"));
+    return QJsonDocument(payload).toJson(QJsonDocument::Compact);
+}
+
+void payload(benchmark::State &state, bool statusChange)
+{
+    const auto lines = static_cast<int>(state.range(0));
+    const auto receipt = makeReceipt(lines, 1);
+    Singleton<Session>::instance()->setCurrentDocument(receipt);
+    lmmindbox::Converter converter;
+    lmmindbox::Customer customer;
+    customer.mobilePhone = confirmedPhone;
+    const HandmadeOrder handmade(*receipt, converter.getIds().second);
+
+    const auto ours = [&] {
+        return envelope(statusChange
+                            ? converter.getChangeOrderStatusPayload({})
+                            : converter.getOrderPayload(customer, receipt->getTotal()).first);
+    };
+    const auto floor = [&] { return envelope(handmade.payload(statusChange)); };
+    if (ours() != floor())
+        fail(state, "the payloads differ");
+    else
+        compare(
+            state, std::max(1, 30 / lines), [&] { return !ours().isEmpty(); },
+            [&] { return !floor().isEmpty(); });
+    Singleton<Session>::instance()->setCurrentDocument(nullptr);
+}
+
+/// An answer about a customer that takes at least so many bytes, the way services grow them: with
+/// more records of the same kind.
+QByteArray answerOfSize(qsizetype size)
+{
+    auto answer = QJsonDocument::fromJson(R"({
+        "status": "Success",
+        "customer": {
+            "processingStatus": "Found", "mobilePhone": 79160000001,
+            "isMobilePhoneConfirmed": true, "isEmailConfirmed": true,
+            "email": "anna01@example.org", "firstName": "Анна", "lastName": "Иванова",
+            "birthDate": "1990-03-05", "sex": "female",
+            "ids": {"serviceId": 1048576, "websiteId": "a81-553"},
+            "customFields": {"consentToElectronicChecks": true}
+        }})")
+                      .object();
+    const QJsonObject segment = {
+        {QStringLiteral("segmentation"),
+         QJsonObject{{QStringLiteral("name"), QStringLiteral("Частота покупок")}}},
+        {QStringLiteral("segment"),
+         QJsonObject{{QStringLiteral("name"), QStringLiteral("Раз в неделю")},
+                     {QStringLiteral("rank"), 4.5}}},
+    };
+    const auto bytes = [&answer] { return QJsonDocument(answer).toJson(QJsonDocument::Compact); };
+    const auto segmentSize = QJsonDocument(segment).toJson(QJsonDocument::Compact).size() + 1;
+    QJsonArray segments;
+    for (auto left = size - bytes().size(); left > 0; left -= segmentSize)
+        segments.append(segment);
+    answer.insert(QLatin1String("customerSegmentations"), segments);
+    return bytes();
+}
+
+void parseAnswer(benchmark::State &state)
+{
+    FakeRestClient client;
+    client.answer = answerOfSize(state.range(0));
+    const lmmindbox::Interface interface;
+    const auto calls = state.range(0) > 100'000 ? 1 : 20;
+    compare(
+        state, calls,
+        [&] { return lmmindbox::GetCustomerResult(interface.getRequestResult()).success(); },
+        [&] { return QJsonDocument::fromJson(client.answer).isObject(); });
+}
+
+/// The floor of the mask language: the default order id without any mask.
+QString handmadeOrderId(const DocumentHeader &header)
+{
+    std::array<char, 64> text{};
+    const auto time = header.dateTimeBeg.time();
+    const auto length = std::snprintf(text.data(), text.size(), "%04d%02d%04d%07d%02d%02d%02d",
+                                      header.shopCode, header.cashCode, header.shift, header.num,
+                                      time.hour(), time.minute(), time.second());
+    return QString::fromLatin1(text.data(), length);
+}
+
+/// Keeps what the converter has a mask expanded with.
+class RecordingFormatter : public SimpleFormatter
+{
+public:
+    RecordingFormatter() { MockFactory<SimpleFormatter>::mocked = this; }
+    ~RecordingFormatter() override { MockFactory<SimpleFormatter>::mocked = nullptr; }
+    Q_DISABLE_COPY_MOVE(RecordingFormatter)
+
+    QString format(const QString &mask, const QList<QSharedPointer<FormatterSource>> &sources, int,
+                   const QVariantMap &) const override
+    {
+        lastMask = mask;
+        lastSources = sources;
+        return {};
+    }
+
+    mutable QString lastMask;
+    mutable QList<QSharedPointer<FormatterSource>> lastSources;
+};
+
+void expandMask(benchmark::State &state)
+{
+    const auto receipt = makeReceipt(1, 1);
+    Singleton<Session>::instance()->setCurrentDocument(receipt);
+    const RecordingFormatter recorded;
+    (void)lmmindbox::Converter().getIds();
+    Singleton<Session>::instance()->setCurrentDocument(nullptr);
+
+    const SimpleFormatter formatter;
+    const auto ours = [&] {
+        return formatter.format(recorded.lastMask, recorded.lastSources, 0, {});
+    };
+    const auto &header = receipt->getHeader();
+    if (ours() != handmadeOrderId(header))
+        fail(state, "the order ids differ");
+    else
+        compare(
+            state, 100, [&] { return !ours().isEmpty(); },
+            [&] { return !handmadeOrderId(header).isEmpty(); });
+}
+
+} // namespace
+
+void registerPayloads(Setup & /*setup*/)
+{
+    for (const auto statusChange : {false, true}) {
+        benchmark::RegisterBenchmark(statusChange ? "statusPayload" : "orderPayload",
+                                     [=](auto &state) { payload(state, statusChange); })
+            ->RangeMultiplier(10)
+            ->Range(1, 10'000)
+            ->UseManualTime();
+    }
+    benchmark::RegisterBenchmark("parseAnswer", parseAnswer)
+        ->Arg(1 << 10)
+        ->Arg(10 << 10)
+        ->Arg(1 << 20)
+        ->UseManualTime();
+    benchmark::RegisterBenchmark("expandMask", expandMask)->UseManualTime();
+}
+
+} // namespace bench

@@ -1,0 +1,132 @@
+#include "benchmarks/comparison.h"
+#include "benchmarks/setup.h"
+#include "interface/interface.h"
+#include "till/deliverer.h"
+
+#include <host/abstractdocument.h>
+#include <host/basicloyaltysystem.h>
+#include <host/dbqueuebroker.h>
+#include <host/session.h>
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <chrono>
+#include <cstdio>
+#include <malloc.h>
+#include <memory>
+#include <unistd.h>
+
+namespace bench {
+
+namespace {
+
+/// Seconds that loading takes in a fresh process; negative when it fails.
+double loadInNewProcess(const QString &file)
+{
+    QProcess process;
+    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--load"), file});
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        return -1;
+    return process.readAllStandardOutput().trimmed().toDouble();
+}
+
+void load(benchmark::State &state)
+{
+    std::vector<double> ours;
+    std::vector<double> floor;
+    for ([[maybe_unused]] auto iteration : state) {
+        ours.push_back(loadInNewProcess(QStringLiteral(PLUGIN_FILE)));
+        floor.push_back(loadInNewProcess(QStringLiteral(EMPTY_PLUGIN_FILE)));
+        if (ours.back() < 0 || floor.back() < 0) {
+            fail(state, "a plugin was not loaded");
+            return;
+        }
+        state.SetIterationTime(ours.back());
+    }
+    setCounters(state, "ours", std::move(ours));
+    setCounters(state, "floor", std::move(floor));
+}
+
+/// Bytes of physical memory that the process takes.
+qint64 residentMemory()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
+
+/// Sells one receipt; what the queue holds then is delivered as a till does in the background.
+bool sell(const LoadedPlugin &plugin, till::Deliverer &deliverer, int number)
+{
+    constexpr int lines = 5;
+    const auto receipt = makeReceipt(lines, number);
+    plugin.attach(receipt);
+    const auto sold = plugin.identify(confirmedPhone) && plugin.system()->commit(receipt);
+    plugin.system()->clearAfterClose();
+    plugin.system()->clearLoyaltyData();
+    plugin.attach({});
+    const auto round = deliverer.deliver([] { return false; });
+    return sold && round.outcome == till::Deliverer::Outcome::Emptied && round.settled == 1;
+}
+
+/// The files are kept in memory that is not the process's own, so that the disk sets no pace.
+void sales(benchmark::State &state, Setup &setup)
+{
+    constexpr int warmUp = 1'000;
+    const auto count = setup.isQuick() ? 2 * warmUp : 100 * warmUp;
+    const QTemporaryDir directory(QStringLiteral("/dev/shm/bench-XXXXXX"));
+    auto *const broker = Singleton<DBQueueBroker>::instance();
+    const auto fileBefore = broker->file();
+    broker->setFile(directory.filePath(QStringLiteral("queue.db")));
+    Singleton<Session>::instance()->setDocumentFile(
+        directory.filePath(QStringLiteral("receipt.json")));
+    for ([[maybe_unused]] auto iteration : state) {
+        const LoadedPlugin plugin;
+        lmmindbox::Interface service;
+        till::Deliverer deliverer(*broker, service);
+        for (int number = 1; number <= count; ++number) {
+            if (!sell(plugin, deliverer, number)) {
+                fail(state, "a sale failed");
+                break;
+            }
+            // The simulator would run out of memory long before us.
+            if (number % warmUp == 0)
+                setup.resetSimulator();
+            if (number == warmUp) {
+                state.counters["resident_before"] = static_cast<double>(residentMemory());
+                state.counters["heap_before"] = static_cast<double>(::mallinfo2().uordblks);
+            }
+        }
+        state.counters["resident_after"] = static_cast<double>(residentMemory());
+        state.counters["heap_after"] = static_cast<double>(::mallinfo2().uordblks);
+        state.counters["sales"] = count;
+    }
+    Singleton<Session>::instance()->setDocumentFile({});
+    broker->setFile(fileBefore);
+}
+
+} // namespace
+
+int loadOnce(const QString &file)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    QPluginLoader loader(file);
+    const std::unique_ptr<QObject> instance(loader.instance());
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+    std::printf("%.9f\n", time.count());
+    return instance ? 0 : 1;
+}
+
+void registerProcess(Setup &setup)
+{
+    benchmark::RegisterBenchmark("load", load)
+        ->UseManualTime()
+        ->Iterations(setup.isQuick() ? 2 : 100);
+    benchmark::RegisterBenchmark("sales", [&setup](auto &state) {
+        sales(state, setup);
+    })->Iterations(1);
+}
+
+} // namespace bench

@@ -1,0 +1,205 @@
+#!/usr/bin/env python3
+"""Makes a table, and with --docs the measured part of the documentation, of the benchmarks' JSON.
+
+usage: report.py [--docs DIRECTORY --command TEXT] FILE.json...
+"""
+
+import argparse
+import json
+import math
+import pathlib
+import platform
+import sys
+
+BEGIN, END = "<!-- measured -->", "<!-- measured: end -->"
+LINES = (1, 10, 100, 1000, 10000)
+WAITING = (100, 1000, 10000, 100000)
+MIB = 2**20
+
+# What, its floor, the benchmark, the largest ratio wanted (None: stated only).
+PAIRS = [
+    ("client: look a customer up", "the bare exchange", "getCustomer", 1.3),
+    ("plugin: identify, customer without e-mail", "the bare exchange", "identify/withoutEmail", 1.5),
+    ("plugin: identify, with e-mail", "one bare exchange", "identify/withEmail", 1.5),
+    ("plugin: identify, with e-mail", "both bare exchanges", "identify/withEmailBothExchanges", 1.5),
+    ("plugin: identify, receipt kept on disk", "one bare exchange", "identify/receiptKept", None),
+    *[(f"order payload, {n:,} lines", "built by hand", f"orderPayload/{n}", 1.5) for n in LINES],
+    *[(f"status payload, {n:,} lines", "built by hand", f"statusPayload/{n}", 1.5) for n in LINES],
+    ("answer of 1 KB to a result", "fromJson", "parseAnswer/1024", 1.3),
+    ("answer of 10 KB to a result", "fromJson", "parseAnswer/10240", 1.3),
+    ("answer of 1 MB to a result", "fromJson", "parseAnswer/1048576", 1.3),
+    ("default order id by its mask", "formatted by hand", "expandMask", 5),
+    ("queue: put", "one prepared insert", "put", 1.2),
+    *[(f"delivery, {n:,} waiting", "exchange and delete", f"deliver/{n}", 1.3) for n in WAITING],
+    ("commit while the service is down", "two prepared inserts", "commitWhileDown", 2),
+    ("load the plugin", "an empty plugin", "load", None),
+]
+
+
+def read(files):
+    results, context = {}, {}
+    for file in files:
+        content = json.loads(pathlib.Path(file).read_text())
+        context = context or content["context"]
+        for run in content["benchmarks"]:
+            parts = run["name"].split("/")
+            tail = ("manual_time", "iterations:", "real_time")
+            name = "/".join(p for p in parts if not p.startswith(tail))
+            if run.get("error_occurred"):
+                sys.exit(f"{file}: {name}: {run['error_message']}")
+            results[name] = run
+    return results, context
+
+
+def seconds(value):
+    for unit, size in (("s", 1), ("ms", 1e-3), ("µs", 1e-6)):
+        if value >= size:
+            return f"{value / size:.3g} {unit}" if value < 1000 * size else f"{value / size:.0f} {unit}"
+    return f"{value * 1e9:.3g} ns"
+
+
+def row(what, ours, floor_name, floor, ratio, target, wanted):
+    met = "" if target is None else "yes" if ratio <= target else "no"
+    return [what, ours, f"{floor_name}: {floor}" if floor else floor_name, f"{ratio:.2f}", wanted, met]
+
+
+def at_most(target):
+    return "stated" if target is None else f"≤ {target:g}"
+
+
+def flatness(results, what, low, high, amount):
+    """Cost of one piece among many against that among few."""
+    if low not in results or high not in results:
+        return []
+    few, many = (results[n]["ours"] / amount(n) for n in (low, high))
+    return [row(what, seconds(many), "among few", seconds(few), many / few, 1.2, at_most(1.2))]
+
+
+def rows(results):
+    table = []
+    for what, floor_name, name, target in PAIRS:
+        run = results.get(name)
+        if not run:
+            continue
+        ours, floor = run["ours"], run["floor"]
+        table.append(row(what, seconds(ours), floor_name, seconds(floor), ours / floor, target, at_most(target)))
+        if name == "getCustomer":
+            ours, floor = run["ours_p99"], run["floor_p99"]
+            table.append(row(what + ", p99", seconds(ours), floor_name, seconds(floor), ours / floor, None, "stated"))
+    number = lambda name: int(name.split("/")[-1])
+    for kind, what in (("orderPayload", "order"), ("statusPayload", "status")):
+        table += flatness(results, f"{what} payload: a line at 10,000 against 100", f"{kind}/100", f"{kind}/10000", number)
+    table += flatness(results, "delivery: a message at 100,000 against 100", "deliver/100", "deliver/100000", lambda _: 1)
+    for lines in (1, 10, 100, 1000):
+        if run := results.get(f"connections/{lines}"):
+            count = run["connections"]
+            table.append(row(f"connections of a sale of {lines:,} lines", f"{count:.0f}", "one", "", count, 1, "1"))
+    if run := results.get("sales"):
+        for kind in ("resident", "heap"):
+            before, after = run[f"{kind}_before"], run[f"{kind}_after"]
+            grown = (after - before) / MIB
+            table.append([f"memory ({kind}) after {run['sales']:,.0f} sales", f"{after / MIB:.2f} MiB",
+                          f"after 1,000 sales: {before / MIB:.2f} MiB", f"{grown:+.2f} MiB", "≤ +1 MiB",
+                          "yes" if grown <= 1 else "no"])
+    return table
+
+
+HEADER = ["what", "ours", "floor", "ratio", "to reach", "met"]
+
+
+def plain(table):
+    widths = [max(len(line[i]) for line in [HEADER, *table]) for i in range(len(HEADER))]
+    return "\n".join("  ".join(c.ljust(w) for c, w in zip(line, widths)).rstrip() for line in [HEADER, *table])
+
+
+def markdown(table):
+    lines = [HEADER, ["---"] * len(HEADER), *table]
+    return "\n".join("| " + " | ".join(line) + " |" for line in lines)
+
+
+def text(x, y, content, anchor="middle", size=12):
+    return f'<text x="{x:.1f}" y="{y:.1f}" text-anchor="{anchor}" font-size="{size}">{content}</text>'
+
+
+def svg(width, height, parts):
+    return (f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
+            f'font-family="sans-serif" fill="#222"><rect width="{width}" height="{height}" fill="white"/>\n'
+            + "\n".join(parts) + "\n</svg>\n")
+
+
+def line_chart(results):
+    """Cost a line against the lines of the receipt, both axes from the figures."""
+    left, top, right, bottom = 70, 50, 620, 330
+    series = [("order, plugin", "orderPayload", "ours", "#1b6ca8", ""), ("order, by hand", "orderPayload", "floor", "#1b6ca8", "5 4"),
+              ("status, plugin", "statusPayload", "ours", "#c0562b", ""), ("status, by hand", "statusPayload", "floor", "#c0562b", "5 4")]
+    points = {label: [(n, results[f"{kind}/{n}"][field] / n * 1e6) for n in LINES] for label, kind, field, _, _ in series}
+    top_value = max(v for values in points.values() for _, v in values) * 1.1
+    x = lambda n: left + (right - left) * math.log10(n) / math.log10(LINES[-1])
+    y = lambda v: bottom - (bottom - top) * v / top_value
+    parts = [text(345, 25, "Cost a line of the payload, to the bytes", size=15), text(345, 372, "lines of the receipt"),
+             text(62, 40, "µs a line", "end")]
+    step = 10 ** math.floor(math.log10(top_value / 2))
+    step *= 5 if top_value / step > 20 else 2 if top_value / step > 8 else 1
+    for i in range(int(top_value / step) + 1):
+        parts += [f'<line x1="{left}" x2="{right}" y1="{y(i * step):.1f}" y2="{y(i * step):.1f}" stroke="#ddd"/>',
+                  text(left - 8, y(i * step) + 4, f"{i * step:g}", "end")]
+    parts += [text(x(n), bottom + 20, f"{n:,}") for n in LINES]
+    for i, (label, _, _, colour, dash) in enumerate(series):
+        path = " ".join(f"{x(n):.1f},{y(v):.1f}" for n, v in points[label])
+        style = f'fill="none" stroke="{colour}" stroke-width="2" stroke-dasharray="{dash}"'
+        parts += [f'<polyline points="{path}" {style}/>',
+                  f'<line x1="440" x2="480" y1="{64 + 18 * i}" y2="{64 + 18 * i}" {style}/>', text(488, 68 + 18 * i, label, "start")]
+    return svg(660, 385, parts)
+
+
+def bar_chart(results):
+    """Latency of the exchange alone and of what the plugin makes of it."""
+    bars = [("bare exchange", "getCustomer", "floor"), ("client: look-up", "getCustomer", "ours"),
+            ("plugin: identify, without e-mail", "identify/withoutEmail", "ours"),
+            ("both bare exchanges", "identify/withEmailBothExchanges", "floor"),
+            ("plugin: identify, with e-mail", "identify/withEmailBothExchanges", "ours")]
+    longest = max(results[name][field + "_p99"] for _, name, field in bars)
+    width = lambda value: 340 * value / longest
+    parts = [text(345, 25, "Latency with and without the plugin", size=15), text(345, 45, "dark: median, light: 99th percentile")]
+    for i, (label, name, field) in enumerate(bars):
+        median, p99, y = results[name][field], results[name][field + "_p99"], 62 + 44 * i
+        colour = "#1b6ca8" if field == "ours" else "#777"
+        parts += [text(225, y + 19, label, "end"),
+                  f'<rect x="235" y="{y}" width="{width(p99):.1f}" height="28" fill="{colour}" opacity="0.35"/>',
+                  f'<rect x="235" y="{y}" width="{width(median):.1f}" height="28" fill="{colour}"/>',
+                  text(241 + width(p99), y + 19, f"{seconds(median)} / {seconds(p99)}", "start")]
+    return svg(700, 72 + 44 * len(bars), parts)
+
+
+def machine(context):
+    model = next((line.split(":")[1].strip() for line in open("/proc/cpuinfo") if line.startswith("model name")), "unknown CPU")
+    return (f"{model}, {context['num_cpus']} cores at {context['mhz_per_cpu']} MHz, {platform.system()} {platform.release()}, "
+            f"load average {' '.join(f'{load:.1f}' for load in context['load_avg'])} at the start")
+
+
+def write_docs(directory, results, context, command, table):
+    (directory / "performance-lines.svg").write_text(line_chart(results))
+    (directory / "performance-latency.svg").write_text(bar_chart(results))
+    page = directory / "performance.md"
+    before, rest = page.read_text().split(BEGIN)
+    measured = (f"{BEGIN}\nMachine: {machine(context)}.\nDate: {context['date']}. Command: `{command}`.\n\n{markdown(table)}\n\n"
+                "![Cost a line against the lines of the receipt](performance-lines.svg)\n\n"
+                f"![Latency with and without the plugin](performance-latency.svg)\n{END}")
+    page.write_text(before + measured + rest.split(END)[1])
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--docs", type=pathlib.Path, help="where performance.md is to be brought up to date")
+    parser.add_argument("--command", default="scripts/bench", help="how the figures were made")
+    parser.add_argument("files", nargs="+", metavar="FILE")
+    arguments = parser.parse_args()
+    results, context = read(arguments.files)
+    table = rows(results)
+    print(plain(table))
+    if arguments.docs:
+        write_docs(arguments.docs, results, context, arguments.command, table)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,57 @@
+#include "fuzz/fuzzing.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+
+#include <cstdlib>
+#include <sys/mman.h>
+#include <unistd.h>
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    static const QCoreApplication application(*argc, *argv);
+    // A zone that skips an hour in spring and repeats one in autumn.
+    qputenv("TZ", "Europe/Berlin");
+    // Nobody reads the messages of millions of inputs.
+    QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
+    return 0;
+}
+
+void require(bool condition)
+{
+    if (!condition)
+        std::abort();
+}
+
+QByteArray bytesOf(Bytes bytes)
+{
+    return {reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size())};
+}
+
+QString scratchDirectory()
+{
+    static const QTemporaryDir directory(QStringLiteral("/dev/shm/fuzz-XXXXXX"));
+    return directory.path();
+}
+
+QString writeScratchFile(const QString &name, Bytes bytes)
+{
+    const auto path = scratchDirectory() + QLatin1Char('/') + name;
+    QFile file(path);
+    require(file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+            file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
+            file.write(bytesOf(bytes)) == static_cast<qint64>(bytes.size()));
+    return path;
+}
+
+int descriptorOf(Bytes bytes)
+{
+    static const int descriptor = ::memfd_create("input", 0);
+    const auto size = static_cast<ssize_t>(bytes.size());
+    require(::ftruncate(descriptor, 0) == 0 &&
+            ::pwrite(descriptor, bytes.data(), bytes.size(), 0) == size &&
+            ::lseek(descriptor, 0, SEEK_SET) == 0);
+    return descriptor;
+}

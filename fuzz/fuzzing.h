@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+/// What libFuzzer hands to a target.
+using Bytes = std::span<const uint8_t>;
+
+/// Makes a finding of the input at hand when something that must always hold does not.
+void require(bool condition);
+
+QByteArray bytesOf(Bytes bytes);
+
+/// A directory in memory, empty at the start and removed at a regular end.
+QString scratchDirectory();
+
+/// Writes the bytes to the file of that name in the scratch directory.
+/// \return The file's path.
+QString writeScratchFile(const QString &name, Bytes bytes);
+
+/// A descriptor to read the bytes from, good until the next call.
+int descriptorOf(Bytes bytes);

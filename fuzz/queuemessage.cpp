@@ -1,0 +1,102 @@
+#include "fuzz/fuzzing.h"
+#include "tests/plugin/fakehttp.h"
+
+#include "interface/interface.h"
+#include "till/console.h"
+#include "till/deliverer.h"
+#include "till/queuecommands.h"
+
+#include <host/dbqueuebroker.h>
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+
+#include <sstream>
+
+namespace {
+
+const auto pointOfContact = QLatin1String("pointOfContact");
+
+/// A queue with its deliverer, and a service that answers as it is told.
+class Delivery
+{
+public:
+    /// Leaves one message in the queue whose text is exactly these bytes.
+    void put(const QByteArray &text)
+    {
+        require(broker.put(till::loyaltyQueue(), {}, {}));
+        // Past the broker, which writes nothing but JSON objects.
+        static const auto database = openDatabase(broker.file());
+        QSqlQuery update(database);
+        require(update.prepare(QStringLiteral("UPDATE messages SET message = CAST(? AS TEXT)")));
+        update.addBindValue(text);
+        require(update.exec());
+    }
+    /// One round while the service answers that way. \return How many messages it settled.
+    int deliver(int httpCode, const QByteArray &answer)
+    {
+        http.httpCode = httpCode;
+        http.answer = answer;
+        const auto round = deliverer.deliver([] { return false; });
+        const auto isEmptied = round.outcome == till::Deliverer::Outcome::Emptied;
+        require(isEmptied || round.outcome == till::Deliverer::Outcome::Unreachable);
+        require(isEmptied == till::queueStateText(broker).startsWith(QLatin1String("waiting: 0")));
+        return round.settled;
+    }
+    /// What the integrator reads and does about a parked message.
+    void retryParked()
+    {
+        std::ostringstream output;
+        till::ConsoleInput input(descriptorOf({}));
+        till::Console console(input, output);
+        require(till::runQueueCommand(broker, console, {QStringLiteral("parked")}) == 0);
+        require(till::runQueueCommand(broker, console,
+                                      {QStringLiteral("retry"), QStringLiteral("all")}) == 0);
+    }
+
+    FakeRestClient http;
+    DBQueueBroker broker{scratchDirectory() + QLatin1String("/queue.db")};
+
+private:
+    static QSqlDatabase openDatabase(const QString &file)
+    {
+        auto database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+        database.setDatabaseName(file);
+        require(database.open());
+        return database;
+    }
+
+    lmmindbox::Interface service;
+    till::Deliverer deliverer{broker, service};
+};
+
+} // namespace
+
+/// A message is never lost: it waits without an answer, is parked when refused, and leaves only
+/// when the service has accepted it, unchanged.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    static Delivery delivery;
+    delivery.put(bytesOf({data, size}));
+    const auto message = delivery.broker.first(till::loyaltyQueue());
+    require(message.has_value());
+
+    const auto isMalformed = delivery.deliver(0, {}) == 1;
+    require(isMalformed || delivery.deliver(400, R"({"status":"ProtocolError"})") == 1);
+    delivery.retryParked();
+    require(delivery.deliver(
+                200, R"({"status":"Success","order":{"processingStatus":"Processed"}})") == 1);
+
+    const auto parked = delivery.broker.parked(till::loyaltyQueue());
+    require(parked.size() == (isMalformed ? 1 : 0));
+    if (isMalformed) {
+        require(delivery.broker.remove(parked.constFirst().id));
+        return 0;
+    }
+    auto sent = delivery.http.sentBody;
+    auto expected = message->message.value(QLatin1String("payload")).toObject();
+    sent.remove(pointOfContact);
+    expected.remove(pointOfContact);
+    require(sent == expected);
+    return 0;
+}

@@ -1,0 +1,49 @@
+#include "fuzz/fuzzing.h"
+#include "tests/plugin/fakehttp.h"
+
+#include "interface/interface.h"
+#include "model/createorderresult.h"
+#include "model/getcustomerresult.h"
+#include "model/order.h"
+#include "model/registercustomerresult.h"
+#include "model/smsconfirmationresult.h"
+
+using namespace lmmindbox;
+
+namespace {
+
+/// What holds for every answer, whatever the service sent.
+void checkResults(const OperationResult &result, int httpCode)
+{
+    const auto hasMessage = result.response.contains(QLatin1String("errorMessage"));
+    require(!hasMessage || !result.success());
+    require(result.noConnection == (result.response.isEmpty() && httpCode != 200));
+    require(result.noConnection != result.getError({}).isEmpty());
+
+    const GetCustomerResult found(result);
+    require(!found.success() || result.success());
+    require(!found.customer.found() || found.response.contains(QLatin1String("customer")));
+
+    const CreateOrderResult created(result);
+    const RegisterCustomerResult registered(result);
+    require(!result.noConnection || (!created.success() && !registered.success()));
+
+    const SmsConfirmationResult confirmed(result);
+    require(confirmed.response == result.response);
+    const Order order(result.response);
+    require(order.isEmpty() || !order.data.isEmpty());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    static FakeRestClient http;
+    static const Interface client;
+    http.answer = bytesOf({data, size});
+    for (const auto code : {200, 400}) {
+        http.httpCode = code;
+        checkResults(client.getRequestResult(), code);
+    }
+    return 0;
+}

@@ -1,0 +1,91 @@
+"""What all actors of a crash test share: its settings, its processes and its counts."""
+import asyncio
+import os
+import pathlib
+import random
+import time
+from collections import Counter
+
+SECRET = "crash-test-secret"
+PATIENCE = 60  # seconds for one step of a process on a busy machine
+PHASES = ("start", "identification", "sale", "commit", "delivery")
+FINDINGS = ("lost", "duplicated", "unexplained", "wrong", "broken files")
+
+
+class Killed(Exception):
+    """The process ended because the test killed it."""
+
+
+class Failure(Exception):
+    """The test cannot go on: a process hangs or has ended by itself."""
+
+
+class Run:
+    """What all actors share: the settings of the run and its counts."""
+
+    def __init__(self, options, directory):
+        self.wanted = options.kills
+        self.seed = options.seed
+        self.directory = directory
+        self.binaries = pathlib.Path(options.build).resolve() / "bin"
+        self.kills, self.phases, self.faults = Counter(), Counter(), Counter()
+        self.findings = {kind: [] for kind in FINDINGS}
+        self.environment = {name: value for name, value in os.environ.items()
+                            if name not in ("TILL_CONFIG", "QT_LOGGING_RULES",
+                                            "QT_MESSAGE_PATTERN")}
+        self.environment["SIMULATOR_SECRET_KEY"] = SECRET
+        self.receipts = 0
+        self.processes = []
+        self.begun = time.monotonic()
+
+    def random(self, actor):
+        return random.Random(f"{self.seed}/{actor}")
+
+    def enough(self):
+        return self.kills.total() >= self.wanted
+
+    async def start(self, program, *arguments, log, stdin=asyncio.subprocess.DEVNULL):
+        with open(self.directory / log, "ab") as errors:
+            process = await asyncio.create_subprocess_exec(
+                str(self.binaries / program), *map(str, arguments), stdin=stdin,
+                stdout=asyncio.subprocess.PIPE, stderr=errors, env=self.environment,
+                start_new_session=True)
+        self.processes = [known for known in self.processes if known.returncode is None]
+        self.processes.append(process)
+        return process
+
+    def kill(self, victim, process, phase=None):
+        """Kills the process unless there were enough kills; returns whether it did."""
+        if process.returncode is not None or self.enough():
+            return False
+        process.kill()
+        self.kills[victim] += 1
+        if phase:
+            self.phases[phase] += 1
+        if self.kills.total() % 100 == 0:
+            print(f"{self.kills.total()} kills, {time.monotonic() - self.begun:.0f} s", flush=True)
+        return True
+
+    async def end_all(self):
+        for process in self.processes:
+            if process.returncode is None:
+                process.kill()
+            await process.wait()
+
+    def table(self):
+        rows = [("receipts", self.receipts), ("kills", self.kills.total()),
+                *((f"  of {name}", self.kills[name]) for name in ("till", "deliverer", "simulator")),
+                *((f"  during {name}", self.phases[name]) for name in PHASES),
+                ("faults", self.faults.total()),
+                *((f"  {name}", count) for name, count in sorted(self.faults.items())),
+                *((kind, len(found)) for kind, found in self.findings.items()),
+                ("seconds", round(time.monotonic() - self.begun))]
+        return "\n".join(f"{name:24}{count:8}" for name, count in rows)
+
+
+async def patiently(step, name):
+    try:
+        async with asyncio.timeout(PATIENCE):
+            return await step
+    except TimeoutError:
+        raise Failure(f"no answer within {PATIENCE} s: {name}") from None

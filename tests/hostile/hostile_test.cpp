@@ -1,0 +1,165 @@
+#include "interface/interface.h"
+#include "simulator/simulator.h"
+#include "tests/host/wireserver.h"
+
+#include <host/config.h>
+#include <host/restclient.h>
+
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sys/resource.h>
+
+namespace {
+
+using lmmindbox::Interface;
+
+const auto url = QStringLiteral("LmMindbox:url");
+const auto secretKey = QStringLiteral("LmMindbox:secretKey");
+const auto endpoint = QStringLiteral("LmMindbox:endpoint");
+const auto knownPhone = QStringLiteral("79160000001");
+const auto breaks = QStringLiteral("a\r\nX-Injected: 1\r\n\r\n&operation=b#?\"}");
+
+void set(const QString &key, const QString &value)
+{
+    Singleton<Config>::instance()->set(key, value);
+}
+
+class Hostile : public testing::Test
+{
+protected:
+    Hostile()
+    {
+        set(endpoint, options.endpoint);
+        set(secretKey, options.secretKey);
+        set(QStringLiteral("LmMindbox:timeout"), QStringLiteral("60"));
+    }
+    ~Hostile() override { Singleton<Config>::instance()->clear(); }
+
+    void start()
+    {
+        service = std::make_unique<simulator::Simulator>(options);
+        ASSERT_TRUE(service->start());
+        set(url, service->url());
+    }
+    bool nothingArrived() const { return service->lastRequest().method.isEmpty(); }
+
+    simulator::Options options;
+    std::unique_ptr<simulator::Simulator> service;
+};
+
+TEST_F(Hostile, AnswersOfAnySizeAndDepthEndCleanlyInBoundedTimeAndMemory)
+{
+    constexpr qsizetype limit = RestClient::maximumAnswerSize;
+    const QByteArray found = R"("customer":{"processingStatus":"Found"},"status":"Success"})";
+    const auto nested =
+        R"("a":)" + QByteArray(R"({"a":)").repeated(100'000) + '1' + QByteArray(100'000, '}') + ',';
+    QByteArray members;
+    for (int i = 0; i < 1'000'000; ++i)
+        members += "\"k" + QByteArray::number(i) + "\":1,";
+    enum Outcome { Read, Unusable, NoAnswer };
+    const std::pair<QByteArray, Outcome> cases[] = {
+        {'{' + nested + found, Unusable},
+        {R"({"a":)" + QByteArray(100'000, '[') + QByteArray(100'000, ']') + ',' + found, Unusable},
+        {R"({"a":")" + QByteArray(limit - 1000, 'x') + R"(",)" + found, Read},
+        {R"({"a":")" + QByteArray(limit, 'x') + R"(",)" + found, NoAnswer},
+        {'{' + members + found, Read},
+        {'{' + QByteArray(R"("a":1,)").repeated(1'000'000) + found, Read},
+    };
+    for (const auto &[answer, outcome] : cases) {
+        SCOPED_TRACE(answer.left(40).constData());
+        const WireServer server({{okReply(answer)}});
+        set(url, QStringLiteral("http://127.0.0.1:%1/").arg(server.port));
+        QElapsedTimer timer;
+        timer.start();
+        const auto result = Interface().getCustomer(knownPhone);
+        EXPECT_LT(timer.elapsed(), 30'000);
+        EXPECT_EQ(result.success(), outcome == Read);
+        EXPECT_EQ(result.noConnection, outcome == NoAnswer);
+    }
+    struct rusage usage = {};
+    ASSERT_EQ(::getrusage(RUSAGE_SELF, &usage), 0);
+    EXPECT_LT(usage.ru_maxrss, 1'500'000) << "kilobytes, the answers themselves included";
+}
+
+TEST_F(Hostile, NothingTypedOrConfiguredAddsToARequest)
+{
+    options.endpoint = breaks;
+    set(endpoint, breaks);
+    set(QStringLiteral("LmMindbox:pointOfContact"), breaks);
+    start();
+    Interface().confirmMobilePhone(breaks, breaks);
+    const auto arrived = service->lastRequest();
+    EXPECT_EQ(arrived.queryItem(QLatin1String("endpointId")), breaks);
+    EXPECT_EQ(arrived.query.size(), 2);
+    EXPECT_FALSE(arrived.headers.contains("x-injected"));
+    using Key = QLatin1String;
+    const auto body = QJsonDocument::fromJson(arrived.body);
+    EXPECT_EQ(body[Key("pointOfContact")], breaks);
+    EXPECT_EQ(body[Key("customer")][Key("mobilePhone")], breaks);
+    EXPECT_EQ(body[Key("smsConfirmation")][Key("code")], breaks);
+}
+
+TEST_F(Hostile, ASecretKeyOrAddressWithALineBreakIsNotSent)
+{
+    start();
+    for (const auto &key : {secretKey, url}) {
+        const auto good = Singleton<Config>::instance()->getText(key);
+        set(key, good + breaks);
+        EXPECT_FALSE(Interface().getCustomer(knownPhone).success()) << qPrintable(key);
+        EXPECT_TRUE(nothingArrived()) << qPrintable(key);
+        set(key, good);
+    }
+    EXPECT_TRUE(Interface().getCustomer(knownPhone).success());
+}
+
+/// Makes authority.pem, and NAME.pem with NAME.key for each kind of certificate.
+constexpr auto makeCertificates = R"(cd "%1" && exec >log 2>&1 && set -ex
+new='openssl req -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=service'
+own='subjectAltName=IP:127.0.0.1'
+$new -x509 -keyout authority.key -out authority.pem -days 2
+$new -x509 -keyout selfsigned.key -out selfsigned.pem -days 2 -addext "$own"
+sign() {
+    $new -keyout $1.key -out request.pem -addext "$3"
+    openssl x509 -req -in request.pem -CA authority.pem -CAkey authority.key -CAcreateserial \
+        -copy_extensions copy -days $2 -out $1.pem
+}
+sign good 2 "$own"
+sign expired -1 "$own"
+sign elsewhere 2 subjectAltName=DNS:service.example)";
+
+TEST_F(Hostile, OnlyAValidCertificateOfATrustedAuthorityIsTalkedTo)
+{
+    const QTemporaryDir directory;
+    const auto script = QString::fromLatin1(makeCertificates).arg(directory.path());
+    ASSERT_EQ(std::system(qPrintable(script)), 0);
+    const auto authority = directory.filePath(QStringLiteral("authority.pem"));
+    // A null name stands for a service that does not speak TLS.
+    const std::tuple<QString, QString, bool> cases[] = {
+        {QStringLiteral("good"), authority, true},
+        {QStringLiteral("good"), {}, false},
+        {QStringLiteral("expired"), authority, false},
+        {QStringLiteral("elsewhere"), authority, false},
+        {QStringLiteral("selfsigned"), authority, false},
+        {{}, authority, false},
+    };
+    for (const auto &[name, trusted, isAccepted] : cases) {
+        SCOPED_TRACE(qPrintable(name));
+        const auto base = directory.filePath(name);
+        options.certificateFile = name.isNull() ? name : base + QLatin1String(".pem");
+        options.privateKeyFile = name.isNull() ? name : base + QLatin1String(".key");
+        start();
+        set(url, QStringLiteral("https://127.0.0.1:%1/v3/operations/sync").arg(service->port()));
+        set(QStringLiteral("Http:caFile"), trusted);
+        const auto result = Interface().getCustomer(knownPhone);
+        EXPECT_EQ(result.success(), isAccepted);
+        EXPECT_EQ(result.noConnection, !isAccepted);
+        EXPECT_EQ(nothingArrived(), !isAccepted);
+    }
+}
+
+} // namespace

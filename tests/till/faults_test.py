@@ -1,0 +1,168 @@
+"""Runs the till as a program through faults of its disk and queue, and searches what it leaves.
+
+usage: faults_test.py TILL SIMULATOR [TEST...]
+"""
+import json
+import os
+import pathlib
+import re
+import resource
+import signal
+import sqlite3
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+import urllib.request
+
+TILL, SIMULATOR = sys.argv.pop(1), sys.argv.pop(1)
+SECRET = "s3cret,key;of the test"
+ANY_SIZE = resource.RLIM_INFINITY
+PIPES = {"text": True, "stdout": subprocess.PIPE, "stderr": subprocess.STDOUT}
+
+
+class Till:
+    """A selling till, driven line by line."""
+
+    def __init__(self, config, **environment):
+        self.output = ""
+        self.process = subprocess.Popen(
+            [TILL, "--config", config, "--no-delivery"], stdin=subprocess.PIPE,
+            env={**os.environ, **environment}, **PIPES,
+            # A file at its limit is then like one on a full disk.
+            preexec_fn=lambda: signal.signal(signal.SIGXFSZ, signal.SIG_IGN))
+        self.start = self.say()
+
+    def type(self, *lines):
+        self.process.stdin.write("\n".join([*lines, ""]))
+        self.process.stdin.flush()
+
+    def say(self, *lines):
+        """Types the lines; returns what the till says to them."""
+        self.type(*lines, "# end")
+        said = ""
+        while not said.endswith("# end\n"):
+            line = self.process.stdout.readline()
+            assert line, f"the till ended: {said}"
+            said += line
+        self.output += said
+        return said
+
+    def let_files_grow(self, size):
+        resource.prlimit(self.process.pid, resource.RLIMIT_FSIZE, (size, ANY_SIZE))
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.output += self.process.communicate()[0]
+        assert self.process.returncode == 0, self.process.returncode
+
+
+class Faults(unittest.TestCase):
+    def setUp(self):
+        self.root = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.data, self.config = self.root / "data", self.root / "till.conf"
+        self.configure("http://127.0.0.1:1")
+
+    def configure(self, address):
+        self.config.write_text(f"LmMindbox:url={address}/v3/operations/sync\nLmMindbox:endpoint="
+                               f"till-demo\nLmMindbox:secretKey={SECRET}\nTill:dataDir={self.data}")
+        self.config.chmod(0o600)
+
+    def command(self, *arguments):
+        return subprocess.run([TILL, "--config", self.config, *arguments], check=False, **PIPES)
+
+    def kept(self, place):
+        return list((self.data / place).iterdir())
+
+    def committed(self):
+        """Numbers of the committed receipts with their counts of positions."""
+        receipts = [json.loads(file.read_text()) for file in self.kept("committed")]
+        return {receipt["header"]["num"]: len(receipt["items"]) for receipt in receipts}
+
+    def test_full_disk_is_told_and_caught_up_when_there_is_space_again(self):
+        with Till(self.config) as till:
+            till.say("add 1 Milk 2.00")
+            till.let_files_grow(0)
+            self.assertIn("[not saved]", said := till.say("add 2 Bread 3.00", "commit"))
+            self.assertRegex(said, r"\[not queued\] .*queue\.db: .+\nReceipt 1 is not on the disk")
+            self.assertIn("Receipt 1 is committed, total 5.00", said)
+            till.let_files_grow(ANY_SIZE)
+            self.assertIn("Receipt 1 is reported", till.say("add 3 Tea 1.00", "commit"))
+        self.assertEqual(self.committed(), {1: 2, 2: 1})
+        self.assertEqual(self.kept("committing"), [])
+
+    def test_receipts_that_a_locked_or_newer_queue_does_not_take_are_kept_for_later(self):
+        with Till(self.config) as till:
+            till.say("add 1 Milk 2.00", "commit")
+            queue = sqlite3.connect(self.data / "queue.db", isolation_level=None)
+            self.addCleanup(queue.close)
+            queue.execute("BEGIN EXCLUSIVE")
+            self.assertRegex(till.say("add 2 Bread 3.00", "commit"),
+                             r"\[not queued\] .*queue\.db: .*locked\nReceipt 2 is kept")
+            queue.execute("ROLLBACK")
+        queue.execute("PRAGMA user_version = 9")
+        with Till(self.config) as till:
+            self.assertIn("newer version: version 9", till.start)
+            self.assertIn("newer version", till.say("add 3 Tea 1.00", "commit"))
+        for command in (["queue"], ["deliver", "--once"]):
+            answer = self.command(*command)
+            self.assertEqual((answer.returncode, answer.stdout.count("newer version")), (1, 1))
+        self.assertEqual(len(self.kept("committing")), 2)
+        queue.execute("PRAGMA user_version = 1")
+        with Till(self.config) as till:
+            self.assertEqual(till.start.count("whose commit was interrupted, is committed"), 2)
+        self.assertEqual(self.committed(), {1: 1, 2: 1, 3: 1})
+
+    def test_damaged_files_are_kept_aside_and_the_sale_goes_on(self):
+        with Till(self.config) as till:
+            till.say("add 1 Milk 2.00", "commit", "add 2 Bread 3.00")
+        damaged = {"open.json": (self.data / "open.json").read_bytes()[:-9],
+                   "counter.json": b"\0\xff",
+                   "committing/0001-01-0001-0000007-20260101000000.json": b'{"format":"order"}'}
+        for name, content in damaged.items():
+            (self.data / name).write_bytes(content)
+        with Till(self.config) as till:
+            self.assertEqual(till.start.count("it is kept as"), len(damaged))
+            self.assertIn("Receipt 8 is committed", till.say("add 3 Tea 1.00", "commit"))
+        aside = {file.read_bytes() for file in self.kept("damaged")}
+        self.assertEqual(aside, set(damaged.values()))
+
+    def test_a_whole_sale_leaves_no_secret_and_no_open_file(self):
+        self.addCleanup(os.umask, os.umask(0))
+        simulator = subprocess.Popen([SIMULATOR, "--seed", "1"], **PIPES,
+                                     env={**os.environ, "SIMULATOR_SECRET_KEY": SECRET})
+        self.addCleanup(simulator.communicate)
+        self.addCleanup(simulator.kill)
+        address = re.search(r"http://[\d.:]+", simulator.stdout.readline())[0]
+        self.configure(address)
+        with Till(self.config, QT_LOGGING_RULES="*.debug=true") as till:
+            till.type("card 79161234567", "1", "Anna", "", "1", "a@example.org")
+            code = re.search(r"code (\d+)", simulator.stdout.readline())[1]
+            said = till.say(code, "edit", "Anna", "05.03.1990", "1", "b@example.org",
+                            "add 1 Milk 2.00", "commit", "queue")
+            self.assertRegex(said, r"(?s)Action 170 is done\..*\nwaiting: 1")
+            arguments = pathlib.Path(f"/proc/{till.process.pid}/cmdline").read_text()
+        till.output += self.command("queue", "export", self.data / "export.json").stdout
+        till.output += self.command("deliver", "--once").stdout
+        self.assertTrue(till.output.endswith("waiting: 0, parked: 0\n"))
+        with urllib.request.urlopen(f"{address}/simulator/dump") as dump:
+            left = {"dump": dump.read().decode(), "arguments": arguments, "output": till.output}
+        self.assertIn("b@example.org", left["dump"])
+        for path in [self.data, *self.data.rglob("*")]:
+            mode = 0o700 if path.is_dir() else 0o600
+            self.assertEqual(stat.S_IMODE(path.stat().st_mode), mode, path)
+            if path.is_file():
+                left[path.name] = path.read_bytes().decode(errors="replace")
+        line = f"Подтверждение телефона '79161234567' кодом '{code}'"
+        self.assertEqual(left["till.log"].count(line), 1)
+        left["till.log"] = left["till.log"].replace(line, "")
+        for name, text in left.items():
+            self.assertNotIn(SECRET, text, name)
+            self.assertNotRegex(text, rf"\b{code}\b", name)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
