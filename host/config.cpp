@@ -5,6 +5,7 @@
 #include <QStandardPaths>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <cstdio>
 #include <sys/stat.h>
 
@@ -76,7 +77,8 @@ QByteArray readFile(const QString &path, QString &error)
         error = unreadable.arg(path, file.errorString());
         return {};
     }
-    auto content = file.read(maximumFileSize + 1);
+    // The amount asked for is allocated, however short the file is.
+    auto content = file.read(std::min(file.size(), maximumFileSize) + 1);
     if (file.error() != QFile::NoError)
         error = unreadable.arg(path, file.errorString());
     else if (content.size() > maximumFileSize)
