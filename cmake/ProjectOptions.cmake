@@ -12,7 +12,9 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
 find_program(CCACHE ccache)
 if(CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE}")
+    # Without this much trust ccache keeps nothing that a precompiled header is part of.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE}")
 endif()
 
 add_library(project_options INTERFACE)
@@ -28,3 +30,13 @@ if(SANITIZERS)
     add_compile_options("-fsanitize=${SANITIZERS}" -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options("-fsanitize=${SANITIZERS}")
 endif()
+
+# Qt's headers are most of what a small source file costs to compile.
+function(precompile_qt_headers target)
+    target_precompile_headers(${target} PRIVATE
+        <QDateTime> <QHash> <QJsonArray> <QJsonDocument> <QJsonObject> <QList> <QSharedPointer>
+        <QString> <QVariant>)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        target_compile_options(${target} PRIVATE -fpch-preprocess)
+    endif()
+endfunction()

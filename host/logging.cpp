@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <mutex>
@@ -34,20 +35,26 @@ Destinations &destinations()
     return *object;
 }
 
+bool isControl(QChar character)
+{
+    const auto category = character.category();
+    return category == QChar::Other_Control || category == QChar::Separator_Line ||
+           category == QChar::Separator_Paragraph;
+}
+
 QString withoutControls(const QString &message)
 {
+    if (std::none_of(message.cbegin(), message.cend(), isControl))
+        return message;
     QString result;
-    result.reserve(message.size());
     for (const auto character : message) {
-        const auto category = character.category();
         if (character == QLatin1Char('\n'))
             result += QLatin1String("\\n");
         else if (character == QLatin1Char('\r'))
             result += QLatin1String("\\r");
         else if (character == QLatin1Char('\t'))
             result += QLatin1String("\\t");
-        else if (category == QChar::Other_Control || category == QChar::Separator_Line ||
-                 category == QChar::Separator_Paragraph)
+        else if (isControl(character))
             result += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
         else
             result += character;

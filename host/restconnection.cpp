@@ -96,13 +96,7 @@ RestClient::Connection::Connection()
     // Without this a time-out while a name is resolved would wait for the resolver all the same.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_POST, 1L);
-    set(CURLOPT_READFUNCTION, readBody);
-    set(CURLOPT_READDATA, this);
-    // libcurl repeats a request by itself on a fresh connection when a kept one turns out to be
-    // dead. There is no seek function, so it cannot once a byte of the body has gone out: a
-    // request that the service may have executed is never sent twice. A repetition that is still
-    // possible starts here with the whole body.
-    set(CURLOPT_PREREQFUNCTION, rewindBeforeRequest);
+    set(CURLOPT_PREREQFUNCTION, refuseRepetition);
     set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_HEADERFUNCTION, receiveHeader);
     set(CURLOPT_HEADERDATA, this);
@@ -130,7 +124,7 @@ void RestClient::Connection::trustConfiguredAuthority()
                   qUtf16Printable(file));
 }
 
-http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArray &newBody,
+http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArray &body,
                                                 const QHash<QString, QString> &headers,
                                                 qint64 timeout)
 {
@@ -149,10 +143,11 @@ http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArra
     if (!list)
         return {0, CURLE_BAD_FUNCTION_ARGUMENT, {}};
 
-    body = newBody;
     set(CURLOPT_URL, url.toEncoded(QUrl::RemoveFragment).constData());
     set(CURLOPT_HTTPHEADER, list.get());
+    // Given in one piece, a body of usual size leaves in one segment with the head.
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+    set(CURLOPT_POSTFIELDS, body.constData());
     set(CURLOPT_TIMEOUT_MS,
         static_cast<long>(std::min<qint64>(timeout, std::numeric_limits<int>::max())));
     set(CURLOPT_FRESH_CONNECT, idleConnectionIsDirty() ? 1L : 0L);
@@ -177,13 +172,13 @@ http::Response RestClient::Connection::perform()
 {
     answer = {};
     received = 0;
-    bodySent = 0;
     headComplete = false;
     errorText.front() = '\0';
-    const auto code = curl_easy_perform(handle);
-    body = {};
+    auto code = curl_easy_perform(handle);
     if (received > maximumAnswerSize)
         error = QStringLiteral("the answer is longer than %1 bytes").arg(maximumAnswerSize);
+    else if (code == CURLE_ABORTED_BY_CALLBACK)
+        error = QString::fromUtf8(curl_easy_strerror(code = CURLE_GOT_NOTHING));
     else if (code != CURLE_OK)
         error = QString::fromUtf8(errorText.front() ? errorText.data() : curl_easy_strerror(code));
     else if (isAnswerCut())
@@ -206,22 +201,16 @@ bool RestClient::Connection::isAnswerCut() const
            QJsonDocument::fromJson(answer).isNull();
 }
 
-size_t RestClient::Connection::readBody(char *to, size_t size, size_t count, void *connection)
+/// libcurl repeats a request by itself on a fresh connection when a kept one turns out to be dead.
+/// It may while nothing has gone out: a request that the service may have executed is never sent
+/// twice.
+int RestClient::Connection::refuseRepetition(void *connection, char * /*peerAddress*/,
+                                             char * /*ownAddress*/, int /*peerPort*/,
+                                             int /*ownPort*/)
 {
-    auto *const self = static_cast<Connection *>(connection);
-    const auto left = static_cast<size_t>(self->body.size() - self->bodySent);
-    const auto length = std::min(size * count, left);
-    std::copy_n(self->body.constData() + self->bodySent, length, to);
-    self->bodySent += static_cast<qsizetype>(length);
-    return length;
-}
-
-int RestClient::Connection::rewindBeforeRequest(void *connection, char * /*peerAddress*/,
-                                                char * /*ownAddress*/, int /*peerPort*/,
-                                                int /*ownPort*/)
-{
-    static_cast<Connection *>(connection)->bodySent = 0;
-    return CURL_PREREQFUNC_OK;
+    long sent = 0;
+    curl_easy_getinfo(static_cast<Connection *>(connection)->handle, CURLINFO_REQUEST_SIZE, &sent);
+    return sent == 0 ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
 }
 
 bool RestClient::Connection::countReceived(size_t size)

@@ -38,10 +38,9 @@ private:
     bool idleConnectionIsDirty() const;
     http::Response perform();
 
-    static size_t readBody(char *to, size_t size, size_t count, void *connection);
     static size_t receiveHeader(char *from, size_t size, size_t count, void *connection);
     static size_t receiveBody(char *from, size_t size, size_t count, void *connection);
-    static int rewindBeforeRequest(void *connection, char *peerAddress, char *ownAddress,
+    static int refuseRepetition(void *connection, char *peerAddress, char *ownAddress,
                                    int peerPort, int ownPort);
     bool countReceived(size_t size);
     void readHeadLine(const QByteArray &line);
@@ -50,8 +49,6 @@ private:
     CURL *handle = nullptr;
     std::array<char, CURL_ERROR_SIZE> errorText{};
     QString error;
-    QByteArray body;
-    qsizetype bodySent = 0;
     QByteArray answer;
     qint64 received = 0;
     bool headComplete = false;
