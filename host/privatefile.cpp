@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <cerrno>
 #include <cstdio>
@@ -49,6 +50,20 @@ int open(const QString &path, int flags)
     ::close(descriptor);
     errno = reason;
     return -1;
+}
+
+std::optional<QString> write(const QString &path, const QByteArray &content)
+{
+    QSaveFile file(path);
+    // Its own commit does not notice that the last bytes did not fit on the disk.
+    if (!file.open(QIODevice::WriteOnly) ||
+        !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
+        file.write(content) != content.size() || !file.flush() || !file.commit())
+        return file.errorString();
+    // The file itself is synchronised by now, its new name is not.
+    if (!syncDirectory(QFileInfo(path).path()))
+        return qt_error_string();
+    return std::nullopt;
 }
 
 bool syncDirectory(const QString &path)

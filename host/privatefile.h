@@ -2,6 +2,7 @@
 
 #include "host/export.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -18,6 +19,12 @@ namespace privatefile {
 /// narrowed to 0600.
 /// \return The descriptor, -1 after a failure, with the reason in errno.
 [[nodiscard]] HOST_EXPORT int open(const QString &path, int flags);
+
+/// Replaces the file's content, with mode 0600, so that after a kill or a power cut it holds either
+/// the old or the new content as a whole. The directory must exist.
+/// \return Why the new content is not on the disk, without the file's name; nothing when it is.
+[[nodiscard]] HOST_EXPORT std::optional<QString> write(const QString &path,
+                                                       const QByteArray &content);
 
 /// Writes the names in a directory to the disk, so that a new or renamed file is found there after
 /// a power cut. \return Whether it was done; the reason of a failure is in errno.

@@ -172,13 +172,16 @@ http::Response RestClient::Connection::perform()
 {
     answer = {};
     received = 0;
+    sentBefore.reset();
     headComplete = false;
     errorText.front() = '\0';
     auto code = curl_easy_perform(handle);
+    if (code == CURLE_ABORTED_BY_CALLBACK) { // a repetition was refused
+        code = CURLE_GOT_NOTHING;
+        errorText.front() = '\0';
+    }
     if (received > maximumAnswerSize)
         error = QStringLiteral("the answer is longer than %1 bytes").arg(maximumAnswerSize);
-    else if (code == CURLE_ABORTED_BY_CALLBACK)
-        error = QString::fromUtf8(curl_easy_strerror(code = CURLE_GOT_NOTHING));
     else if (code != CURLE_OK)
         error = QString::fromUtf8(errorText.front() ? errorText.data() : curl_easy_strerror(code));
     else if (isAnswerCut())
@@ -202,15 +205,18 @@ bool RestClient::Connection::isAnswerCut() const
 }
 
 /// libcurl repeats a request by itself on a fresh connection when a kept one turns out to be dead.
-/// It may while nothing has gone out: a request that the service may have executed is never sent
-/// twice.
+/// It may while nothing of it has gone out, unlike what a proxy was told before: a request that the
+/// service may have executed is never sent twice.
 int RestClient::Connection::refuseRepetition(void *connection, char * /*peerAddress*/,
                                              char * /*ownAddress*/, int /*peerPort*/,
                                              int /*ownPort*/)
 {
+    auto *const self = static_cast<Connection *>(connection);
     long sent = 0;
-    curl_easy_getinfo(static_cast<Connection *>(connection)->handle, CURLINFO_REQUEST_SIZE, &sent);
-    return sent == 0 ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+    curl_easy_getinfo(self->handle, CURLINFO_REQUEST_SIZE, &sent);
+    if (!self->sentBefore)
+        self->sentBefore = sent;
+    return sent == *self->sentBefore ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
 }
 
 bool RestClient::Connection::countReceived(size_t size)

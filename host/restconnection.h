@@ -9,6 +9,7 @@
 #include <curl/curl.h>
 
 #include <array>
+#include <optional>
 
 class QUrl;
 
@@ -40,8 +41,8 @@ private:
 
     static size_t receiveHeader(char *from, size_t size, size_t count, void *connection);
     static size_t receiveBody(char *from, size_t size, size_t count, void *connection);
-    static int refuseRepetition(void *connection, char *peerAddress, char *ownAddress,
-                                   int peerPort, int ownPort);
+    static int refuseRepetition(void *connection, char *peerAddress, char *ownAddress, int peerPort,
+                                int ownPort);
     bool countReceived(size_t size);
     void readHeadLine(const QByteArray &line);
     bool isAnswerCut() const;
@@ -49,6 +50,7 @@ private:
     CURL *handle = nullptr;
     std::array<char, CURL_ERROR_SIZE> errorText{};
     QString error;
+    std::optional<long> sentBefore; ///< Bytes that went out before the request's first try.
     QByteArray answer;
     qint64 received = 0;
     bool headComplete = false;

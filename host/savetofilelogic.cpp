@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -19,24 +18,6 @@ namespace {
 Q_LOGGING_CATEGORY(log, "till.receipt", QtInfoMsg)
 
 constexpr qint64 maximumFileSize = 64LL << 20;
-
-/// \return Why the content is not on disk; empty when it is.
-QString write(const QByteArray &content, const QString &fileName)
-{
-    const auto directory = QFileInfo(fileName).path();
-    if (const auto error = privatefile::createDirectory(directory))
-        return *error;
-    QSaveFile file(fileName);
-    // Its own commit does not notice that the last bytes did not fit on the disk.
-    if (!file.open(QIODevice::WriteOnly) ||
-        !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
-        file.write(content) != content.size() || !file.flush() || !file.commit())
-        return file.errorString();
-    // The file itself is synchronised by now, its new name is not.
-    if (!privatefile::syncDirectory(directory))
-        return qt_error_string();
-    return {};
-}
 
 QByteArray read(const QString &fileName, QString &error)
 {
@@ -75,7 +56,9 @@ bool SaveToFileLogic::save(const QSharedPointer<AbstractDocument> &document,
     if (error.isEmpty() && content.size() > maximumFileSize)
         error = QStringLiteral("the receipt is longer than %1 bytes").arg(maximumFileSize);
     if (error.isEmpty())
-        error = write(content, file);
+        error = privatefile::createDirectory(QFileInfo(file).path()).value_or(QString());
+    if (error.isEmpty())
+        error = privatefile::write(file, content).value_or(QString());
     if (!error.isEmpty())
         qCCritical(log, "%ls: the receipt is not saved: %ls", qUtf16Printable(file),
                    qUtf16Printable(error));

@@ -2,9 +2,9 @@
 
 #include "till/console.h"
 #include "till/deliverer.h"
-#include "till/privatewriter.h"
 
 #include <host/dbqueuebroker.h>
+#include <host/privatefile.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -116,8 +116,8 @@ int exportTo(DBQueueBroker &broker, Console &console, const QString &file)
         return fail(console, broker.lastError());
     const QJsonObject content{{QLatin1String("waiting"), toJson(waiting)},
                               {QLatin1String("parked"), toJson(parked)}};
-    if (const auto error = writePrivately(file, QJsonDocument(content).toJson()))
-        return fail(console, *error);
+    if (const auto error = privatefile::write(file, QJsonDocument(content).toJson()))
+        return fail(console, QStringLiteral("%1: cannot be written: %2").arg(file, *error));
     console.line(
         QStringLiteral("exported: %1 waiting, %2 parked").arg(waiting.size()).arg(parked.size()));
     return 0;

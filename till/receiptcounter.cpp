@@ -1,6 +1,6 @@
 #include "till/receiptcounter.h"
 
-#include "till/privatewriter.h"
+#include <host/privatefile.h>
 
 #include <QFile>
 #include <QJsonDocument>
@@ -62,7 +62,11 @@ std::optional<QString> ReceiptCounter::closeShift()
 std::optional<QString> ReceiptCounter::save() const
 {
     const QJsonObject content{{shiftKey, shift}, {numberKey, number}};
-    return writePrivately(file, QJsonDocument(content).toJson(QJsonDocument::Compact));
+    const auto error =
+        privatefile::write(file, QJsonDocument(content).toJson(QJsonDocument::Compact));
+    if (error)
+        return QStringLiteral("%1: cannot be written: %2").arg(file, *error);
+    return std::nullopt;
 }
 
 } // namespace till

@@ -187,6 +187,10 @@ TEST_F(ReceiptFile, IsNotReplacedByAReceiptThatCannotBeKept)
     document->addGoodsItem({}, {}, std::numeric_limits<double>::infinity(), 1);
     EXPECT_FALSE(SaveToFileLogic().save(document, file));
     EXPECT_FALSE(SaveToFileLogic().save(fullReceipt(), file + QStringLiteral("/below")));
+    {
+        const FullDisk disk(100);
+        EXPECT_FALSE(SaveToFileLogic().save(fullReceipt(), file));
+    }
     EXPECT_EQ(read(file), "before");
-    EXPECT_EQ(LogCapture::text().count(QStringLiteral("is not saved")), 3);
+    EXPECT_EQ(LogCapture::text().count(QStringLiteral("is not saved")), 4);
 }

@@ -7,8 +7,6 @@
 #include <QSqlQuery>
 
 #include <array>
-#include <csignal>
-#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -154,20 +152,11 @@ TEST_F(Queue, FullDiskFailsAndServesAgain)
 {
     DBQueueBroker broker(file());
     ASSERT_TRUE(broker.put(queueName, message(1), {}));
-    rlimit before{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-    const auto limitFiles = [&before](rlim_t size) {
-        const rlimit limit{size, before.rlim_max};
-        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    };
-    const auto signalBefore = ::signal(SIGXFSZ, SIG_IGN); // the write then fails
-    limitFiles(65536);
     const QJsonObject large{{QStringLiteral("text"), QString(200'000, QLatin1Char('x'))}};
-    const auto stored = broker.put(queueName, large, {});
-    limitFiles(before.rlim_cur);
-    (void)::signal(SIGXFSZ, signalBefore);
-
-    EXPECT_FALSE(stored);
+    {
+        const FullDisk disk(65536);
+        EXPECT_FALSE(broker.put(queueName, large, {}));
+    }
     EXPECT_FALSE(broker.lastError().isEmpty());
     EXPECT_TRUE(broker.put(queueName, message(2), {})) << broker.lastError().toStdString();
     EXPECT_EQ(numbers(broker.waiting(queueName, 9)), (QList{1, 2}));

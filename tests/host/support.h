@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <ostream>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 inline void PrintTo(const QString &text, std::ostream *out)
@@ -39,6 +41,29 @@ private:
     }
 
     QtMessageHandler previous = nullptr;
+};
+
+/// A disk on which no file grows beyond `size` bytes, as long as this object lives.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t size)
+        : signalBefore(::signal(SIGXFSZ, SIG_IGN)) // the write then fails
+    {
+        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+        const rlimit limit{size, before.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~FullDisk()
+    {
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+        (void)::signal(SIGXFSZ, signalBefore);
+    }
+    Q_DISABLE_COPY_MOVE(FullDisk)
+
+private:
+    void (*signalBefore)(int);
+    rlimit before{};
 };
 
 /// A directory of the test's own, under a umask that takes no right away.

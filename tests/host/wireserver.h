@@ -45,8 +45,8 @@ public:
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t size = sizeof address;
         auto *const any = reinterpret_cast<sockaddr *>(&address);
-        if (::bind(listener, any, size) == 0 && ::listen(listener, 8) == 0
-            && ::getsockname(listener, any, &size) == 0)
+        if (::bind(listener, any, size) == 0 && ::listen(listener, 8) == 0 &&
+            ::getsockname(listener, any, &size) == 0)
             port = ntohs(address.sin_port);
         thread = std::thread([this] { run(); });
     }
