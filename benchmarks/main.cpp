@@ -1,6 +1,8 @@
 #include "benchmarks/comparison.h"
 #include "benchmarks/setup.h"
 
+#include <host/heap.h>
+
 #include <benchmark/benchmark.h>
 
 #include <QCommandLineParser>
@@ -20,6 +22,7 @@ int refuse(const QString &reason)
 
 int main(int argc, char *argv[])
 {
+    keepFreedMemory(); // as a till does
     // Takes its own options, "--benchmark_...", out of the arguments.
     benchmark::Initialize(&argc, argv);
     const QCoreApplication application(argc, argv);

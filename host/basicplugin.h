@@ -31,7 +31,7 @@ public:
     virtual void deinit();
 
     /// Whether every feature named is one of the plugin's; true for none.
-    virtual bool isFeatureMatched(const QSet<QString> &features) const;
+    virtual bool isFeatureMatched(const QSet<QString> &wanted) const;
     void setFeature(const QString &feature);
 
     void addHandler(const ActionHandler &handler);

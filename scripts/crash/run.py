@@ -35,7 +35,7 @@ class Run:
                                             "QT_MESSAGE_PATTERN")}
         self.environment["SIMULATOR_SECRET_KEY"] = SECRET
         self.receipts = 0
-        self.processes = []
+        self.processes = []  # that nobody has killed yet
         self.begun = time.monotonic()
 
     def random(self, actor):
@@ -56,9 +56,8 @@ class Run:
 
     def kill(self, victim, process, phase=None):
         """Kills the process unless there were enough kills; returns whether it did."""
-        if process.returncode is not None or self.enough():
+        if self.enough() or not self.end(process):
             return False
-        process.kill()
         self.kills[victim] += 1
         if phase:
             self.phases[phase] += 1
@@ -66,11 +65,18 @@ class Run:
             print(f"{self.kills.total()} kills, {time.monotonic() - self.begun:.0f} s", flush=True)
         return True
 
+    def end(self, process):
+        """Kills the process, once; returns whether it did."""
+        if process not in self.processes or process.returncode is not None:
+            return False
+        self.processes.remove(process)
+        process.kill()
+        return True
+
     async def end_all(self):
-        for process in self.processes:
-            if process.returncode is None:
-                process.kill()
-            await process.wait()
+        for process in list(self.processes):
+            if self.end(process):
+                await process.wait()
 
     def table(self):
         rows = [("receipts", self.receipts), ("kills", self.kills.total()),

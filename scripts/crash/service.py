@@ -43,7 +43,7 @@ class Service:
                 self.run.faults[line.split()[1]] += 1
 
     async def disturb(self):
-        await self.order({"random": {"seed": self.random.randrange(2**31), "probability": 0.2,
+        await self.order({"random": {"seed": self.random.randrange(2**31), "probability": 0.3,
                                      "kinds": LOSSLESS, "milliseconds": 60}})
 
     async def order_special(self):

@@ -43,7 +43,7 @@ class Till:
                 await self.start("--no-delivery" if self.random.random() < 0.3 else None)
                 while not self.run.enough():
                     await self.sell()
-                self.process.kill()
+            self.run.end(self.process)
             self.disarm()
             await self.process.wait()
 

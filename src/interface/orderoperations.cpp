@@ -25,7 +25,7 @@ void putIntoQueue(const QString &method, const QJsonObject &payload)
 CreateOrderResult Interface::createAuthorizedOrder(const QJsonObject &payload, bool skipQueue)
 {
     logger->info(QStringLiteral("Создание заказа авторизованного клиента"));
-    const CreateOrderResult result =
+    CreateOrderResult result =
         sendRequest(QStringLiteral("Offline.CreateAuthorizedOrder"), payload, {});
     if (result.noConnection && !skipQueue) {
         logger->info(QStringLiteral("Отправка сообщения создания заказа в очередь"));

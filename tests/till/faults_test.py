@@ -1,7 +1,6 @@
 """Runs the till as a program through faults of its disk and queue, and searches what it leaves.
-
-usage: faults_test.py TILL SIMULATOR [TEST...]
-"""
+usage: faults_test.py TILL SIMULATOR [TEST...]"""
+import contextlib
 import json
 import os
 import pathlib
@@ -9,7 +8,6 @@ import re
 import resource
 import signal
 import sqlite3
-import stat
 import subprocess
 import sys
 import tempfile
@@ -18,11 +16,10 @@ import urllib.request
 
 TILL, SIMULATOR = sys.argv.pop(1), sys.argv.pop(1)
 SECRET = "s3cret,key;of the test"
-ANY_SIZE = resource.RLIM_INFINITY
 PIPES = {"text": True, "stdout": subprocess.PIPE, "stderr": subprocess.STDOUT}
 
 
-class Till:
+class Till(contextlib.AbstractContextManager):
     """A selling till, driven line by line."""
 
     def __init__(self, config, **environment):
@@ -50,10 +47,7 @@ class Till:
         return said
 
     def let_files_grow(self, size):
-        resource.prlimit(self.process.pid, resource.RLIMIT_FSIZE, (size, ANY_SIZE))
-
-    def __enter__(self):
-        return self
+        resource.prlimit(self.process.pid, resource.RLIMIT_FSIZE, (size, resource.RLIM_INFINITY))
 
     def __exit__(self, *_):
         self.output += self.process.communicate()[0]
@@ -62,8 +56,8 @@ class Till:
 
 class Faults(unittest.TestCase):
     def setUp(self):
-        self.root = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        self.data, self.config = self.root / "data", self.root / "till.conf"
+        root = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.data, self.config = root / "data", root / "till.conf"
         self.configure("http://127.0.0.1:1")
 
     def configure(self, address):
@@ -89,7 +83,7 @@ class Faults(unittest.TestCase):
             self.assertIn("[not saved]", said := till.say("add 2 Bread 3.00", "commit"))
             self.assertRegex(said, r"\[not queued\] .*queue\.db: .+\nReceipt 1 is not on the disk")
             self.assertIn("Receipt 1 is committed, total 5.00", said)
-            till.let_files_grow(ANY_SIZE)
+            till.let_files_grow(resource.RLIM_INFINITY)
             self.assertIn("Receipt 1 is reported", till.say("add 3 Tea 1.00", "commit"))
         self.assertEqual(self.committed(), {1: 2, 2: 1})
         self.assertEqual(self.kept("committing"), [])
@@ -127,8 +121,8 @@ class Faults(unittest.TestCase):
         with Till(self.config) as till:
             self.assertEqual(till.start.count("it is kept as"), len(damaged))
             self.assertIn("Receipt 8 is committed", till.say("add 3 Tea 1.00", "commit"))
-        aside = {file.read_bytes() for file in self.kept("damaged")}
-        self.assertEqual(aside, set(damaged.values()))
+        self.assertEqual({file.read_bytes() for file in self.kept("damaged")},
+                         set(damaged.values()))
 
     def test_a_whole_sale_leaves_no_secret_and_no_open_file(self):
         self.addCleanup(os.umask, os.umask(0))
@@ -153,7 +147,7 @@ class Faults(unittest.TestCase):
         self.assertIn("b@example.org", left["dump"])
         for path in [self.data, *self.data.rglob("*")]:
             mode = 0o700 if path.is_dir() else 0o600
-            self.assertEqual(stat.S_IMODE(path.stat().st_mode), mode, path)
+            self.assertEqual(path.stat().st_mode & 0o7777, mode, path)
             if path.is_file():
                 left[path.name] = path.read_bytes().decode(errors="replace")
         line = f"Подтверждение телефона '79161234567' кодом '{code}'"
