@@ -13,8 +13,17 @@
 
 namespace till {
 
+namespace {
+
+/// How many receipts are reported one after the other: each may cost the cashier the time-out of
+/// the service.
+constexpr int receiptsAtOnce = 3;
+
+} // namespace
+
 void Sale::recover()
 {
+    int tried = 0;
     for (const auto &name : parts.store.committing()) {
         const auto file = parts.store.committingFile(name);
         QString error;
@@ -23,12 +32,23 @@ void Sale::recover()
             parts.console.line(error);
             continue;
         }
+        // What the queue could not take just now it would not take for the next receipt.
+        if (tried == receiptsAtOnce || !pending.isEmpty()) {
+            pending.append(receipt);
+            continue;
+        }
+        ++tried;
         restore(receipt, file);
         if (handOver(receipt))
             parts.console.line(
                 QStringLiteral("Receipt %1, whose commit was interrupted, is committed.")
                     .arg(receipt->getHeader().num));
     }
+    if (!pending.isEmpty())
+        parts.console.line(
+            QStringLiteral("Receipts still to be reported: %1; up to %2 go with each commit.")
+                .arg(pending.size())
+                .arg(receiptsAtOnce));
     if (parts.store.hasOpenReceipt())
         recoverOpenReceipt();
 }
@@ -98,12 +118,10 @@ bool Sale::handOver(const Receipt &receipt)
     return safe;
 }
 
-/// Tries again what the queue could not take, a few receipts at a time: each may cost the cashier
-/// the service's time-out.
+/// Tries again what the queue could not take.
 void Sale::retryPending()
 {
-    constexpr int retriesPerCommit = 3;
-    for (int tried = 0; tried < retriesPerCommit && !pending.isEmpty(); ++tried) {
+    for (int tried = 0; tried < receiptsAtOnce && !pending.isEmpty(); ++tried) {
         const auto receipt = pending.takeFirst();
         if (const auto error = parts.store.keep(receipt))
             parts.console.line(QStringLiteral("[not saved] %1").arg(*error));

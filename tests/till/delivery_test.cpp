@@ -1,4 +1,6 @@
+#include "simulator/simulator.h"
 #include "tests/plugin/fakehttp.h"
+#include "till/backgrounddelivery.h"
 #include "till/deliverer.h"
 #include "till/deliveryloop.h"
 
@@ -12,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -181,6 +184,52 @@ TEST_F(Delivery, WaitsTwiceAsLongAfterEachFailureUpToTheLongestAndStartsAnewAfte
     EXPECT_THAT(pause.rests, ElementsAre(about(100ms), about(200ms), about(400ms), about(800ms),
                                          about(1'000ms), about(1'000ms), about(1'000ms),
                                          till::DeliveryLoop::idleTime, about(100ms)));
+}
+
+TEST(DeliveryInBackground, BringsEachOrderOnceAndItsStatusWhileTheTillSells)
+{
+    simulator::Simulator service;
+    ASSERT_TRUE(service.start()) << service.errorString().toStdString();
+    service.addFault({.kind = simulator::FaultKind::Drop, .count = 2, .executed = true});
+    auto *const config = Singleton<Config>::instance();
+    config->set(QStringLiteral("LmMindbox:url"), service.url());
+    config->set(QStringLiteral("LmMindbox:endpoint"), QStringLiteral("till-demo"));
+    config->set(QStringLiteral("LmMindbox:secretKey"), QStringLiteral("demo-secret"));
+    const QTemporaryDir directory;
+    const auto file = directory.filePath(QStringLiteral("queue.db"));
+    DBQueueBroker broker(file);
+    const auto put = [&broker](const char *method, const QByteArray &payload) {
+        EXPECT_TRUE(
+            broker.put(till::loyaltyQueue(),
+                       {{QLatin1String("method"), QLatin1String(method)},
+                        {QLatin1String("payload"), QJsonDocument::fromJson(payload).object()}},
+                       {}));
+    };
+    {
+        till::BackgroundDelivery delivery(file, {.first = 10ms, .longest = 50ms});
+        for (const auto *id : {"1", "2", "3", "4", "5"}) {
+            const auto order = [id](const char *sum, const char *end) {
+                return QByteArray(R"({"order": {"ids": {"externalOrderIdLm": ")") + id +
+                       R"("}, "lines": [{"basePricePerItem": 1, "quantity": 1, "lineNumber": 1,
+                           "lineId": 1, "product": {"ids": {"websiteLumaret": "4600"}}, ")" +
+                       sum + "\": 1" + end;
+            };
+            put("create", order("discountedPricePerLine",
+                                R"(}], "totalPrice": 1}, "customer": {"mobilePhone": ""}})"));
+            put("change", order("discountedPriceOfLine", R"(, "status": "Paid"}]}})"));
+            delivery.wake();
+        }
+        for (int i = 0; i < 1000 && broker.state(till::loyaltyQueue())->waiting > 0; ++i)
+            std::this_thread::sleep_for(10ms);
+    }
+    config->clear();
+    EXPECT_EQ(broker.state(till::loyaltyQueue())->parked, 0);
+    const auto orders = service.orders();
+    ASSERT_EQ(orders.size(), 5);
+    for (const auto &order : orders) {
+        EXPECT_EQ(order[QLatin1String("lines")][0][QLatin1String("status")], QLatin1String("Paid"));
+        EXPECT_EQ(order[QLatin1String("conflicts")], 0);
+    }
 }
 
 } // namespace
