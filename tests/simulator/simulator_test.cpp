@@ -203,7 +203,7 @@ TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
         EXPECT_EQ(result ? result->status : 0, code);
         EXPECT_GE(timer.elapsed(), slow ? 20 : 0);
         EXPECT_LT(timer.elapsed(), 30000);
-        const auto seen = till.call(get, customerBody(phone))["customer"_L1];
+        const auto seen = till.call(get, customerBody(phone)).value("customer"_L1);
         EXPECT_EQ(seen["firstName"_L1].toString() == name, executed);
     }
 }

@@ -100,15 +100,16 @@ class Faults(unittest.TestCase):
         queue.execute("PRAGMA user_version = 9")
         with Till(self.config) as till:
             self.assertIn("newer version: version 9", till.start)
-            self.assertIn("newer version", till.say("add 3 Tea 1.00", "commit"))
+            self.assertIn("newer version", till.say(*["add 3 Tea 1.00", "commit"] * 3))
         for command in (["queue"], ["deliver", "--once"]):
             answer = self.command(*command)
             self.assertEqual((answer.returncode, answer.stdout.count("newer version")), (1, 1))
-        self.assertEqual(len(self.kept("committing")), 2)
+        self.assertEqual(len(self.kept("committing")), 4)
         queue.execute("PRAGMA user_version = 1")
         with Till(self.config) as till:
-            self.assertEqual(till.start.count("whose commit was interrupted, is committed"), 2)
-        self.assertEqual(self.committed(), {1: 1, 2: 1, 3: 1})
+            self.assertEqual(till.start.count("whose commit was interrupted, is committed"), 3)
+            self.assertIn("Receipt 5 is reported", till.say("add 4 Rice 1.00", "commit"))
+        self.assertEqual(self.committed(), dict.fromkeys(range(1, 7), 1))
 
     def test_damaged_files_are_kept_aside_and_the_sale_goes_on(self):
         with Till(self.config) as till:
