@@ -123,7 +123,7 @@ TEST_F(Conversion, SettingsOfAPayloadApplyAtOnceButTheLinesStatusWithTheNextConv
 
     const auto status = converter.getChangeOrderStatusPayload({});
 
-    const auto line = linesOf(status)[1];
+    const auto line = linesOf(status).at(1);
     EXPECT_EQ(line[QLatin1String("product")][QLatin1String("ids")][QLatin1String("sku")],
               QStringLiteral("Товар 002"));
     EXPECT_EQ(line[QLatin1String("status")], QStringLiteral("Paid"));
