@@ -23,12 +23,13 @@ public:
     /// Runs a statement on one message. Whether there was one.
     bool change(Statement statement, qint64 id, const QVariantList &values);
     std::optional<QList<QueuedMessage>> read(Statement statement, const QVariantList &values);
+    /// Ends a query whose rows were read. Whether there were no more than those.
+    bool finish(QSqlQuery &query);
 
     QString file;
     QString error;
-    QString putError;
-    int failedPuts = 0;
     QueueStore database;
+    std::optional<QList<QVariantList>> batch; ///< The values of the messages collected.
 
 private:
     QSqlQuery *fail(const QString &reason);
@@ -77,13 +78,18 @@ std::optional<QList<QueuedMessage>> DBQueueBroker::Store::read(Statement stateme
              .tries = query->value(4).toInt(),
              .lastError = query->value(5).toString()});
     }
-    const auto failure = query->lastError();
-    query->finish();
+    return finish(*query) ? std::optional(messages) : std::nullopt;
+}
+
+bool DBQueueBroker::Store::finish(QSqlQuery &query)
+{
+    const auto failure = query.lastError();
+    query.finish();
     if (!failure.isValid())
-        return messages;
+        return true;
     database.close();
     fail(failure.text());
-    return std::nullopt;
+    return false;
 }
 
 QSqlQuery *DBQueueBroker::Store::fail(const QString &reason)
@@ -115,12 +121,31 @@ bool DBQueueBroker::put(const QString &queue, const QJsonObject &message, const 
     const auto json = QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact));
     // A null text would be no text to SQLite.
     const auto kept = [](const QString &text) { return text.isNull() ? QStringLiteral("") : text; };
-    if (store->run(Statement::Put,
-                   {kept(queue), json, kept(tag), QDateTime::currentMSecsSinceEpoch()}))
+    const QVariantList values{kept(queue), json, kept(tag), QDateTime::currentMSecsSinceEpoch()};
+    if (store->batch) {
+        store->batch->append(values);
         return true;
-    ++store->failedPuts;
-    store->putError = store->error;
-    return false;
+    }
+    return store->run(Statement::Put, values) != nullptr;
+}
+
+void DBQueueBroker::beginBatch()
+{
+    store->batch.emplace();
+}
+
+bool DBQueueBroker::endBatch()
+{
+    const auto batch = std::exchange(store->batch, std::nullopt).value_or(QList<QVariantList>());
+    store->error.clear();
+    if (batch.isEmpty())
+        return true;
+    // A failure closes the file, which undoes the transaction.
+    const auto put = [this](const QVariantList &values) {
+        return store->run(Statement::Put, values) != nullptr;
+    };
+    return store->run(Statement::Begin, {}) && std::all_of(batch.begin(), batch.end(), put) &&
+           store->run(Statement::Commit, {});
 }
 
 std::optional<QueuedMessage> DBQueueBroker::first(const QString &queue)
@@ -170,7 +195,8 @@ std::optional<QueueState> DBQueueBroker::state(const QString &queue)
         const auto number = counts->value(1).toLongLong();
         (counts->value(0).toInt() == 0 ? state.waiting : state.parked) = number;
     }
-    counts->finish();
+    if (!store->finish(*counts))
+        return std::nullopt;
     state.oldest = first(queue);
     return store->error.isEmpty() ? std::optional(state) : std::nullopt;
 }
@@ -178,16 +204,6 @@ std::optional<QueueState> DBQueueBroker::state(const QString &queue)
 QString DBQueueBroker::lastError() const
 {
     return store->error;
-}
-
-int DBQueueBroker::failedPuts() const
-{
-    return store->failedPuts;
-}
-
-QString DBQueueBroker::lastPutError() const
-{
-    return store->putError;
 }
 
 QString DBQueueBroker::file() const

@@ -54,6 +54,12 @@ public:
 
     /// Stores a message at the end of a queue. `tag` is kept with it and means nothing here.
     bool put(const QString &queue, const QJsonObject &message, const QString &tag);
+    /// From here to `endBatch` a `put` only collects its message and answers true. For messages
+    /// that make no sense one without the other, put by somebody who does not look at the answer.
+    void beginBatch();
+    /// Stores what was collected, all of it or nothing. \return Whether it is on disk; true when
+    /// nothing was put.
+    bool endBatch();
 
     /// The message that is next; nothing when the queue is empty or cannot be read.
     std::optional<QueuedMessage> first(const QString &queue);
@@ -67,7 +73,7 @@ public:
     /// Puts a message aside with the reason; the ones behind it move up.
     bool park(qint64 id, const QString &reason);
     QList<QueuedMessage> parked(const QString &queue);
-    /// Puts a parked message back at its old place in the queue.
+    /// Puts a parked message back at its old place in the queue, its tries counted anew.
     bool unpark(qint64 id);
 
     /// Counts and the next message; nothing when the file cannot be read.
@@ -75,11 +81,6 @@ public:
 
     /// Why the last call failed, in words for the integrator; empty after a success.
     QString lastError() const;
-    /// How many `put` calls have failed since the broker was made. The plugin does not look at
-    /// what `put` returns; the till compares this number before and after a commit.
-    int failedPuts() const;
-    /// Why the last of them failed; other messages may have been taken since.
-    QString lastPutError() const;
     /// The file, as configured.
     QString file() const;
 

@@ -15,6 +15,8 @@ namespace {
 
 constexpr auto formatName = QLatin1String("till-receipt");
 constexpr int formatVersion = 1;
+constexpr auto formatKey = QLatin1String("format");
+constexpr auto versionKey = QLatin1String("version");
 
 constexpr std::array allOptions{ClientOptions::NoPaperReceipt, ClientOptions::ElectronicReceipt};
 
@@ -168,15 +170,15 @@ void readPositions(const JsonMembers &members, AbstractDocument &document)
 /// Whether the object is a receipt that this version reads.
 bool checkFormat(const JsonMembers &members)
 {
-    if (members.text(QLatin1String("format")) != formatName)
-        members.fail(QLatin1String("format"), QStringLiteral("expected \"%1\"").arg(formatName));
-    const auto version = members.integer(QLatin1String("version"));
+    if (members.text(formatKey) != formatName)
+        members.fail(formatKey, QStringLiteral("expected \"%1\"").arg(formatName));
+    const auto version = members.integer(versionKey);
     if (version > formatVersion)
         members.fail(
-            QLatin1String("version"),
+            versionKey,
             QStringLiteral("written by a newer version, expected at most %1").arg(formatVersion));
     else if (version < 1)
-        members.fail(QLatin1String("version"), QStringLiteral("expected a positive number"));
+        members.fail(versionKey, QStringLiteral("expected a positive number"));
     return members.good();
 }
 
@@ -196,14 +198,20 @@ QJsonObject toJson(const AbstractDocument &document, QString &error)
     for (auto system = systems.cbegin(); system != systems.cend(); ++system)
         pluginData.insert(system.key(), variantjson::toJson(system.value(), error));
     return {
-        {QLatin1String("format"), formatName},
-        {QLatin1String("version"), formatVersion},
+        {formatKey, formatName},
+        {versionKey, formatVersion},
         {QLatin1String("header"), headerToJson(document.getHeader(), error)},
         {QLatin1String("items"), items},
         {QLatin1String("impacts"), impacts},
         {QLatin1String("card"), cardToJson(document.getCardRecord(), error)},
         {QLatin1String("pluginData"), pluginData},
     };
+}
+
+bool isNewer(const QJsonObject &object)
+{
+    return object.value(formatKey) == formatName &&
+           object.value(versionKey).toInt() > formatVersion;
 }
 
 QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error)

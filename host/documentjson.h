@@ -12,6 +12,9 @@ namespace documentjson {
 /// The whole receipt. Sets `error` when a value of it cannot be kept.
 QJsonObject toJson(const AbstractDocument &document, QString &error);
 
+/// Whether a newer version of this code has made the object, as far as it can be told.
+bool isNewer(const QJsonObject &object);
+
 /// The receipt that `toJson` made the object of.
 /// \return Null, with the member and what was expected in `error`, for any other object.
 QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error);

@@ -41,7 +41,11 @@ const char *statementText(QueueStore::Statement statement)
     case QueueStore::Statement::Park:
         return "UPDATE messages SET parked = 1, lastError = ? WHERE id = ?";
     case QueueStore::Statement::Unpark:
-        return "UPDATE messages SET parked = 0 WHERE id = ? AND parked = 1";
+        return "UPDATE messages SET parked = 0, tries = 0 WHERE id = ? AND parked = 1";
+    case QueueStore::Statement::Begin:
+        return "BEGIN IMMEDIATE";
+    case QueueStore::Statement::Commit:
+        return "COMMIT";
     }
     return "";
 }
@@ -201,9 +205,11 @@ bool QueueStore::switchToWal()
     constexpr int pause = 20;
     for (auto waited = 0; waited <= busyMilliseconds; waited += pause) {
         QSqlQuery query(database);
-        if (query.exec(QStringLiteral("PRAGMA journal_mode = WAL")) && query.next() &&
-            query.value(0).toString() == QLatin1String("wal"))
-            return true;
+        if (query.exec(QStringLiteral("PRAGMA journal_mode = WAL")) && query.next()) {
+            const auto mode = query.value(0).toString();
+            return mode == QLatin1String("wal") ||
+                   fail(QStringLiteral("expected the journal mode wal, found ") + mode);
+        }
         fail(reasonOf(query.lastError()));
         QThread::msleep(pause);
     }

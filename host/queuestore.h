@@ -20,6 +20,8 @@ public:
         NoteFailure,
         Park,
         Unpark,
+        Begin,
+        Commit,
     };
 
     QueueStore();
@@ -31,8 +33,9 @@ public:
     bool isOpen() const { return database.isOpen(); }
     void close();
 
-    /// Runs a statement, a transaction of its own. \return Null after a failure, else the query, to
-    /// be finished by the caller once its rows are read.
+    /// Runs a statement, which is a transaction of its own outside `Begin` and `Commit`; closing
+    /// the file undoes what came since `Begin`. \return Null after a failure, else the query, to be
+    /// finished by the caller once its rows are read.
     QSqlQuery *run(Statement statement, const QVariantList &values);
 
     /// Why the last call failed.
@@ -49,6 +52,6 @@ private:
 
     QString connectionName;
     QSqlDatabase database;
-    std::array<QSqlQuery, 8> queries;
+    std::array<QSqlQuery, 10> queries;
     QString error;
 };

@@ -80,6 +80,7 @@ LoadedDocument SaveToFileLogic::load(const QString &fileName)
             result.error = QStringLiteral("expected a JSON object");
         else
             result.document = documentjson::fromJson(json.object(), result.error);
+        result.isDamaged = !result.document && !documentjson::isNewer(json.object());
     }
     if (!result.error.isEmpty())
         result.error =

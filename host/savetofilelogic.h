@@ -12,7 +12,8 @@ class AbstractDocument;
 struct LoadedDocument
 {
     QSharedPointer<AbstractDocument> document; ///< Null after a failure.
-    QString error; ///< Names the file and what was expected; empty after a success.
+    QString error;          ///< Names the file and what was expected; empty after a success.
+    bool isDamaged = false; ///< No later attempt and no newer version can read it either.
 };
 
 /// Keeps receipts in files: JSON, written atomically and to the disk, mode 0600.

@@ -86,7 +86,8 @@ TEST_F(ReceiptFile, GivesTheSameReceiptBack)
     ASSERT_TRUE(SaveToFileLogic().save(saved, {}));
     Singleton<Session>::instance()->setDocumentFile({});
 
-    const auto [read, error] = SaveToFileLogic().load(file);
+    const auto [read, error, isDamaged] = SaveToFileLogic().load(file);
+    EXPECT_FALSE(isDamaged);
     ASSERT_TRUE(read) << error.toStdString();
     EXPECT_EQ(read->getHeader(), saved->getHeader());
     EXPECT_EQ(positions(*read), positions(*saved));
@@ -167,8 +168,9 @@ TEST_F(ReceiptFile, ThatIsDamagedForeignOrNewerIsRefusedByNameAndLeftAlone)
     for (const auto &[content, expected] : cases) {
         SCOPED_TRACE(expected);
         const auto file = write(QStringLiteral("bad"), content);
-        const auto [document, error] = SaveToFileLogic().load(file);
+        const auto [document, error, isDamaged] = SaveToFileLogic().load(file);
         EXPECT_FALSE(document);
+        EXPECT_EQ(isDamaged, !error.contains(QStringLiteral("newer")));
         EXPECT_TRUE(error.contains(file) && error.contains(QLatin1String(expected)))
             << error.toStdString();
         EXPECT_EQ(read(file), content);
