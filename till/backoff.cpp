@@ -4,10 +4,10 @@
 
 namespace till {
 
-Backoff::Backoff(const BackoffRange &range, unsigned seed)
+Backoff::Backoff(const BackoffRange &range)
     : range(range)
     , current(range.first)
-    , random(seed)
+    , random(std::random_device()())
 {}
 
 std::chrono::milliseconds Backoff::next()

@@ -5,7 +5,7 @@
 
 namespace till {
 
-/// How long to wait after a failure, between these bounds.
+/// How long to wait after a failure: first, and at most.
 struct BackoffRange
 {
     std::chrono::milliseconds first{1'000};
@@ -17,7 +17,7 @@ struct BackoffRange
 class Backoff
 {
 public:
-    explicit Backoff(const BackoffRange &range, unsigned seed = std::random_device()());
+    explicit Backoff(const BackoffRange &range);
 
     /// The wait after one more failure.
     std::chrono::milliseconds next();

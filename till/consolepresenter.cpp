@@ -4,6 +4,9 @@
 #include "till/formfield.h"
 #include "till/inputmask.h"
 
+#include <log4qt/logger.h>
+#include <log4qt/logmanager.h>
+
 #include <algorithm>
 
 namespace till {
@@ -26,6 +29,22 @@ bool isAnswer(const QString &typed, const QString &number, const tr::Tr &text)
     return typed == number || typed.compare(text.toString(), Qt::CaseInsensitive) == 0;
 }
 
+/// Shows a message, and keeps it for the one who asks later what the cashier was told.
+void tell(Console &console, const char *kind, const tr::Tr &text)
+{
+    static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.dialog"));
+    const auto line = QStringLiteral("[%1] %2").arg(QLatin1String(kind), text.toString());
+    logger->info(QStringLiteral("%1"), line);
+    console.line(line);
+}
+
+/// A dialog's first line, with the way out for one that is caught in it.
+QString titleLine(const char *kind, const tr::Tr &title, bool cancellable)
+{
+    const auto line = QStringLiteral("[%1] %2").arg(QLatin1String(kind), title.toString());
+    return cancellable ? line + QStringLiteral(" (/cancel leaves)") : line;
+}
+
 } // namespace
 
 ConsolePresenter::ConsolePresenter(Console &console)
@@ -34,12 +53,12 @@ ConsolePresenter::ConsolePresenter(Console &console)
 
 void ConsolePresenter::showError(const tr::Tr &text)
 {
-    console.line(QStringLiteral("[error] %1").arg(text.toString()));
+    tell(console, "error", text);
 }
 
 void ConsolePresenter::showMessage(const tr::Tr &text)
 {
-    console.line(QStringLiteral("[message] %1").arg(text.toString()));
+    tell(console, "message", text);
 }
 
 bool ConsolePresenter::showChoice(const tr::Tr &question, const tr::Tr &ok, const tr::Tr &cancel)
@@ -58,7 +77,7 @@ bool ConsolePresenter::showChoice(const tr::Tr &question, const tr::Tr &ok, cons
 
 core::BasicDialog::Result ConsolePresenter::showInputText(const InputTextRequest &request)
 {
-    console.line(QStringLiteral("[input] %1").arg(request.title.toString()));
+    console.line(titleLine("input", request.title, request.cancellable != 0));
     auto question = request.message.toString();
     if (!request.inputMask.isEmpty())
         question += QStringLiteral(" (%1)").arg(InputMask(request.inputMask).outline());
@@ -79,7 +98,7 @@ core::BasicDialog::Result ConsolePresenter::showInputText(const InputTextRequest
 
 QVariantMap ConsolePresenter::showForm(const FormRequest &request)
 {
-    console.line(QStringLiteral("[form] %1").arg(request.title.toString()));
+    console.line(titleLine("form", request.title, request.cancellable));
     if (!request.subtitle.isEmpty())
         console.line(request.subtitle.toString());
     QVariantMap answers;

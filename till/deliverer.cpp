@@ -6,6 +6,9 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
+#include <array>
+
 namespace till {
 
 namespace {
@@ -66,6 +69,7 @@ Deliverer::Round Deliverer::deliver(const std::function<bool()> &isStopped)
             round.outcome = Outcome::Unreachable;
         } else {
             ++round.settled;
+            round.parked += answer.verdict == Verdict::Refused ? 1 : 0;
         }
     }
     lock.release();
@@ -80,13 +84,13 @@ Deliverer::Answer Deliverer::send(const QueuedMessage &message)
         return {Verdict::Refused, QStringLiteral("malformed message: no payload")};
     constexpr bool skipQueue = true;
     if (method == QLatin1String("create"))
-        return judge(service.createAuthorizedOrder(payload.toObject(), skipQueue), message.tries);
+        return judge(service.createAuthorizedOrder(payload.toObject(), skipQueue), message.id);
     if (method == QLatin1String("change"))
-        return judge(service.changeOrderStatus(payload.toObject(), skipQueue), message.tries);
+        return judge(service.changeOrderStatus(payload.toObject(), skipQueue), message.id);
     return {Verdict::Refused, QStringLiteral("malformed message: unknown method")};
 }
 
-Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, int tries)
+Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, qint64 message)
 {
     if (result.success())
         return {Verdict::Accepted, {}};
@@ -96,15 +100,29 @@ Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, int
     // No JSON object: something between the till and the service has answered, or nothing at all.
     if (result.response.isEmpty())
         return {Verdict::NoAnswer, QStringLiteral("no answer of the service, %1").arg(codes)};
-    constexpr int tooManyRequests = 429;
-    constexpr int firstServerError = 500;
-    const auto isBusy = result.httpCode == tooManyRequests ||
-                        (result.httpCode >= firstServerError && tries < mostServerErrors);
-    if (isBusy)
-        return {Verdict::NoAnswer, QStringLiteral("the service cannot answer now, %1").arg(codes)};
+    if (isPutOff(result.httpCode, message))
+        return {Verdict::NoAnswer,
+                QStringLiteral("not now, %1: %2").arg(codes, compactAnswer(result.response))};
     return {Verdict::Refused, QStringLiteral("refused, HTTP code %1: %2")
                                   .arg(result.httpCode)
                                   .arg(compactAnswer(result.response))};
+}
+
+/// Whether the code says that the message itself is not to blame, which only too many of them in
+/// answer to the same message refute. A wrong key must not park all that is waiting.
+bool Deliverer::isPutOff(int httpCode, qint64 message)
+{
+    constexpr std::array codes{401, 403, 429}; // unauthorized, forbidden, too many requests
+    constexpr int firstServerError = 500;
+    if (httpCode < firstServerError &&
+        std::find(codes.begin(), codes.end(), httpCode) == codes.end())
+        return false;
+    deferrals = message == deferredMessage ? deferrals + 1 : 1;
+    deferredMessage = message;
+    if (deferrals < mostDeferrals)
+        return true;
+    deferredMessage = 0;
+    return false;
 }
 
 bool Deliverer::settle(const QueuedMessage &message, const Answer &answer)

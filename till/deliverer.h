@@ -7,7 +7,6 @@
 #include <functional>
 
 class DBQueueBroker;
-class QJsonObject;
 struct QueuedMessage;
 
 namespace lmmindbox {
@@ -23,8 +22,9 @@ QString loyaltyQueue();
 /// Brings the waiting order messages to the service, one after the other in their order.
 ///
 /// A message is removed once the service has accepted it and parked, with the service's answer,
-/// once it was refused. A message that got no answer of the service stays first. At any moment only
-/// one deliverer of all processes works on a queue's file.
+/// once it was refused. A message that got no answer of the service stays first, and so does one
+/// that the service puts off by a server error or for the till's endpoint or key, unless that goes
+/// on for too long. At any moment only one deliverer of all processes works on a queue's file.
 class Deliverer
 {
 public:
@@ -39,10 +39,11 @@ public:
     {
         Outcome outcome = Outcome::Emptied;
         int settled = 0; ///< Messages removed or parked.
+        int parked = 0;
     };
 
-    /// How often a message may be answered with a server error before it counts as refused.
-    static constexpr int mostServerErrors = 100;
+    /// How often a message may be put off by the service before that counts as a refusal.
+    static constexpr int mostDeferrals = 100;
 
     /// Both must outlive the deliverer and serve nobody else meanwhile.
     Deliverer(DBQueueBroker &broker, lmmindbox::Interface &service);
@@ -61,13 +62,16 @@ private:
     };
 
     Answer send(const QueuedMessage &message);
-    static Answer judge(const lmmindbox::OperationResult &result, int tries);
+    Answer judge(const lmmindbox::OperationResult &result, qint64 message);
+    bool isPutOff(int httpCode, qint64 message);
     bool settle(const QueuedMessage &message, const Answer &answer);
 
     DBQueueBroker &broker;
     lmmindbox::Interface &service;
     FileLock lock;
     QString error;
+    qint64 deferredMessage = 0;
+    int deferrals = 0; ///< Of that message, one after the other.
 };
 
 } // namespace till

@@ -43,9 +43,12 @@ void DeliveryLoop::run()
             pause.rest(wait, false);
             break;
         }
-        default:
-            // A round without a failure, so the service need not be spared any longer.
+        case Deliverer::Outcome::Emptied:
             backoff.reset();
+            pause.rest(idleTime, true);
+            break;
+        case Deliverer::Outcome::Busy:
+        case Deliverer::Outcome::Stopped:
             pause.rest(idleTime, true);
         }
     }
@@ -59,7 +62,7 @@ bool DeliveryLoop::runOnce()
         pause.rest(idleTime, true);
         round = deliverer.deliver(isStopped);
     }
-    return round.outcome == Deliverer::Outcome::Emptied;
+    return round.outcome == Deliverer::Outcome::Emptied && round.parked == 0;
 }
 
 } // namespace till

@@ -36,7 +36,7 @@ public:
     /// Delivers until stopped.
     void run();
     /// Delivers until the queue is empty, a round fails or it is stopped; waits for another
-    /// deliverer to finish. \return Whether nothing is waiting.
+    /// deliverer to finish. \return Whether nothing is waiting and nothing had to be parked.
     bool runOnce();
 
 private:

@@ -15,6 +15,7 @@
 
 #include "interface/interface.h"
 
+#include <host/config.h>
 #include <host/dbqueuebroker.h>
 #include <host/dialog.h>
 #include <host/heap.h>
@@ -77,6 +78,17 @@ void loadCounter(till::ReceiptCounter &counter, const QString &file, till::Recei
     }
 }
 
+/// The loyalty plugin starts without these, but the service then refuses every order.
+void warnOfMissingSettings()
+{
+    for (const auto &key : {QStringLiteral("LmMindbox:url"), QStringLiteral("LmMindbox:endpoint"),
+                            QStringLiteral("LmMindbox:secretKey")}) {
+        if (Singleton<Config>::instance()->getText(key).isEmpty())
+            std::cerr << "till: " << key.toStdString()
+                      << " is not set; no order will reach the service" << std::endl;
+    }
+}
+
 int runSale(const till::Settings &settings, bool deliversInBackground, till::Console &console)
 {
     till::FileLock lock(settings.dataDirectory + QLatin1String("/till.lock"));
@@ -107,7 +119,7 @@ int runSale(const till::Settings &settings, bool deliversInBackground, till::Con
     std::optional<till::BackgroundDelivery> delivery;
     if (deliversInBackground) {
         delivery.emplace(settings.queueFile(), settings.backoff);
-        sale.setCommitted([&delivery] { delivery->wake(); });
+        sale.setAfterCommit([&delivery] { delivery->wake(); });
     }
     till::SaleCommands commands(sale, console, plugin.description());
     return commands.run() ? success : failure;
@@ -124,13 +136,13 @@ int runDelivery(const till::Settings &settings, bool once, till::Console &consol
         loop.run();
         return success;
     }
-    const auto emptied = loop.runOnce();
+    const auto isDone = loop.runOnce();
     const auto state = till::queueStateText(broker);
     // A queue that cannot be read says the same in its state.
-    if (!emptied && deliverer.lastError() != state)
+    if (!isDone && deliverer.lastError() != state)
         console.line(deliverer.lastError());
     console.line(state);
-    return emptied ? success : failure;
+    return isDone ? success : failure;
 }
 
 int runQueue(const till::Settings &settings, const QStringList &arguments, till::Console &console)
@@ -154,6 +166,8 @@ int run(const till::Options &options, till::Console &console)
     if (const auto problem = till::installLanguage(settings.language))
         return refuseToStart(*problem);
     const auto name = options.command.value(0);
+    if (name != QLatin1String("queue"))
+        warnOfMissingSettings();
     if (name == QLatin1String("deliver"))
         return runDelivery(settings, options.once, console);
     if (name == QLatin1String("queue"))
@@ -180,5 +194,5 @@ int main(int argc, char *argv[])
     console.setEcho(commandLine.options->echo);
     const auto exitCode = run(*commandLine.options, console);
     logging::stop();
-    return exitCode;
+    return std::cout.flush() || exitCode != success ? exitCode : failure;
 }

@@ -51,8 +51,8 @@ struct Parser
             QStringLiteral("command"),
             QStringLiteral("Nothing: sell, with commands from standard input.\n"
                            "deliver: bring the waiting messages to the service until stopped.\n"
-                           "queue [list | parked | retry ID | retry all | export FILE]: look "
-                           "after the waiting messages."),
+                           "queue [list | parked | park ID | retry ID | retry all | export FILE]: "
+                           "look after the waiting messages."),
             QStringLiteral("[command]"));
         parser.setApplicationDescription(QStringLiteral("Till emulator for the loyalty plugin."));
     }
@@ -68,7 +68,8 @@ QString helpText(const Parser &parser)
                "The end of the input ends the program; an open receipt stays open.\n"
                "\nExit code: 0 when every line was understood (a step that the sale refuses is "
                "understood),\n1 otherwise; \"deliver --once\": 1 when messages are still "
-               "waiting; 2 for bad options,\nsettings or a plugin that cannot be loaded.")
+               "waiting or were parked; 2 for bad options,\nsettings or a plugin that cannot be "
+               "loaded.")
                .arg(SaleCommands::help());
 }
 

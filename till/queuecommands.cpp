@@ -6,6 +6,7 @@
 #include <host/dbqueuebroker.h>
 #include <host/privatefile.h>
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -60,14 +61,18 @@ QString orderOf(const QueuedMessage &message)
     return ids.isEmpty() ? QStringLiteral("?") : ids.constBegin()->toString();
 }
 
+QString lineOf(const QueuedMessage &message)
+{
+    return QStringLiteral("%1 %2, order %3, age %4, tries %5")
+        .arg(QString::number(message.id), methodOf(message), orderOf(message),
+             ageText(message.queuedAt), QString::number(message.tries));
+}
+
 int list(DBQueueBroker &broker, Console &console)
 {
     constexpr int most = 50;
     for (const auto &message : broker.waiting(loyaltyQueue(), most))
-        console.line(QStringLiteral("%1 %2, order %3, age %4, tries %5")
-                         .arg(message.id)
-                         .arg(methodOf(message), orderOf(message), ageText(message.queuedAt))
-                         .arg(message.tries));
+        console.line(lineOf(message));
     console.line(queueStateText(broker));
     return broker.lastError().isEmpty() ? 0 : 1;
 }
@@ -78,12 +83,20 @@ int listParked(DBQueueBroker &broker, Console &console)
     if (!broker.lastError().isEmpty())
         return fail(console, broker.lastError());
     for (const auto &message : messages)
-        console.line(QStringLiteral("%1 %2, order %3, age %4, tries %5: %6")
-                         .arg(message.id)
-                         .arg(methodOf(message), orderOf(message), ageText(message.queuedAt))
-                         .arg(message.tries)
-                         .arg(message.lastError));
+        console.line(QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
     console.line(QStringLiteral("parked: %1").arg(messages.size()));
+    return 0;
+}
+
+int park(DBQueueBroker &broker, Console &console, const QString &which)
+{
+    bool isNumber = false;
+    const auto id = which.toLongLong(&isNumber);
+    if (!isNumber)
+        return fail(console, QStringLiteral("Expected a message's number, not \"%1\".").arg(which));
+    if (!broker.park(id, QStringLiteral("by hand")))
+        return fail(console, broker.lastError());
+    console.line(QStringLiteral("parked: %1").arg(id));
     return 0;
 }
 
@@ -108,6 +121,8 @@ int retry(DBQueueBroker &broker, Console &console, const QString &which)
 
 int exportTo(DBQueueBroker &broker, Console &console, const QString &file)
 {
+    if (QFileInfo::exists(file) || QFileInfo(file).isSymLink())
+        return fail(console, QStringLiteral("%1: expected a new file").arg(file));
     const auto waiting = broker.waiting(loyaltyQueue(), std::numeric_limits<int>::max());
     if (!broker.lastError().isEmpty())
         return fail(console, broker.lastError());
@@ -150,12 +165,14 @@ int runQueueCommand(DBQueueBroker &broker, Console &console, const QStringList &
         return list(broker, console);
     if (verb == QLatin1String("parked") && count == 1)
         return listParked(broker, console);
+    if (verb == QLatin1String("park") && count == 2)
+        return park(broker, console, arguments.at(1));
     if (verb == QLatin1String("retry") && count == 2)
         return retry(broker, console, arguments.at(1));
     if (verb == QLatin1String("export") && count == 2)
         return exportTo(broker, console, arguments.at(1));
     console.line(QStringLiteral(
-        "Expected: till queue [list | parked | retry ID | retry all | export FILE]"));
+        "Expected: till queue [list | parked | park ID | retry ID | retry all | export FILE]"));
     constexpr int badArguments = 2;
     return badArguments;
 }

@@ -42,30 +42,33 @@ std::optional<QString> ReceiptCounter::load()
 
 void ReceiptCounter::continueFrom(int lastShift, int lastNumber)
 {
+    isSaved = isSaved && shift >= lastShift && number >= lastNumber;
     shift = std::max(shift, lastShift);
     number = std::max(number, lastNumber);
 }
 
-int ReceiptCounter::next(QString &error)
+int ReceiptCounter::next()
 {
-    ++number;
-    error = save().value_or(QString());
-    return number;
+    isSaved = false;
+    return ++number;
 }
 
-std::optional<QString> ReceiptCounter::closeShift()
+void ReceiptCounter::closeShift()
 {
+    isSaved = false;
     ++shift;
-    return save();
 }
 
-std::optional<QString> ReceiptCounter::save() const
+std::optional<QString> ReceiptCounter::save()
 {
+    if (isSaved)
+        return std::nullopt;
     const QJsonObject content{{shiftKey, shift}, {numberKey, number}};
     const auto error =
         privatefile::write(file, QJsonDocument(content).toJson(QJsonDocument::Compact));
     if (error)
         return QStringLiteral("%1: cannot be written: %2").arg(file, *error);
+    isSaved = true;
     return std::nullopt;
 }
 

@@ -8,8 +8,8 @@ namespace till {
 
 /// Shift and receipt number of a till, kept in a file.
 ///
-/// Receipt numbers run on through the shifts and are never given out twice: the next one is on the
-/// disk before it is used.
+/// Receipt numbers run on through the shifts and are never given out twice, provided that `save`
+/// succeeds before a number is used.
 class ReceiptCounter
 {
 public:
@@ -21,18 +21,19 @@ public:
     void continueFrom(int lastShift, int lastNumber);
 
     int getShift() const { return shift; }
-    /// The next receipt's number. When it could not be written, `error` says why; the number is
-    /// good all the same, but may be given out again after a restart.
-    int next(QString &error);
+    /// The next receipt's number.
+    int next();
     /// Begins the next shift.
-    [[nodiscard]] std::optional<QString> closeShift();
+    void closeShift();
+    /// Writes what has changed. \return Why it is not on the disk; then the last numbers may be
+    /// given out again after a restart.
+    [[nodiscard]] std::optional<QString> save();
 
 private:
-    std::optional<QString> save() const;
-
     QString file;
     int shift = 1;
     int number = 0; ///< The last one given out.
+    bool isSaved = true;
 };
 
 } // namespace till

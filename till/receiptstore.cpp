@@ -22,6 +22,8 @@ constexpr auto suffix = QLatin1String(".json");
 /// Renames a file so that it bears the new name also after a power cut.
 std::optional<QString> moveFile(const QString &from, const QString &to)
 {
+    if (auto error = privatefile::createDirectory(QFileInfo(to).path()))
+        return error;
     if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
         return QStringLiteral("%1: cannot be moved to %2: %3")
             .arg(from, QFileInfo(to).path(), qt_error_string());
@@ -31,6 +33,16 @@ std::optional<QString> moveFile(const QString &from, const QString &to)
                 .arg(path, qt_error_string());
     }
     return std::nullopt;
+}
+
+std::optional<QString> removeFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists())
+        return std::nullopt;
+    if (file.remove() && privatefile::syncDirectory(QFileInfo(path).path()))
+        return std::nullopt;
+    return QStringLiteral("%1: cannot be removed: %2").arg(path, file.errorString());
 }
 
 std::optional<QString> write(const QSharedPointer<AbstractDocument> &document, const QString &file)
@@ -109,34 +121,46 @@ std::optional<QString> ReceiptStore::save(const QSharedPointer<AbstractDocument>
     return write(document, openFile());
 }
 
-std::optional<QString> ReceiptStore::keep(const QSharedPointer<AbstractDocument> &document)
-{
-    return write(document, committingFile(nameOf(*document)));
-}
-
 std::optional<QString> ReceiptStore::beginCommit(const QString &name)
 {
-    return moveOpenFile(committingFile(name));
+    const auto isSaved = isOpenFileFree() && hasOpenReceipt();
+    return isSaved ? moveOpenFile(committingFile(name)) : std::nullopt;
+}
+
+std::optional<QString>
+ReceiptStore::writeCommitting(const QSharedPointer<AbstractDocument> &document)
+{
+    return rewrite(document, committingFile(nameOf(*document)));
 }
 
 std::optional<QString> ReceiptStore::archive(const QString &name)
 {
-    if (openFileTarget == committingFile(name))
+    if (openFileHolds(name))
         return moveOpenFile(committedFile(name));
+    if (!QFileInfo::exists(committingFile(name)) && QFileInfo::exists(committedFile(name)))
+        return std::nullopt;
     return moveFile(committingFile(name), committedFile(name));
+}
+
+std::optional<QString>
+ReceiptStore::writeCommitted(const QSharedPointer<AbstractDocument> &document)
+{
+    return rewrite(document, committedFile(nameOf(*document)));
 }
 
 std::optional<QString> ReceiptStore::discard()
 {
-    QFile file(openFile());
-    if (!isOpenFileFree() || !file.exists() || file.remove())
-        return std::nullopt;
-    return QStringLiteral("%1: cannot be removed: %2").arg(openFile(), file.errorString());
+    return isOpenFileFree() ? removeFile(openFile()) : std::nullopt;
 }
 
 bool ReceiptStore::hasOpenReceipt() const
 {
     return QFileInfo::exists(openFile());
+}
+
+bool ReceiptStore::isCommitted(const QString &name) const
+{
+    return QFileInfo::exists(committingFile(name)) || QFileInfo::exists(committedFile(name));
 }
 
 QStringList ReceiptStore::committing() const
@@ -147,9 +171,13 @@ QStringList ReceiptStore::committing() const
 QSharedPointer<AbstractDocument> ReceiptStore::load(const QString &file, QString &error)
 {
     const auto loaded = MockFactory<SaveToFileLogic>::create()->load(file);
-    if (!loaded.document)
-        error = QStringLiteral("%1; %2").arg(loaded.error, setAside(file));
-    return loaded.document;
+    if (loaded.document)
+        return loaded.document;
+    // What only a newer version can read, or what could be read another time, is no waste.
+    const auto stays = !loaded.isDamaged && file != openFile();
+    error = QStringLiteral("%1; %2").arg(loaded.error,
+                                         stays ? QStringLiteral("it stays there") : setAside(file));
+    return {};
 }
 
 std::pair<int, int> ReceiptStore::highestNumbers() const
@@ -178,6 +206,27 @@ QString ReceiptStore::setAside(const QString &file)
                    .arg(suffix);
     const auto error = file == openFile() ? moveOpenFile(kept) : moveFile(file, kept);
     return error ? *error : QStringLiteral("it is kept as %1").arg(kept);
+}
+
+/// Whether "open.json" still holds that receipt, which is to be elsewhere.
+bool ReceiptStore::openFileHolds(const QString &name) const
+{
+    return openFileTarget == committingFile(name) || openFileTarget == committedFile(name);
+}
+
+/// Writes the receipt into the file, and removes what the places before it hold of the receipt.
+std::optional<QString> ReceiptStore::rewrite(const QSharedPointer<AbstractDocument> &document,
+                                             const QString &file)
+{
+    if (auto error = write(document, file))
+        return error;
+    const auto name = nameOf(*document);
+    if (openFileHolds(name)) {
+        openFileTarget.clear();
+        if (auto error = removeFile(openFile()))
+            return error;
+    }
+    return file == committingFile(name) ? std::nullopt : removeFile(committingFile(name));
 }
 
 std::optional<QString> ReceiptStore::moveOpenFile(const QString &target)

@@ -15,8 +15,8 @@ namespace till {
 ///
 /// "open.json" is the receipt being sold; "committing/" holds those that were handed to the loyalty
 /// system and are not yet known to be safe with it, "committed/" the finished ones and "damaged/"
-/// the files that could not be read. A receipt is in one of these places at any moment; every step
-/// is a rename that survives a power cut. Errors are returned as texts for the cashier.
+/// the files that are damaged. A receipt is in one of these places at any moment; every step
+/// survives a power cut. Errors are returned as texts for the cashier.
 class ReceiptStore
 {
 public:
@@ -38,20 +38,26 @@ public:
     /// Whether "open.json" may be written. It may not while it still holds an earlier receipt that
     /// could not be moved on; each `save` tries that again.
     bool isOpenFileFree() const { return openFileTarget.isEmpty(); }
-    /// Moves the receipt being sold to "committing/".
+    /// Moves the receipt being sold to "committing/", as far as it was saved.
     [[nodiscard]] std::optional<QString> beginCommit(const QString &name);
-    /// Writes a receipt in "committing/" once more, as it is now.
-    [[nodiscard]] std::optional<QString> keep(const QSharedPointer<AbstractDocument> &document);
+    /// Writes a receipt that is being committed, in place of what is kept of it elsewhere.
+    [[nodiscard]] std::optional<QString>
+    writeCommitting(const QSharedPointer<AbstractDocument> &document);
     /// Moves a receipt handed over to "committed/".
     [[nodiscard]] std::optional<QString> archive(const QString &name);
+    /// Writes a receipt handed over, in place of what is kept of it elsewhere.
+    [[nodiscard]] std::optional<QString>
+    writeCommitted(const QSharedPointer<AbstractDocument> &document);
     /// Removes the receipt being sold.
     [[nodiscard]] std::optional<QString> discard();
 
     bool hasOpenReceipt() const;
+    /// Whether a receipt of that name is in "committing/" or "committed/".
+    bool isCommitted(const QString &name) const;
     /// The names of the receipts in "committing/", oldest first.
     QStringList committing() const;
-    /// Reads a receipt; null when it is damaged, and then `error` says what is wrong and where the
-    /// file is kept.
+    /// Reads a receipt; null when that fails, and then `error` says what is wrong and where the
+    /// file is: put aside when it is damaged or the receipt being sold, else where it was.
     QSharedPointer<AbstractDocument> load(const QString &file, QString &error);
 
     /// The highest shift and receipt number among the receipts kept; zeros when there is none.
@@ -60,8 +66,11 @@ public:
     QString setAside(const QString &file);
 
 private:
-    std::optional<QString> moveOpenFile(const QString &target);
     QString committedFile(const QString &name) const;
+    bool openFileHolds(const QString &name) const;
+    std::optional<QString> moveOpenFile(const QString &target);
+    std::optional<QString> rewrite(const QSharedPointer<AbstractDocument> &document,
+                                   const QString &file);
 
     QString directory;
     QString openFileTarget; ///< Where the file is to go that still lies in "open.json".

@@ -23,21 +23,16 @@ Sale::~Sale()
 
 void Sale::open(int kind)
 {
-    if (document) {
-        parts.console.line(QStringLiteral("Receipt %1 is open; commit or cancel it first.")
-                               .arg(document->getHeader().num));
+    if (!hasNoReceipt())
         return;
-    }
     DocumentHeader header;
     header.kind = kind;
     header.shopCode = parts.place.shopCode;
     header.cashCode = parts.place.cashCode;
     header.shift = parts.counter.getShift();
     header.dateTimeBeg = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch());
-    QString error;
-    header.num = parts.counter.next(error);
-    if (!error.isEmpty())
-        parts.console.line(error);
+    header.num = parts.counter.next();
+    tellUnsaved(parts.counter.save());
     document = Receipt::create(header);
     save();
     parts.console.line(QStringLiteral("Receipt %1 is open.").arg(header.num));
@@ -89,7 +84,6 @@ void Sale::show()
 
 void Sale::enterCard(const QString &text)
 {
-    openIfNeeded();
     const auto answer = parts.system.getCardNumber({loyalty::CardNumberInputData::typed, text});
     if (!answer.success) {
         parts.console.line(answer.message.isEmpty()
@@ -97,6 +91,7 @@ void Sale::enterCard(const QString &text)
                                : answer.message.toString());
         return;
     }
+    openIfNeeded();
     // Not saved before the holder is known: a card alone must not survive a restart.
     auto record = QSharedPointer<DocumentCardRecord>::create(answer.number);
     document->setCardRecord(record);
@@ -126,13 +121,13 @@ void Sale::trigger(int actionCode)
     case EContext::Result::Done:
         if (document)
             save();
-        parts.console.line(QStringLiteral("Action %1 is done.").arg(actionCode));
+        parts.console.line(QStringLiteral("Done."));
         break;
     case EContext::Result::Failed:
-        parts.console.line(QStringLiteral("Action %1 failed.").arg(actionCode));
+        parts.console.line(QStringLiteral("Failed."));
         break;
     case EContext::Result::Skipped:
-        parts.console.line(QStringLiteral("Action %1: nothing was done.").arg(actionCode));
+        parts.console.line(QStringLiteral("Nothing was done."));
         break;
     case EContext::Result::Unhandled:
         parts.console.line(QStringLiteral("Nothing serves action %1.").arg(actionCode));
@@ -160,21 +155,17 @@ void Sale::cancel()
     takeCardOff();
     attach({}, {});
     document.reset();
-    if (const auto error = parts.store.discard())
-        parts.console.line(*error);
+    tellUnsaved(parts.store.discard());
     parts.console.line(QStringLiteral("Receipt %1 is cancelled.").arg(number));
 }
 
 void Sale::closeShift()
 {
-    if (document) {
-        parts.console.line(QStringLiteral("Receipt %1 is open; commit or cancel it first.")
-                               .arg(document->getHeader().num));
+    if (!hasNoReceipt())
         return;
-    }
     const auto closed = parts.counter.getShift();
-    if (const auto error = parts.counter.closeShift())
-        parts.console.line(*error);
+    parts.counter.closeShift();
+    tellUnsaved(parts.counter.save());
     parts.console.line(QStringLiteral("Shift %1 is closed, shift %2 begins.")
                            .arg(closed)
                            .arg(parts.counter.getShift()));
@@ -187,6 +178,14 @@ bool Sale::hasReceipt()
     return !document.isNull();
 }
 
+bool Sale::hasNoReceipt()
+{
+    if (document)
+        parts.console.line(QStringLiteral("Receipt %1 is open; commit or cancel it first.")
+                               .arg(document->getHeader().num));
+    return document.isNull();
+}
+
 void Sale::openIfNeeded()
 {
     constexpr int sale = 1;
@@ -196,9 +195,18 @@ void Sale::openIfNeeded()
 
 void Sale::save()
 {
-    if (const auto error = parts.store.save(document))
-        parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
+    const auto error = parts.store.save(document);
+    isSaved = !error;
+    tellUnsaved(error);
     attach(document, parts.store.isOpenFileFree() ? parts.store.openFile() : QString());
+    if (isSaved)
+        fileUnfinished();
+}
+
+void Sale::tellUnsaved(const std::optional<QString> &error)
+{
+    if (error)
+        parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
 }
 
 void Sale::attach(const Receipt &receipt, const QString &file)

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class AbstractDocument;
 class BasicLoyaltySystem;
@@ -57,8 +58,8 @@ public:
     void add(const QString &code, const QString &name, double price, double quantity);
     void discount(int posnum, double sum, int campaignCode, int mode, int source);
     void show();
-    /// Puts a card on the receipt and identifies its holder. When that fails there is no card on
-    /// the receipt afterwards, not even the one before.
+    /// Puts a card on the receipt and identifies its holder. When the holder cannot be identified
+    /// there is no card on the receipt afterwards, not even the one before.
     void enterCard(const QString &text);
     void showHolder();
     void trigger(int actionCode);
@@ -67,27 +68,43 @@ public:
     void commit();
     void cancel();
     void closeShift();
+    /// Whether nothing would be lost if the till ended now. Tries first to bring what is only in
+    /// memory to the disk or to the service, and names the receipts that are left.
+    bool mayEnd();
 
     /// Called after every commit.
-    void setCommitted(std::function<void()> callback) { committed = std::move(callback); }
+    void setAfterCommit(std::function<void()> callback) { afterCommit = std::move(callback); }
 
 private:
     using Receipt = QSharedPointer<AbstractDocument>;
 
+    /// A committed receipt on its way out of the till.
+    struct Committed
+    {
+        Receipt receipt;
+        bool isOnDisk = true;    ///< As it was committed.
+        bool isReported = false; ///< Its order is at the service or in the queue.
+    };
+
     bool hasReceipt();
+    bool hasNoReceipt();
     void openIfNeeded();
     void save();
     void attach(const Receipt &receipt, const QString &file);
     void takeCardOff();
+    void tellUnsaved(const std::optional<QString> &error);
     bool restore(const Receipt &receipt, const QString &file);
-    bool handOver(const Receipt &receipt);
-    void retryPending();
+    bool handOver(Committed committed);
+    std::optional<QString> file(Committed &committed);
+    void fileUnfinished();
+    void reportUnfinished();
     void recoverOpenReceipt();
 
     SaleParts parts;
     Receipt document;
-    QList<Receipt> pending; ///< Handed over, but the queue could not take their order.
-    std::function<void()> committed = [] {};
+    bool isSaved = true;         ///< Whether the file of the receipt being sold is up to date.
+    QList<Committed> unfinished; ///< Not reported yet, or reported and not on the disk.
+    std::function<void()> afterCommit = [] {};
 };
 
 } // namespace till

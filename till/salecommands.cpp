@@ -34,7 +34,7 @@ bool SaleCommands::run()
     for (;;) {
         const auto line = console.readCommand(QStringLiteral("till>"));
         if (line.kind == ConsoleLine::Kind::End)
-            return allUnderstood;
+            return sale.mayEnd() && allUnderstood;
         if (line.kind == ConsoleLine::Kind::Refused) {
             console.line(line.text);
             allUnderstood = false;
@@ -56,8 +56,6 @@ SaleCommands::Outcome SaleCommands::execute(const QString &line)
         return Outcome::Understood;
     auto words = QProcess::splitCommand(text);
     const auto name = words.isEmpty() ? QString() : words.takeFirst();
-    if (name == QLatin1String("quit"))
-        return Outcome::Quit;
     // A number is taken as it was typed, blanks and quotes included.
     if (name == QLatin1String("card") && text.startsWith(name) && !words.isEmpty())
         words = QStringList(text.mid(name.size()).trimmed());
@@ -68,7 +66,10 @@ SaleCommands::Outcome SaleCommands::execute(const QString &line)
             console.line(QStringLiteral("Expected: %1").arg(command.usage));
             return Outcome::NotUnderstood;
         }
-        return command.run(*this, words) ? Outcome::Understood : Outcome::NotUnderstood;
+        const auto understood = command.run(*this, words);
+        if (quits)
+            return Outcome::Quit;
+        return understood ? Outcome::Understood : Outcome::NotUnderstood;
     }
     console.line(QStringLiteral("Unknown command \"%1\"; \"help\" lists the commands.").arg(name));
     return Outcome::NotUnderstood;
@@ -128,7 +129,8 @@ const QList<SaleCommands::Command> &SaleCommands::commands()
         simple("plugin", "shows what is loaded",
                [](auto &self) { self.console.line(self.pluginDescription); }),
         simple("help", "shows this list", [](auto &self) { self.console.line(help()); }),
-        simple("quit", "ends the till; an open receipt stays open", [](auto &) {}),
+        {QStringLiteral("quit"), QStringLiteral("quit [now]"),
+         QStringLiteral("ends the till; an open receipt stays open"), 0, 1, &SaleCommands::quit},
     };
     return list;
 }
@@ -195,6 +197,19 @@ bool SaleCommands::action(const QStringList &arguments)
 bool SaleCommands::showQueue()
 {
     console.line(queueStateText(*Singleton<DBQueueBroker>::instance()));
+    return true;
+}
+
+bool SaleCommands::quit(const QStringList &arguments)
+{
+    const auto isForced = arguments == QStringList(QStringLiteral("now"));
+    if (!isForced && !arguments.isEmpty())
+        return refuse(QStringLiteral("\"quit\" or \"quit now\""));
+    quits = isForced || sale.mayEnd();
+    if (!quits)
+        console.line(
+            QStringLiteral("The till goes on. Make room on the disk and quit again; \"quit now\" "
+                           "ends it all the same."));
     return true;
 }
 

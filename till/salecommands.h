@@ -24,7 +24,7 @@ public:
     SaleCommands(Sale &sale, Console &console, QString pluginDescription);
 
     /// Runs commands until "quit" or the end of the input. A line that begins with "#" is a
-    /// comment and is shown. \return Whether every line was understood.
+    /// comment and is shown. \return Whether every line was understood and no receipt is lost.
     bool run();
     Outcome execute(const QString &line);
 
@@ -49,10 +49,12 @@ private:
     bool discount(const QStringList &arguments);
     bool action(const QStringList &arguments);
     bool showQueue();
+    bool quit(const QStringList &arguments);
 
     Sale &sale;
     Console &console;
     QString pluginDescription;
+    bool quits = false;
 };
 
 } // namespace till

@@ -9,45 +9,53 @@
 #include <host/basicloyaltysystem.h>
 #include <host/dbqueuebroker.h>
 
+#include <log4qt/logger.h>
+#include <log4qt/logmanager.h>
+
+#include <QElapsedTimer>
+
+#include <algorithm>
 #include <utility>
 
 namespace till {
 
 namespace {
 
-/// How many receipts are reported one after the other: each may cost the cashier the time-out of
-/// the service.
+/// How many receipts are reported one after the other, and for how many milliseconds another one is
+/// begun: each may cost the cashier the time-out of the service.
 constexpr int receiptsAtOnce = 3;
+constexpr qint64 patience = 1'000;
+
+const Log4Qt::Logger &logger()
+{
+    static const auto *const sale = Log4Qt::LogManager::logger(QStringLiteral("till.sale"));
+    return *sale;
+}
+
+QString numberOf(const AbstractDocument &receipt)
+{
+    return QString::number(receipt.getHeader().num);
+}
 
 } // namespace
 
 void Sale::recover()
 {
-    int tried = 0;
     for (const auto &name : parts.store.committing()) {
-        const auto file = parts.store.committingFile(name);
         QString error;
-        const auto receipt = parts.store.load(file, error);
+        const auto receipt = parts.store.load(parts.store.committingFile(name), error);
         if (!receipt) {
             parts.console.line(error);
             continue;
         }
-        // What the queue could not take just now it would not take for the next receipt.
-        if (tried == receiptsAtOnce || !pending.isEmpty()) {
-            pending.append(receipt);
-            continue;
-        }
-        ++tried;
-        restore(receipt, file);
-        if (handOver(receipt))
-            parts.console.line(
-                QStringLiteral("Receipt %1, whose commit was interrupted, is committed.")
-                    .arg(receipt->getHeader().num));
+        parts.counter.continueFrom(receipt->getHeader().shift, receipt->getHeader().num);
+        unfinished.append({receipt});
     }
-    if (!pending.isEmpty())
+    reportUnfinished();
+    if (!unfinished.isEmpty())
         parts.console.line(
             QStringLiteral("Receipts still to be reported: %1; up to %2 go with each commit.")
-                .arg(pending.size())
+                .arg(unfinished.size())
                 .arg(receiptsAtOnce));
     if (parts.store.hasOpenReceipt())
         recoverOpenReceipt();
@@ -67,68 +75,138 @@ void Sale::commit()
     }
     save();
     const auto name = ReceiptStore::nameOf(*document);
-    if (const auto error = parts.store.beginCommit(name))
-        parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
-    attach(document, parts.store.isOpenFileFree() ? parts.store.committingFile(name) : QString());
-    const auto receipt = std::exchange(document, {});
-    const auto safe = handOver(receipt);
+    tellUnsaved(parts.store.beginCommit(name));
+    Committed committed{std::exchange(document, {}), isSaved};
+    file(committed);
+    const auto &receipt = committed.receipt;
+    attach(receipt, parts.store.isOpenFileFree() ? parts.store.committingFile(name) : QString());
+    const auto isReported = handOver(committed);
     parts.console.line(QStringLiteral("Receipt %1 is committed, total %2.")
-                           .arg(receipt->getHeader().num)
-                           .arg(moneyText(receipt->getTotal())));
+                           .arg(numberOf(*receipt), moneyText(receipt->getTotal())));
     // What the queue could not take just now it would not take for an older receipt.
-    if (safe)
-        retryPending();
-    committed();
+    if (isReported)
+        reportUnfinished();
+    afterCommit();
 }
 
-/// Makes a receipt the one at hand, with what its file says of the holder.
+bool Sale::mayEnd()
+{
+    if (document)
+        save();
+    else
+        reportUnfinished();
+    fileUnfinished();
+    tellUnsaved(parts.counter.save());
+    QStringList inMemory;
+    if (document && !isSaved)
+        inMemory.append(numberOf(*document));
+    for (const auto &committed : std::as_const(unfinished)) {
+        if (!committed.isOnDisk)
+            inMemory.append(numberOf(*committed.receipt));
+    }
+    if (!inMemory.isEmpty())
+        parts.console.line(
+            QStringLiteral("Only in memory: receipt %1.").arg(inMemory.join(QLatin1String(", "))));
+    return inMemory.isEmpty();
+}
+
+/// Makes a receipt the one at hand, with what it says of the holder.
 bool Sale::restore(const Receipt &receipt, const QString &file)
 {
     // A receipt without a card leaves the system's holder as it is.
     parts.system.clearLoyaltyData();
     attach(receipt, file);
-    return parts.system.restoreLoyaltySystem();
+    if (parts.system.restoreLoyaltySystem())
+        return true;
+    parts.console.line(parts.system.getLastErrorString());
+    return false;
 }
 
-/// Has the loyalty system commit the receipt at hand. \return Whether its order is safe.
-bool Sale::handOver(const Receipt &receipt)
+/// Has the loyalty system report the receipt at hand. \return Whether its order is safe.
+bool Sale::handOver(Committed committed)
 {
+    // The loyalty system does not look whether the queue takes a message, and the status of an
+    // order must not be queued without its creation.
     auto *const broker = Singleton<DBQueueBroker>::instance();
-    const auto failuresBefore = broker->failedPuts();
-    if (!parts.system.commit(receipt))
+    logger().info(QStringLiteral("receipt %1 goes to the loyalty system"),
+                  ReceiptStore::nameOf(*committed.receipt));
+    broker->beginBatch();
+    const auto isAccepted = parts.system.commit(committed.receipt);
+    const auto isQueued = broker->endBatch();
+    committed.isReported = isAccepted && isQueued;
+    if (!isAccepted)
         parts.console.line(parts.system.getLastErrorString());
-    const auto safe = broker->failedPuts() == failuresBefore;
+    if (!isQueued)
+        parts.console.line(QStringLiteral("[not queued] %1").arg(broker->lastError()));
     parts.system.clearAfterClose();
     parts.system.clearLoyaltyData();
     attach({}, {});
-    if (!safe) {
-        pending.append(receipt);
-        // The file may lack what came after the disk was full.
-        const auto advice = parts.store.keep(receipt)
-                                ? QStringLiteral("is not on the disk; it will be reported at the "
-                                                 "next commit. Do not stop the till before.")
-                                : QStringLiteral("is kept and will be reported at the next commit "
-                                                 "or start.");
+
+    const auto error = file(committed);
+    const auto number = numberOf(*committed.receipt);
+    if (committed.isReported) {
+        tellUnsaved(error);
+        if (!committed.isOnDisk)
+            parts.console.line(QStringLiteral("Receipt %1 is reported, but not on the disk. Do not "
+                                              "stop the till before there is room.")
+                                   .arg(number));
+    } else if (committed.isOnDisk)
         parts.console.line(
-            QStringLiteral("[not queued] %1\nReceipt %2 %3")
-                .arg(broker->lastPutError(), QString::number(receipt->getHeader().num), advice));
-    } else if (const auto error = parts.store.archive(ReceiptStore::nameOf(*receipt))) {
-        parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
-    }
-    return safe;
+            QStringLiteral("Receipt %1 is kept and will be reported at the next commit or start.")
+                .arg(number));
+    else
+        parts.console.line(QStringLiteral("Receipt %1 is not on the disk; it will be reported at "
+                                          "the next commit. Do not stop the till before.")
+                               .arg(number));
+    if (error || !committed.isReported)
+        unfinished.append(committed);
+    return committed.isReported;
 }
 
-/// Tries again what the queue could not take.
-void Sale::retryPending()
+/// Brings a receipt's file up to date and to its place. \return Why that failed.
+std::optional<QString> Sale::file(Committed &committed)
 {
-    for (int tried = 0; tried < receiptsAtOnce && !pending.isEmpty(); ++tried) {
-        const auto receipt = pending.takeFirst();
-        if (const auto error = parts.store.keep(receipt))
-            parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
-        restore(receipt, {});
-        if (!handOver(receipt))
+    std::optional<QString> error;
+    if (committed.isReported)
+        error = committed.isOnDisk ? parts.store.archive(ReceiptStore::nameOf(*committed.receipt))
+                                   : parts.store.writeCommitted(committed.receipt);
+    else if (!committed.isOnDisk)
+        error = parts.store.writeCommitting(committed.receipt);
+    committed.isOnDisk = committed.isOnDisk || !error;
+    return error;
+}
+
+/// Catches up on what the disk could not take.
+void Sale::fileUnfinished()
+{
+    for (auto committed = unfinished.begin(); committed != unfinished.end();) {
+        const auto isFinished = !file(*committed) && committed->isReported;
+        committed = isFinished ? unfinished.erase(committed) : committed + 1;
+    }
+}
+
+/// Catches up on what the queue could not take, as far as that does not make the cashier wait.
+void Sale::reportUnfinished()
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (int tried = 0; tried < receiptsAtOnce && timer.elapsed() < patience; ++tried) {
+        const auto next =
+            std::find_if(unfinished.begin(), unfinished.end(),
+                         [](const Committed &committed) { return !committed.isReported; });
+        if (next == unfinished.end())
             return;
-        parts.console.line(QStringLiteral("Receipt %1 is reported.").arg(receipt->getHeader().num));
+        const auto committed = *next;
+        unfinished.erase(next);
+        if (!restore(committed.receipt, {})) {
+            unfinished.append(committed);
+            attach({}, {});
+            return;
+        }
+        if (!handOver(committed))
+            return;
+        parts.console.line(
+            QStringLiteral("Receipt %1 is reported.").arg(numberOf(*committed.receipt)));
     }
 }
 
@@ -140,16 +218,20 @@ void Sale::recoverOpenReceipt()
         parts.console.line(error);
         return;
     }
-    document = receipt;
-    const auto &header = document->getHeader();
+    const auto &header = receipt->getHeader();
     parts.counter.continueFrom(header.shift, header.num);
-    const auto restored = restore(document, parts.store.openFile());
+    if (parts.store.isCommitted(ReceiptStore::nameOf(*receipt))) {
+        const auto file = parts.store.openFile();
+        parts.console.line(QStringLiteral("%1: its receipt %2 is committed already; %3")
+                               .arg(file, numberOf(*receipt), parts.store.setAside(file)));
+        return;
+    }
+    document = receipt;
+    restore(document, parts.store.openFile());
     parts.console.line(QStringLiteral("Receipt %1 is open again: %2 positions, total %3.")
                            .arg(header.num)
                            .arg(document->getGoodsItems().size())
                            .arg(moneyText(document->getTotal())));
-    if (!restored)
-        parts.console.line(parts.system.getLastErrorString());
 }
 
 } // namespace till

@@ -59,8 +59,8 @@ class Till:
             if again := re.match(r"Receipt (\d+) is open again: (\d+) positions", line):
                 receipt, positions = int(again[1]), int(again[2])
                 self.opened.add(receipt)
-            elif done := re.match(r"Receipt (\d+), whose commit was interrupted, is com", line):
-                self.announced[int(done[1])] = (self.positions, None)
+            elif done := re.match(r"Receipt (\d+) is reported", line):
+                self.announced.setdefault(int(done[1]), (self.positions, None))
             else:
                 raise Failure(f"till {self.number} says at its start: {line}")
         self.leave()
@@ -95,7 +95,7 @@ class Till:
                               f"{choice.choice([0, 0, 1])}", r"\d+\. .* -|The discount is larger")
         if choice.random() < 0.1:
             self.enter("identification")
-            await self.do("edit", "Action 170")
+            await self.do("edit", "Done|Failed|Nothing")
         self.leave()
         await (self.cancel() if choice.random() < 0.08 else self.commit())
 

@@ -118,6 +118,7 @@ TEST_F(Delivery, AMessageWithoutTheServicesAnswerStaysFirst)
         {200, 0, {}},
         {200, 0, "<html>Log in</html>"},
         {500, 0, {}},
+        {401, 0, R"({"status":"ProtocolError"})"},
         {429, 0, R"({"status":"ProtocolError"})"},
         {503, 0, R"({"errorMessage":"busy"})"},
     };
@@ -130,6 +131,11 @@ TEST_F(Delivery, AMessageWithoutTheServicesAnswerStaysFirst)
         EXPECT_THAT(state().oldest->lastError.toStdString(), HasSubstr("HTTP code"));
         EXPECT_EQ(service.received.back(), "+A");
     }
+    // Put off for too long, it no longer keeps the others from going out.
+    while (state().parked == 0 && tries < 2 * till::Deliverer::mostDeferrals)
+        ++tries, deliver();
+    EXPECT_GE(tries, till::Deliverer::mostDeferrals);
+    EXPECT_EQ(service.received.back(), "=A");
 }
 
 TEST_F(Delivery, ARefusedOrMalformedMessageIsParkedWithTheReasonAndTheRestGoesOn)

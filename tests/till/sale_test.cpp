@@ -47,12 +47,16 @@ public:
     {
         EXPECT_EQ(document, currentDocument);
         committed.push_back(std::to_string(document->getHeader().num) + holder.toStdString());
-        Singleton<DBQueueBroker>::instance()->put(QStringLiteral("lmmindbox"), {}, {});
+        auto *const broker = Singleton<DBQueueBroker>::instance();
+        broker->put(QStringLiteral("lmmindbox"), {}, {});
+        betweenPuts();
+        broker->put(QStringLiteral("lmmindbox"), {}, {});
         return true;
     }
 
     QString holder;
     std::vector<std::string> committed; ///< Number and holder.
+    std::function<void()> betweenPuts = [] {};
 };
 
 /// One run of the till.
@@ -202,12 +206,13 @@ TEST_F(SaleTest, AnInterruptedCommitIsCommittedAgainAndADamagedFileIsKeptAside)
         ASSERT_EQ(till.store.beginCommit(till::ReceiptStore::nameOf(*document)), std::nullopt);
     }
     write(QStringLiteral("committing/a.json"), "");
+    write(QStringLiteral("committing/b.json"), R"({"format":"till-receipt","version":2})");
     write(QStringLiteral("open.json"), "{\"half\":");
     Till till(directory.path());
     EXPECT_THAT(till.shown(),
                 AllOf(HasSubstr("damaged/a.1.json"), HasSubstr("damaged/open.1.json")));
     EXPECT_THAT(till.system.committed, ElementsAre("1Anna"));
-    EXPECT_EQ(till.store.committing(), QStringList());
+    EXPECT_EQ(till.store.committing(), QStringList(QStringLiteral("b"))); // a newer one stays
     EXPECT_EQ(QDir(directory.filePath(QStringLiteral("damaged"))).count(), 4U);
     EXPECT_EQ(till.store.highestNumbers().second, 1);
 }
@@ -231,24 +236,54 @@ TEST_F(SaleTest, AReceiptThatTheQueueCannotTakeIsReportedAtTheNextCommitAndAtThe
     Till till(directory.path());
     EXPECT_THAT(till.system.committed, ElementsAre("3"));
     EXPECT_EQ(till.store.committing().size(), 0);
+
+    // No message of a receipt is queued without the others, even if the queue takes only some.
+    setQueueUsable(false);
+    till.system.betweenPuts = [this] { setQueueUsable(true); };
+    till.execute({"add 2 Bread 5.00", "commit"});
+    const auto state = Singleton<DBQueueBroker>::instance()->state(QStringLiteral("lmmindbox"));
+    EXPECT_EQ(state->waiting % 2, 0);
 }
 
 TEST_F(SaleTest, AReceiptThatCannotBeMovedIsNotOverwrittenAndTheSaleGoesOn)
 {
     Till till(directory.path());
     const QDir data(directory.path());
-    data.rmdir(QStringLiteral("committing"));
-    data.rmdir(QStringLiteral("committed"));
+    const auto obstacles = {QStringLiteral("committing"), QStringLiteral("committed")};
+    for (const auto &name : obstacles) {
+        data.rmdir(name);
+        write(name, "");
+    }
     till.execute({"add 1 Milk 10.00", "commit", "add 2 Bread 5.00"});
     EXPECT_THAT(till.system.committed, ElementsAre("1"));
     EXPECT_THAT(till.shown(), HasSubstr("[not saved]"));
     QString error;
     EXPECT_EQ(till.store.load(till.store.openFile(), error)->getHeader().num, 1);
 
-    ASSERT_EQ(till.store.prepare(), std::nullopt);
-    till.execute("add 2 Bread 5.00");
-    EXPECT_EQ(till.store.load(till.store.openFile(), error)->getHeader().num, 2);
-    EXPECT_EQ(till.store.highestNumbers().second, 1);
+    // The second one is then nowhere but in memory, committed or not.
+    till.execute("commit");
+    EXPECT_EQ(till.execute("quit"), Outcome::Understood);
+    EXPECT_THAT(till.shown(), HasSubstr("Only in memory: receipt 2."));
+    for (const auto &name : obstacles)
+        QFile::remove(directory.filePath(name));
+    till.execute("add 3 Tea 5.00");
+    EXPECT_EQ(till.store.load(till.store.openFile(), error)->getHeader().num, 3);
+    EXPECT_EQ(till.store.highestNumbers().second, 2);
+    EXPECT_EQ(till.execute("quit"), Outcome::Quit);
+}
+
+TEST_F(SaleTest, AReceiptThatIsCommittedDoesNotComeBackOpen)
+{
+    {
+        Till till(directory.path());
+        till.execute("add 1 Milk 10.00");
+        QFile::copy(till.store.openFile(), directory.filePath(QStringLiteral("copy")));
+        till.execute("commit");
+        QFile::rename(directory.filePath(QStringLiteral("copy")), till.store.openFile());
+    }
+    Till till(directory.path());
+    EXPECT_THAT(till.shown(), HasSubstr("receipt 1 is committed already; it is kept as"));
+    EXPECT_FALSE(till.store.hasOpenReceipt());
 }
 
 TEST_F(SaleTest, ADamagedCounterIsNotTakenForANewOne)
