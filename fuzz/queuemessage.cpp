@@ -10,6 +10,7 @@
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QUrlQuery>
 
 #include <sstream>
 
@@ -98,5 +99,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     sent.remove(pointOfContact);
     expected.remove(pointOfContact);
     require(sent == expected);
+    const auto method = message->message.value(QLatin1String("method")).toString();
+    require(QUrlQuery(delivery.http.sentUrl).queryItemValue(QStringLiteral("operation")) ==
+            (method == QLatin1String("create") ? QLatin1String("Offline.CreateAuthorizedOrder")
+                                               : QLatin1String("Offline.ChangeStatus")));
     return 0;
 }

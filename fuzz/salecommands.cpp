@@ -10,6 +10,7 @@
 #include "till/sale.h"
 #include "till/salecommands.h"
 
+#include <host/abstractdocument.h>
 #include <host/dbqueuebroker.h>
 #include <host/dialog.h>
 #include <host/savetofilelogic.h>
@@ -22,57 +23,147 @@
 
 namespace {
 
-/// A service that knows a customer from the second look on and takes "1234" for their code.
+const auto processingStatus = QStringLiteral("processingStatus");
+
+QString identifierOf(const QJsonObject &body)
+{
+    const auto ids = body.value(QLatin1String("order")).toObject().value(QLatin1String("ids"));
+    return ids[QLatin1String("externalOrderIdLm")].toString();
+}
+
+/// Answers like the service. It knows a customer from the second look on, keeps the e-mail it is
+/// given for them and takes "1234" for their code. What becomes of an order depends on its total.
 class SmallService : public FakeRestClient
 {
 public:
+    enum class Fate { Accepted, Refused, Lost };
+
     void send(const QUrl &url, const QJsonDocument &document,
               const QHash<QString, QString> &headers) override
     {
         FakeRestClient::send(url, document, headers);
+        httpCode = 200;
         const auto operation = QUrlQuery(url).queryItemValue(QStringLiteral("operation"));
-        if (operation == QLatin1String("Offline.GetCustomer"))
-            answer = requests % 2 == 1
-                         ? R"({"status":"Success","customer":{"processingStatus":"NotFound"}})"
-                         : R"({"status":"Success","customer":{"processingStatus":"Found",
-                               "mobilePhone":79160000001}})";
-        else if (operation == QLatin1String("Offline.RegisterCustomer"))
-            answer = R"({"status":"Success","customer":{"processingStatus":"Created"}})";
-        else if (document.toJson().contains("1234"))
-            answer = R"({"status":"Success",
-                         "smsConfirmation":{"processingStatus":"MobilePhoneConfirmed"}})";
+        if (operation == QLatin1String("Offline.CreateAuthorizedOrder"))
+            takeOrder();
+        else if (operation == QLatin1String("Offline.ConfirmMobilePhone"))
+            checkCode();
         else
-            answer = R"({"status":"Success",
-                         "smsConfirmation":{"processingStatus":"IncorrectConfirmationCode"}})";
+            describeCustomer(operation);
     }
+    void forgetCustomer()
+    {
+        looks = 0;
+        email.clear();
+    }
+
+    QHash<QString, Fate> orders; ///< By identifier.
+
+private:
+    void describeCustomer(const QString &operation)
+    {
+        const auto given = sentBody.value(QLatin1String("customer"))[QLatin1String("email")];
+        if (!given.toString().isEmpty())
+            email = given.toString();
+        auto status = QStringLiteral("Found");
+        if (operation == QLatin1String("Offline.RegisterCustomer"))
+            status = QStringLiteral("Created");
+        else if (operation == QLatin1String("Offline.GetCustomer") && ++looks == 1)
+            status = QStringLiteral("NotFound");
+        succeed(QStringLiteral("customer"), {{QStringLiteral("mobilePhone"), 79160000001.0},
+                                             {QStringLiteral("email"), email},
+                                             {processingStatus, status}});
+    }
+    void checkCode()
+    {
+        const auto code = sentBody.value(QLatin1String("smsConfirmation"))[QLatin1String("code")];
+        const auto isRight = code.toString() == QLatin1String("1234");
+        succeed(QStringLiteral("smsConfirmation"),
+                {{processingStatus, isRight ? QStringLiteral("MobilePhoneConfirmed")
+                                            : QStringLiteral("IncorrectConfirmationCode")}});
+    }
+    void takeOrder()
+    {
+        const auto total = sentBody.value(QLatin1String("order"))[QLatin1String("totalPrice")];
+        const auto fate = static_cast<Fate>(qRound64(total.toDouble() * 100) % 3);
+        orders.insert(identifierOf(sentBody), fate);
+        const auto isAccepted = fate == Fate::Accepted;
+        succeed(QStringLiteral("order"),
+                {{processingStatus,
+                  isAccepted ? QStringLiteral("Processed") : QStringLiteral("NotProcessed")}});
+        if (fate != Fate::Lost)
+            return;
+        httpCode = 0;
+        answer.clear();
+    }
+    void succeed(const QString &key, const QJsonObject &content)
+    {
+        const QJsonObject body = {{QStringLiteral("status"), QStringLiteral("Success")},
+                                  {key, content}};
+        answer = QJsonDocument(body).toJson(QJsonDocument::Compact);
+    }
+
+    int looks = 0;
+    QString email;
 };
 
-/// Every receipt that a sale left behind can be read, and no queued order is without one.
-void checkFiles(const QString &directory)
+/// The orders of the sales left behind; every receipt can be read.
+QSet<QString> soldOrders(const QString &directory)
 {
     SaveToFileLogic files;
-    int count = 0;
+    QSet<QString> orders;
     for (const auto *place : {"/committed", "/committing", "/damaged"}) {
         QDirIterator entries(directory + QLatin1String(place), QDir::Files);
         while (entries.hasNext()) {
-            require(!files.load(entries.next()).document.isNull());
-            ++count;
+            const auto document = files.load(entries.next()).document;
+            require(!document.isNull());
+            const auto &header = document->getHeader();
+            if (header.kind == 1)
+                orders.insert(QStringLiteral("%1%2%3%4%5")
+                                  .arg(header.shopCode, 4, 10, QLatin1Char('0'))
+                                  .arg(header.cashCode, 2, 10, QLatin1Char('0'))
+                                  .arg(header.shift, 4, 10, QLatin1Char('0'))
+                                  .arg(header.num, 7, 10, QLatin1Char('0'))
+                                  .arg(header.dateTimeBeg.toString(QStringLiteral("hhmmss"))));
         }
     }
+    return orders;
+}
+
+/// Every sale has reached the service or waits for it: its creation when the service did not hear
+/// of it, and behind that its status unless the service refused the order.
+void checkOrders(const QSet<QString> &sold, const QHash<QString, SmallService::Fate> &sent)
+{
+    require(sold == QSet<QString>(sent.keyBegin(), sent.keyEnd()));
+    QSet<QString> created;
+    QSet<QString> changed;
     auto *const broker = Singleton<DBQueueBroker>::instance();
-    for (const auto &message : broker->waiting(till::loyaltyQueue(), 1000)) {
-        require(--count >= 0);
-        require(broker->remove(message.id));
+    for (const auto &queued : broker->waiting(till::loyaltyQueue(), 1000)) {
+        const auto method = queued.message.value(QLatin1String("method")).toString();
+        const auto order = identifierOf(queued.message.value(QLatin1String("payload")).toObject());
+        require(sold.contains(order));
+        const auto isLost = sent.value(order) == SmallService::Fate::Lost;
+        if (method == QLatin1String("create")) {
+            require(isLost);
+            created.insert(order);
+        } else {
+            require(method == QLatin1String("change"));
+            require(!isLost || created.contains(order));
+            changed.insert(order);
+        }
+        require(broker->remove(queued.id));
+    }
+    for (auto entry = sent.begin(); entry != sent.end(); ++entry) {
+        require(created.contains(entry.key()) == (*entry == SmallService::Fate::Lost));
+        require(changed.contains(entry.key()) == (*entry != SmallService::Fate::Refused));
     }
 }
 
 void sell(Bytes bytes, const QString &directory)
 {
-    static SmallService service;
     static lmmindbox::Plugin plugin;
     static const auto ready = plugin.init();
     require(ready);
-    service.requests = 0;
 
     std::ostringstream output;
     till::ConsoleInput input(descriptorOf(bytes));
@@ -93,11 +184,16 @@ void sell(Bytes bytes, const QString &directory)
 /// What a cashier types, with the plugin and its dialogs; then the till is started again.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const auto directory = scratchDirectory() + QLatin1String("/till");
-    Singleton<DBQueueBroker>::instance()->setFile(scratchDirectory() + QLatin1String("/queue.db"));
+    static SmallService service;
+    static auto *const broker = Singleton<DBQueueBroker>::instance();
+    static const auto directory = scratchDirectory() + QLatin1String("/till");
+    if (broker->file().isEmpty())
+        broker->setFile(scratchDirectory() + QLatin1String("/queue.db"));
+    service.forgetCustomer();
+    service.orders.clear();
     QDir(directory).removeRecursively();
     sell({data, size}, directory);
     sell({}, directory);
-    checkFiles(directory);
+    checkOrders(soldOrders(directory), service.orders);
     return 0;
 }
