@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <curl/curl.h>
 
 template class MockFactory<RestClient>;
 
@@ -46,4 +47,9 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
 http::Response RestClient::getResponse() const
 {
     return response;
+}
+
+QString RestClient::transportErrorText(int transportCode)
+{
+    return QString::fromUtf8(curl_easy_strerror(static_cast<CURLcode>(transportCode)));
 }

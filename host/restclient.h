@@ -48,6 +48,9 @@ public:
     /// The outcome of the last `send`.
     virtual http::Response getResponse() const;
 
+    /// What a response's transport code says, in English words.
+    static QString transportErrorText(int transportCode);
+
 private:
     class Connection;
     std::unique_ptr<Connection> connection;

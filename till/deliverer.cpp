@@ -3,6 +3,7 @@
 #include "interface/interface.h"
 
 #include <host/dbqueuebroker.h>
+#include <host/restclient.h>
 
 #include <QJsonDocument>
 
@@ -94,9 +95,11 @@ Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, qin
 {
     if (result.success())
         return {Verdict::Accepted, {}};
-    const auto codes = QStringLiteral("HTTP code %1, transport code %2")
-                           .arg(result.httpCode)
-                           .arg(result.transportCode);
+    auto codes = QStringLiteral("HTTP code %1").arg(result.httpCode);
+    if (result.transportCode != 0)
+        codes += QStringLiteral(", transport code %1: %2")
+                     .arg(QString::number(result.transportCode),
+                          RestClient::transportErrorText(result.transportCode));
     // No JSON object: something between the till and the service has answered, or nothing at all.
     if (result.response.isEmpty())
         return {Verdict::NoAnswer, QStringLiteral("no answer of the service, %1").arg(codes)};
