@@ -52,7 +52,8 @@ bool BareExchange::post(const SentRequest &request)
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers);
     curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.constData());
     curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE, static_cast<long>(request.body.size()));
-    return perform();
+    // The service refuses with HTTP code 200, too.
+    return perform() && answer.find(R"("status":"Success")") != std::string::npos;
 }
 
 QByteArray BareExchange::get(const QByteArray &url)

@@ -33,7 +33,7 @@ public:
     ~BareExchange();
     Q_DISABLE_COPY_MOVE(BareExchange)
 
-    /// \return Whether the answer came with HTTP code 200.
+    /// \return Whether the answer came with HTTP code 200 and the service took the request.
     bool post(const SentRequest &request);
     /// Fetches a page, such as the simulator's dump; empty when it cannot.
     QByteArray get(const QByteArray &url);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <ctime>
 
 namespace bench {
@@ -38,22 +39,26 @@ struct Samples
     std::vector<double> busy;
 };
 
+/// Between two samples in proportion, so that the median of an even number is their mean.
 double quantile(std::vector<double> &samples, double share)
 {
+    std::ranges::sort(samples);
     const auto rank = share * static_cast<double>(samples.size() - 1);
-    const auto nth = samples.begin() + static_cast<std::ptrdiff_t>(rank + 0.5);
-    std::ranges::nth_element(samples, nth);
-    return *nth;
+    const auto below = static_cast<size_t>(rank);
+    const auto above = std::min(below + 1, samples.size() - 1);
+    return std::lerp(samples[below], samples[above], rank - std::floor(rank));
 }
 
 } // namespace
 
-void compare(benchmark::State &state, int calls, const Call &ours, const Call &floor)
+void compare(benchmark::State &state, int calls, const Call &ours, const Call &floor,
+             const std::function<void()> &prepare)
 {
     Samples oursSamples;
     Samples floorSamples;
     auto oursFirst = false;
     for ([[maybe_unused]] auto iteration : state) {
+        prepare();
         // Whoever comes second finds the machine warmer.
         oursFirst = !oursFirst;
         auto reached = !oursFirst || oursSamples.add(calls, ours);
@@ -80,7 +85,8 @@ void setCounters(benchmark::State &state, const std::string &name, std::vector<d
 void fail(benchmark::State &state, const char *reason)
 {
     failed = true;
-    state.SkipWithError(reason);
+    if (!state.error_occurred())
+        state.SkipWithError(reason);
 }
 
 bool anyFailed()

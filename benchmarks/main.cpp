@@ -42,6 +42,8 @@ int main(int argc, char *argv[])
     bench::Setup setup(parser.isSet(quick));
     if (!setup.getError().isEmpty())
         return refuse(setup.getError());
+    // The report looks for fewer figures then.
+    benchmark::AddCustomContext("quick", setup.isQuick() ? "yes" : "no");
     bench::registerExchanges(setup);
     bench::registerPayloads(setup);
     bench::registerQueue(setup);

@@ -82,6 +82,7 @@ void sales(benchmark::State &state, Setup &setup)
     broker->setFile(directory.filePath(QStringLiteral("queue.db")));
     Singleton<Session>::instance()->setDocumentFile(
         directory.filePath(QStringLiteral("receipt.json")));
+    setup.resetSimulator();
     for ([[maybe_unused]] auto iteration : state) {
         const LoadedPlugin plugin;
         lmmindbox::Interface service;
@@ -92,8 +93,13 @@ void sales(benchmark::State &state, Setup &setup)
                 break;
             }
             // The simulator would run out of memory long before us.
-            if (number % warmUp == 0)
+            if (number % warmUp == 0) {
+                if (setup.countSettledOrders() != warmUp) {
+                    fail(state, "the simulator lacks orders");
+                    break;
+                }
                 setup.resetSimulator();
+            }
             if (number == warmUp) {
                 state.counters["resident_before"] = static_cast<double>(residentMemory());
                 state.counters["heap_before"] = static_cast<double>(::mallinfo2().uordblks);
@@ -102,6 +108,8 @@ void sales(benchmark::State &state, Setup &setup)
         state.counters["resident_after"] = static_cast<double>(residentMemory());
         state.counters["heap_after"] = static_cast<double>(::mallinfo2().uordblks);
         state.counters["sales"] = count;
+        if (!broker->parked(till::loyaltyQueue()).isEmpty())
+            fail(state, "messages were refused");
     }
     Singleton<Session>::instance()->setDocumentFile({});
     broker->setFile(fileBefore);

@@ -26,7 +26,6 @@ namespace {
 
 constexpr int linesOfMessage = 5;
 constexpr int atATime = 50; ///< Messages delivered in one sample.
-constexpr int mostDelivered = 10'000;
 
 /// The floor of every work on the queue: the queue's file and its pragmas, SQLite itself and its
 /// prepared statements.
@@ -51,7 +50,7 @@ private:
 
 BareQueue::BareQueue(const QString &file)
 {
-    (void)DBQueueBroker(file).state(QStringLiteral("lmmindbox"));
+    (void)DBQueueBroker(file).state(till::loyaltyQueue());
     sqlite3_open(QFile::encodeName(file).constData(), &database);
     execute("PRAGMA journal_mode = WAL");
     execute("PRAGMA synchronous = FULL");
@@ -115,7 +114,7 @@ std::pair<QJsonObject, QJsonObject> payloadsOf(int number)
 
 void put(benchmark::State &state, Setup &setup)
 {
-    const auto queue = QStringLiteral("lmmindbox");
+    const auto queue = till::loyaltyQueue();
     const auto message = messageOf(QStringLiteral("change"), payloadsOf(1).second);
     const auto bytes = toBytes(message);
     DBQueueBroker broker(setup.newFile());
@@ -125,18 +124,40 @@ void put(benchmark::State &state, Setup &setup)
         [&] { return bare.insert(bytes); });
 }
 
-/// Fills a queue with so many messages, two of each receipt; returns what is sent for the first
-/// `recorded` of them.
-std::vector<SentRequest> fill(BareQueue &queue, int count, int firstReceipt, int recorded)
+/// A queue's file to deliver from, and the receipts whose messages fill it, two of each.
+class FilledQueue
+{
+public:
+    FilledQueue(const QString &file, int firstReceipt)
+        : file(file)
+        , queue(file)
+        , receipt(firstReceipt)
+    {}
+    /// Puts the messages of so many receipts behind the others.
+    void add(int receipts)
+    {
+        queue.execute("BEGIN");
+        for (const auto end = receipt + receipts; receipt < end; ++receipt) {
+            const auto payloads = payloadsOf(receipt);
+            queue.insert(toBytes(messageOf(QStringLiteral("create"), payloads.first)));
+            queue.insert(toBytes(messageOf(QStringLiteral("change"), payloads.second)));
+        }
+        queue.execute("COMMIT");
+    }
+
+    const QString file;
+
+private:
+    BareQueue queue;
+    int receipt;
+};
+
+/// What is sent for the messages of so many receipts.
+std::vector<SentRequest> requestsOf(int firstReceipt, int receipts)
 {
     std::vector<SentRequest> requests;
-    queue.execute("BEGIN");
-    for (int i = 0; i < count / 2; ++i) {
+    for (int i = 0; i < receipts; ++i) {
         const auto payloads = payloadsOf(firstReceipt + i);
-        queue.insert(toBytes(messageOf(QStringLiteral("create"), payloads.first)));
-        queue.insert(toBytes(messageOf(QStringLiteral("change"), payloads.second)));
-        if (2 * i >= recorded)
-            continue;
         requests.push_back(record([&](lmmindbox::Interface &interface) {
             (void)interface.createAuthorizedOrder(payloads.first, true);
         }));
@@ -144,43 +165,50 @@ std::vector<SentRequest> fill(BareQueue &queue, int count, int firstReceipt, int
             (void)interface.changeOrderStatus(payloads.second, true);
         }));
     }
-    queue.execute("COMMIT");
     return requests;
 }
 
 /// Delivers from a queue with so many messages, some at a time in turn with as many bare exchanges
-/// and deletes; each time is one iteration.
+/// and deletes; each time is one iteration, before which the queues are filled up again.
 void deliver(benchmark::State &state, Setup &setup)
 {
+    constexpr int receiptsAtATime = atATime / 2;
+    constexpr int firstOfFloor = 500'000; // far above ours
     const auto waiting = static_cast<int>(state.range(0));
     setup.resetSimulator();
-    const auto file = setup.newFile();
-    {
-        BareQueue filled(file);
-        fill(filled, waiting, 1, 0);
-    }
-    BareQueue bareQueue(setup.newFile());
-    const auto requests = fill(bareQueue, waiting, waiting + 1, mostDelivered);
-    BareExchange bareExchange;
-    DBQueueBroker broker(file);
+    FilledQueue filled(setup.newFile(), 1);
+    filled.add((waiting - atATime) / 2);
+    FilledQueue bareFilled(setup.newFile(), firstOfFloor);
+    bareFilled.add((waiting - atATime) / 2);
+
+    DBQueueBroker broker(filled.file);
     lmmindbox::Interface service;
     till::Deliverer deliverer(broker, service);
-
     const auto ours = [&] {
         auto left = atATime;
         return deliverer.deliver([&left] { return left-- == 0; }).settled == atATime;
     };
-    const auto floor = [&, next = 0]() mutable {
-        for (const auto end = next + atATime; next < end; ++next) {
-            if (!bareExchange.post(requests.at(static_cast<size_t>(next))) ||
-                !bareQueue.remove(next + 1))
-                return false;
-        }
-        return true;
+    BareQueue bareQueue(bareFilled.file);
+    BareExchange bareExchange;
+    std::vector<SentRequest> requests;
+    const auto floor = [&, id = 0]() mutable {
+        return std::ranges::all_of(requests, [&](const auto &request) {
+            return bareExchange.post(request) && bareQueue.remove(++id);
+        });
     };
-    compare(state, 1, ours, floor);
+    const auto prepare = [&, receipt = firstOfFloor]() mutable {
+        filled.add(receiptsAtATime);
+        bareFilled.add(receiptsAtATime);
+        requests = requestsOf(receipt, receiptsAtATime);
+        receipt += receiptsAtATime;
+    };
+    compare(state, 1, ours, floor, prepare);
     for (auto &[name, counter] : state.counters)
         counter.value /= atATime;
+    if (!broker.parked(till::loyaltyQueue()).isEmpty())
+        fail(state, "messages were refused");
+    else if (setup.countSettledOrders() != 2 * receiptsAtATime * state.iterations())
+        fail(state, "the simulator lacks orders");
 }
 
 void commitWhileDown(benchmark::State &state, Setup &setup)
@@ -198,16 +226,24 @@ void commitWhileDown(benchmark::State &state, Setup &setup)
     const auto receipt = makeReceipt(linesOfMessage, 1);
     plugin.attach(receipt);
     plugin.system()->commit(receipt);
-    const auto left = broker->waiting(QStringLiteral("lmmindbox"), 2);
+    const auto left = broker->waiting(till::loyaltyQueue(), 2);
     BareQueue bare(setup.newFile());
     if (left.size() != 2)
         fail(state, "the messages are not in the queue");
     else
         compare(
-            state, 1, [&] { return plugin.system()->commit(receipt) && broker->failedPuts() == 0; },
+            state, 1,
+            [&] {
+                broker->beginBatch();
+                return plugin.system()->commit(receipt) && broker->endBatch();
+            },
             [&, creation = toBytes(left[0].message), change = toBytes(left[1].message)] {
-                return bare.insert(creation) && bare.insert(change);
+                return bare.execute("BEGIN") && bare.insert(creation) && bare.insert(change) &&
+                       bare.execute("COMMIT");
             });
+    const auto queued = broker->state(till::loyaltyQueue());
+    if (!queued || queued->waiting != 2 * (state.iterations() + 1))
+        fail(state, "the queue lacks messages");
     broker->setFile(fileBefore);
     config->set(key, url);
 }
@@ -225,7 +261,7 @@ void registerQueue(Setup &setup)
     for (auto waiting = 100; waiting <= (setup.isQuick() ? 100 : 100'000); waiting *= 10) {
         benchmark::RegisterBenchmark("deliver", [&setup](auto &state) { deliver(state, setup); })
             ->Arg(waiting)
-            ->Iterations(std::min(waiting, mostDelivered) / atATime)
+            ->Iterations(setup.isQuick() ? 2 : 200)
             ->UseManualTime();
     }
 }

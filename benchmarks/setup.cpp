@@ -9,9 +9,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QThread>
 
+#include <algorithm>
 #include <csignal>
 #include <sys/prctl.h>
 
@@ -79,6 +81,14 @@ QString Setup::newFile() const
 QJsonObject Setup::dump()
 {
     return QJsonDocument::fromJson(BareExchange().get(simulatorUrl + "/simulator/dump")).object();
+}
+
+int Setup::countSettledOrders()
+{
+    const auto orders = dump().value(QLatin1String("orders")).toArray();
+    return static_cast<int>(std::ranges::count_if(orders, [](const auto &order) {
+        return order[QLatin1String("statusChanges")].toInt() == 1;
+    }));
 }
 
 void Setup::resetSimulator()

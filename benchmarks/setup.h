@@ -32,6 +32,8 @@ public:
     QString newFile() const;
     /// What the simulator holds and has counted.
     QJsonObject dump();
+    /// How many orders the simulator holds whose lines have got their status.
+    int countSettledOrders();
     /// Has the simulator forget everything.
     void resetSimulator();
 
@@ -54,7 +56,6 @@ public:
 
     /// Null when the file holds no loyalty system.
     BasicLoyaltySystem *system() const { return loyaltySystem; }
-    bool isLoaded() const { return instance != nullptr; }
     /// Makes a receipt the one at hand; null for none.
     void attach(const QSharedPointer<AbstractDocument> &document) const;
     /// Puts a card with the phone on the receipt at hand and identifies its holder.
