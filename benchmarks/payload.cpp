@@ -237,8 +237,8 @@ public:
     ~RecordingFormatter() override { MockFactory<SimpleFormatter>::mocked = nullptr; }
     Q_DISABLE_COPY_MOVE(RecordingFormatter)
 
-    QString format(const QString &mask, const QList<QSharedPointer<FormatterSource>> &sources, int,
-                   const QVariantMap &) const override
+    QString format(const QString &mask, const QList<QSharedPointer<FormatterSource>> &sources,
+                   int /*index*/, const QVariantMap & /*extra*/) const override
     {
         lastMask = mask;
         lastSources = sources;

@@ -207,7 +207,7 @@ void deliver(benchmark::State &state, Setup &setup)
         counter.value /= atATime;
     if (!broker.parked(till::loyaltyQueue()).isEmpty())
         fail(state, "messages were refused");
-    else if (setup.countSettledOrders() != 2 * receiptsAtATime * state.iterations())
+    else if (setup.countSettledOrders() != atATime * state.iterations())
         fail(state, "the simulator lacks orders");
 }
 
