@@ -36,7 +36,7 @@ Interface::Interface()
     pointOfContact =
         config->getText(QStringLiteral("LmMindbox:pointOfContact"), QStringLiteral("Offline"));
     url = QUrl(config->getText(QStringLiteral("LmMindbox:url"), defaultUrl));
-    logger->info(QStringLiteral(" адрес сервера: %1"), url.toString());
+    logger->info(QStringLiteral(" адрес сервера: %1"), url.toDisplayString(QUrl::RemoveUserInfo));
 
     const qint64 timeout = config->getInt(QStringLiteral("LmMindbox:timeout"), 5);
     restClient->setTimeout(timeout * 1000);
@@ -64,7 +64,10 @@ OperationResult Interface::sendRequest(const QString &operation, const QJsonObje
                  queryItem(QLatin1String("operation"), operation);
     if (!transactionId.isEmpty())
         query += QLatin1Char('&') + queryItem(QLatin1String("transactionId"), transactionId);
-    url.setQuery(query);
+    // A query would make an address that cannot be read valid again, with another host or port:
+    // the secret must not travel there.
+    if (url.isValid())
+        url.setQuery(query);
 
     auto envelope = body;
     envelope.insert(QLatin1String("pointOfContact"), pointOfContact);

@@ -15,6 +15,7 @@ public:
     Q_DISABLE_COPY_MOVE(FakeRestClient)
 
     void setTimeout(qint64 milliseconds) override { timeout = milliseconds; }
+    void setLogger(const Log4Qt::Logger *newLogger) override { logger = newLogger; }
     void setCompactLogs(bool compact) override { compactLogs = compact; }
     void send(const QUrl &url, const QJsonDocument &document,
               const QHash<QString, QString> &headers) override
@@ -32,6 +33,7 @@ public:
 
     int requests = 0;
     qint64 timeout = 0;
+    const Log4Qt::Logger *logger = nullptr;
     bool compactLogs = true;
     QUrl sentUrl;
     QJsonObject sentBody;
