@@ -41,6 +41,8 @@ public:
     virtual bool commit(const QSharedPointer<AbstractDocument> &document);
     virtual bool rollback(const QSharedPointer<AbstractDocument> &document);
     virtual bool cancel(const QSharedPointer<AbstractDocument> &document);
+    /// Called when an interrupted receipt has been opened again with its plugin data.
+    virtual bool restoreLoyaltySystem();
 
     // Points. The neutral system has none: nothing is earned or spent.
 
@@ -104,17 +106,16 @@ public:
     void deinit() override;
     virtual void distributeBonusRecord(const loyalty::BonusRecord &record);
     virtual QList<loyalty::BonusRecord> getBonusImpactsLimits() const;
-    /// Called when an interrupted receipt has been opened again with its plugin data.
-    virtual bool restoreLoyaltySystem();
 
     // The system and its receipt.
 
     /// The card record of the receipt at hand; null when there is none.
     virtual QSharedPointer<DocumentCardRecord> getCard() const;
     virtual bool hasCard() const;
-    /// Whether the till asks this system at all; registered by the till after `init`.
+    /// Called by the till after `init`.
     virtual void registerLoyaltySystem();
     virtual void deregisterLoyaltySystem();
+    /// Whether the till asks this system at all.
     bool isRegistered() const { return registered; }
     virtual void setOption(LoyaltySystemOption option, bool on);
     /// Under which key a receipt keeps this system's plugin data.
