@@ -42,8 +42,7 @@ void Plugin::storePluginData()
     QVariantMap record;
     for (int i = 0; i < meta.propertyCount(); ++i) {
         const auto property = meta.property(i);
-        if (const auto value = property.readOnGadget(&customer); !value.isNull())
-            record.insert(QString::fromLatin1(property.name()), value);
+        record.insert(QLatin1String(property.name()), property.readOnGadget(&customer));
     }
     setPluginData(customerKey, QJsonObject::fromVariantMap(record));
     MockFactory<SaveToFileLogic>::create()->save(currentDocument, {});
@@ -57,14 +56,15 @@ bool Plugin::restoreLoyaltySystem()
     const auto record = getPluginData(customerKey, {}).toMap();
     const auto &meta = Customer::staticMetaObject;
     Customer restored;
-    for (auto entry = record.begin(); entry != record.end(); ++entry) {
-        const auto index = meta.indexOfProperty(entry.key().toLatin1().constData());
-        if (index < 0)
-            continue;
-        const auto property = meta.property(index);
-        const auto isDate = property.metaType() == QMetaType::fromType<QDate>();
-        property.writeOnGadget(&restored,
-                               isDate ? readIsoDate(entry.value().toString()) : entry.value());
+    for (int i = 0; i < meta.propertyCount(); ++i) {
+        const auto property = meta.property(i);
+        auto value = record.value(QLatin1String(property.name()));
+        const auto isDateText = property.metaType() == QMetaType::fromType<QDate>() &&
+                                value.metaType() == QMetaType::fromType<QString>();
+        if (isDateText)
+            value = readIsoDate(value.toString());
+        if (value.isValid())
+            property.writeOnGadget(&restored, value);
     }
     customer = restored;
     return true;

@@ -9,6 +9,10 @@ namespace lmmindbox {
 
 namespace {
 
+/// Indexes of the sex field's options: not the values of `Client::Sex`.
+constexpr int woman = 0;
+constexpr int man = 1;
+
 /// The fields' keys are the properties of `CustomerEdit` that take the answers.
 FormField makeField(const QString &key, FormFieldKind kind, const tr::Tr &label, int order)
 {
@@ -67,7 +71,7 @@ FormField sexField(const Customer &customer)
     field.options = {{QStringLiteral("inputClientFemale"), QStringLiteral("Женщина")},
                      {QStringLiteral("inputClientMale"), QStringLiteral("Мужчина")}};
     const auto male = customer.sex.compare(QLatin1String("male"), Qt::CaseInsensitive) == 0;
-    field.value = male ? QStringLiteral("1") : QStringLiteral("0");
+    field.value = QString::number(male ? man : woman);
     return field;
 }
 
@@ -97,17 +101,15 @@ CustomerEdit readAnswers(const QVariantMap &answers)
         edit.sex = Client::Sex::Male;
         return edit;
     }
-    // The sex field answers with an option's index, which is the other way round.
-    constexpr auto woman = Client::Sex{0};
-    constexpr auto man = Client::Sex{1};
-    edit.sex = woman;
     const auto &meta = CustomerEdit::staticMetaObject;
-    for (auto answer = answers.begin(); answer != answers.end(); ++answer) {
-        const auto index = meta.indexOfProperty(answer.key().toLatin1().constData());
-        if (index >= 0)
-            meta.property(index).writeOnGadget(&edit, answer.value());
+    for (int i = 0; i < meta.propertyCount(); ++i) {
+        const auto property = meta.property(i);
+        const auto answer = answers.constFind(QLatin1String(property.name()));
+        if (answer != answers.constEnd())
+            property.writeOnGadget(&edit, *answer);
     }
-    edit.sex = edit.sex == man ? Client::Sex::Male : Client::Sex::Female;
+    const auto option = answers.value(QStringLiteral("sex")).toInt();
+    edit.sex = option == man ? Client::Sex::Male : Client::Sex::Female;
     return edit;
 }
 

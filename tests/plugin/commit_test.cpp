@@ -101,9 +101,11 @@ TEST_F(Commit, CustomerIsKeptWithTheReceiptAndRestored)
         OpenPlugin other{service};
         other.setDocument(document);
         other.codeSent = true;
+        other.confirmedEmails = {QStringLiteral("a@b")};
         EXPECT_TRUE(other.restoreLoyaltySystem());
         EXPECT_EQ(other.customer, expected);
         EXPECT_TRUE(other.codeSent);
+        EXPECT_EQ(other.confirmedEmails.size(), 1);
     }
 }
 
@@ -120,8 +122,11 @@ TEST_F(Commit, RestoreTakesWhatItCanFromAForeignRecord)
                                    {QStringLiteral("birthDate"), QStringLiteral("1990/03/05")},
                                    {QStringLiteral("firstName"), QJsonObject()},
                                    {QStringLiteral("processingStatus"), 2},
+                                   {QStringLiteral("email\0x"), QStringLiteral("x")},
                                    {QStringLiteral("Email"), QStringLiteral("x")}}),
               expected);
+    const QDateTime birth(QDate(1990, 3, 5), QTime(9, 0));
+    EXPECT_EQ(restored(QVariantMap{{QStringLiteral("birthDate"), birth}}).birthDate, birth.date());
     EXPECT_EQ(restored(5), Customer());
 
     plugin.customer = expected;

@@ -137,10 +137,10 @@ TEST_F(CustomerForm, ReadsAnswersByNameAndTurnsTheSexRound)
 {
     const auto edit = answered({{QStringLiteral("phone"), QStringLiteral("+7(916)-123-45-67")},
                                 {QStringLiteral("name"), QStringLiteral("Пётр")},
-                                {QStringLiteral("birthday"), QDate(1990, 3, 5)},
-                                {QStringLiteral("sex"), 1},
+                                {QStringLiteral("birthday"), QStringLiteral("1990-03-05")},
+                                {QStringLiteral("sex"), QStringLiteral("1")},
                                 {QStringLiteral("email"), QStringLiteral("p@example.org")},
-                                {QStringLiteral("added by the host"), 5}});
+                                {QStringLiteral("email\0"), 5}});
     CustomerEdit expected;
     expected.phone = QStringLiteral("+7(916)-123-45-67");
     expected.name = QStringLiteral("Пётр");
@@ -150,6 +150,7 @@ TEST_F(CustomerForm, ReadsAnswersByNameAndTurnsTheSexRound)
     EXPECT_EQ(edit, expected);
 
     const auto name = std::pair(QStringLiteral("name"), QVariant(QStringLiteral("x")));
+    EXPECT_EQ(answered({name, {QStringLiteral("sex"), 1}}).sex, Client::Sex::Male);
     EXPECT_EQ(answered({name, {QStringLiteral("sex"), 0}}).sex, Client::Sex::Female);
     EXPECT_EQ(answered({name}).sex, Client::Sex::Female);
     EXPECT_EQ(answered({name, {QStringLiteral("sex"), QStringLiteral("?")}}).sex,
