@@ -41,11 +41,12 @@ public:
     virtual OperationResult confirmMobilePhone(const QString &phone, const QString &code);
     virtual OperationResult checkMobilePhoneAuthCode(const QString &phone, const QString &code);
     virtual OperationResult emailConfirmationLetter(const QString &email);
-    /// Sends the order at once. When the service cannot be reached, and unless `skipQueue`, the
-    /// order waits in the queue "lmmindbox"; the failed result is returned all the same.
+    /// Sends the order at once. When the result says `noConnection`, and unless `skipQueue`, the
+    /// order waits in the till's queue (ordermessage.h); the failed result is returned all the
+    /// same.
     virtual CreateOrderResult createAuthorizedOrder(const QJsonObject &payload, bool skipQueue);
-    /// Puts the change into the queue "lmmindbox" without a try and returns a result in its
-    /// initial state; with `skipQueue` sends it at once.
+    /// Puts the change into the same queue without a try and returns a result in its initial
+    /// state; with `skipQueue` sends it at once.
     virtual OperationResult changeOrderStatus(const QJsonObject &payload, bool skipQueue);
     /// One exchange: the envelope is added to `body`. An empty `transactionId` is left out.
     virtual OperationResult sendRequest(const QString &operation, const QJsonObject &body,

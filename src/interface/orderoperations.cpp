@@ -1,4 +1,5 @@
 #include "interface/interface.h"
+#include "interface/ordermessage.h"
 
 #include <host/dbqueuebroker.h>
 
@@ -10,14 +11,10 @@ namespace lmmindbox {
 
 namespace {
 
-void putIntoQueue(const QString &method, const QJsonObject &payload)
+void putIntoQueue(QLatin1String method, const QJsonObject &payload)
 {
-    Singleton<DBQueueBroker>::instance()->put(QStringLiteral("lmmindbox"),
-                                              {
-                                                  {QStringLiteral("method"), method},
-                                                  {QStringLiteral("payload"), payload},
-                                              },
-                                              {});
+    const QJsonObject message = {{ordermessage::method, method}, {ordermessage::payload, payload}};
+    Singleton<DBQueueBroker>::instance()->put(ordermessage::queue, message, {});
 }
 
 } // namespace
@@ -33,7 +30,7 @@ CreateOrderResult Interface::createAuthorizedOrder(const QJsonObject &payload, b
         dated.insert(
             QLatin1String("executionDateTimeUtc"),
             QDateTime::currentDateTimeUtc().toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
-        putIntoQueue(QStringLiteral("create"), dated);
+        putIntoQueue(ordermessage::create, dated);
     }
     return result;
 }
@@ -45,7 +42,7 @@ OperationResult Interface::changeOrderStatus(const QJsonObject &payload, bool sk
         return sendRequest(QStringLiteral("Offline.ChangeStatus"), payload, {});
     }
     logger->info(QStringLiteral("Отправка сообщения подтверждения заказа в очередь"));
-    putIntoQueue(QStringLiteral("change"), payload);
+    putIntoQueue(ordermessage::change, payload);
     return {};
 }
 

@@ -1,15 +1,10 @@
 #include "model/createorderresult.h"
 
-#include "model/jsonpath.h"
-
 namespace lmmindbox {
 
 CreateOrderResult::CreateOrderResult(const OperationResult &result)
     : OperationResult(result)
-    , processingStatus(
-          getProcessingStatus(getJsonValueByPath(response, {QStringLiteral("order"),
-                                                            QStringLiteral("processingStatus")})
-                                  .toString()))
+    , processingStatus(getProcessingStatus(response, QStringLiteral("order")))
 {}
 
 bool CreateOrderResult::success() const

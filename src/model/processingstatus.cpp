@@ -1,5 +1,9 @@
 #include "model/processingstatus.h"
 
+#include "model/jsonpath.h"
+
+#include <QJsonObject>
+
 #include <algorithm>
 #include <array>
 
@@ -28,6 +32,12 @@ ProcessingStatus getProcessingStatus(const QString &text)
     const auto found =
         std::ranges::find_if(names, [&](const Name &name) { return name.text == text; });
     return found == names.end() ? Unknown : found->status;
+}
+
+ProcessingStatus getProcessingStatus(const QJsonObject &answer, const QString &entity)
+{
+    return getProcessingStatus(
+        getJsonValueByPath(answer, {entity, QStringLiteral("processingStatus")}).toString());
 }
 
 } // namespace lmmindbox

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QHashFunctions>
 #include <QString>
+
+class QJsonObject;
 
 namespace lmmindbox {
 
@@ -22,10 +23,7 @@ enum class ProcessingStatus {
 
 /// The status spelled `text` in an answer, compared exactly; `Unknown` for any other text.
 ProcessingStatus getProcessingStatus(const QString &text);
-
-inline size_t qHash(ProcessingStatus status, size_t seed = 0) noexcept
-{
-    return ::qHash(static_cast<int>(status), seed);
-}
+/// The status that `answer` gives to one of its entities, such as "order"; `Unknown` without one.
+ProcessingStatus getProcessingStatus(const QJsonObject &answer, const QString &entity);
 
 } // namespace lmmindbox

@@ -1,7 +1,5 @@
 #include "model/registercustomerresult.h"
 
-#include "model/jsonpath.h"
-
 namespace lmmindbox {
 
 RegisterCustomerResult::RegisterCustomerResult(const OperationResult &result)
@@ -10,10 +8,7 @@ RegisterCustomerResult::RegisterCustomerResult(const OperationResult &result)
 
 bool RegisterCustomerResult::success() const
 {
-    const auto text = getJsonValueByPath(response, {QStringLiteral("customer"),
-                                                    QStringLiteral("processingStatus")})
-                          .toString();
-    return getProcessingStatus(text) == ProcessingStatus::Created;
+    return getProcessingStatus(response, QStringLiteral("customer")) == ProcessingStatus::Created;
 }
 
 } // namespace lmmindbox

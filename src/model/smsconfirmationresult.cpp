@@ -1,15 +1,10 @@
 #include "model/smsconfirmationresult.h"
 
-#include "model/jsonpath.h"
-
 namespace lmmindbox {
 
 SmsConfirmationResult::SmsConfirmationResult(const OperationResult &result)
     : OperationResult(result)
-    , processingStatus(
-          getProcessingStatus(getJsonValueByPath(response, {QStringLiteral("smsConfirmation"),
-                                                            QStringLiteral("processingStatus")})
-                                  .toString()))
+    , processingStatus(getProcessingStatus(response, QStringLiteral("smsConfirmation")))
     , authenticationCode(response.value(QLatin1String("authenticationCode")).toString())
 {}
 
