@@ -13,7 +13,7 @@ bool Customer::checkStatus(const QSet<ProcessingStatus> &statuses) const
 }
 
 namespace {
-// The names are part of the contract: variants find the types by them.
+// Variants find the types by these names.
 [[maybe_unused]] const int customerTypeId = qRegisterMetaType<Customer>("lmmindbox::Customer");
 } // namespace
 

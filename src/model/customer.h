@@ -44,7 +44,7 @@ public:
     QString firstName;
     QString lastName;
     QDate birthDate; ///< Invalid when not known.
-    QString sex;     ///< The service's word; only "female" is interpreted.
+    QString sex;     ///< The service's word, such as "male" or "female".
     ProcessingStatus processingStatus = ProcessingStatus::Unknown; ///< Not kept with the receipt.
 };
 

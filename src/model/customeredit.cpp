@@ -13,7 +13,7 @@ QString CustomerEdit::toString() const
 }
 
 namespace {
-// The names are part of the contract: variants find the types by them.
+// Variants find the types by these names.
 [[maybe_unused]] const int customerEditTypeId =
     qRegisterMetaType<CustomerEdit>("lmmindbox::CustomerEdit");
 [[maybe_unused]] const int sexTypeId = qRegisterMetaType<Client::Sex>("Client::Sex");

@@ -26,8 +26,10 @@ public:
     virtual tr::Tr getError(const tr::Tr &defaultText) const;
 
     int httpCode = 0;
-    int transportCode = 0;     ///< The HTTP client's own code, kept for the log.
-    bool noConnection = false; ///< No answer came: the operation may be sent again later.
+    int transportCode = 0; ///< The HTTP client's own code, kept for the log.
+    /// No answer came, or one without content whose HTTP code is not 200: the operation may be sent
+    /// again later.
+    bool noConnection = false;
     OperationStatus status = OperationStatus::Undefined;
     tr::Tr error; ///< Set only when there was no connection.
     QJsonObject response;

@@ -44,9 +44,9 @@ bool isConfirmed(const SmsConfirmationResult &result)
 
 } // namespace
 
-VerifyResult Plugin::confirmMobilePhone(const Customer &unconfirmed)
+VerifyResult Plugin::confirmMobilePhone(const Customer &holder)
 {
-    if (unconfirmed.isMobilePhoneConfirmed)
+    if (holder.isMobilePhoneConfirmed)
         return {confirmed, {}};
 
     logger->info(QStringLiteral("Подтверждение учетной записи через СМС"));
@@ -54,12 +54,16 @@ VerifyResult Plugin::confirmMobilePhone(const Customer &unconfirmed)
         setProgress({QStringLiteral("lmmindboxSendConfirmCodeProgress"),
                      QStringLiteral("Отправка кода подтверждения")},
                     60);
-        const auto sent = interface->resendMobilePhoneConfirmationCode(unconfirmed.mobilePhone);
+        const auto sent = interface->resendMobilePhoneConfirmationCode(holder.mobilePhone);
         if (!sent.success() || !sent.customer.found())
             return {failed, sent.error};
     }
     codeSent = true;
+    return askForCode(holder.mobilePhone);
+}
 
+VerifyResult Plugin::askForCode(const QString &phone)
+{
     auto request = codeInput();
     while (true) {
         const auto input = MockFactory<Dialog>::create()->showInputText(request);
@@ -70,8 +74,7 @@ VerifyResult Plugin::confirmMobilePhone(const Customer &unconfirmed)
         }
         if (input.isEmpty())
             continue;
-        const SmsConfirmationResult result =
-            interface->confirmMobilePhone(unconfirmed.mobilePhone, input.getData());
+        const SmsConfirmationResult result = interface->confirmMobilePhone(phone, input.getData());
         if (isWrongCode(result)) {
             request.message = {
                 QStringLiteral("lmmindboxConfirmCodeMessageError"),

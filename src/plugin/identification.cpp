@@ -20,26 +20,22 @@ bool Plugin::identifyByCard(QSharedPointer<DocumentCardRecord> &card, ECardNumbe
     logger->info(QStringLiteral("Идентификация клиента по номеру телефона '%1'"), enteredPhone);
     clearLoyaltyData();
 
-    auto result = getCustomer(enteredPhone, false);
+    const auto result = getCustomer(enteredPhone, false);
     if (!result.success()) {
         lastError = result.getError({QStringLiteral("lmmindboxGetCustomerError"),
                                      QStringLiteral("Не удалось получить информацию о клиенте")});
         return false;
     }
-    if (!result.customer.found()) {
+    std::optional<Customer> holder = result.customer;
+    if (!holder->found()) {
         logger->info(QStringLiteral("Клиент не найден"));
-        if (!registerCustomer(enteredPhone))
+        holder = registerAndLookUp(enteredPhone);
+        if (!holder)
             return false;
-        result = getCustomer(customer.mobilePhone, false);
-        if (!result.success()) {
-            lastError = result.getError({QStringLiteral("lmmindboxRegisterCustomerError"),
-                                         QStringLiteral("Не удалось зарегистрировать клиента")});
-            return false;
-        }
     }
 
-    card->setNumber(result.customer.mobilePhone);
-    customer = result.customer;
+    card->setNumber(holder->mobilePhone);
+    customer = *holder;
     const auto unless = [](bool confirmed) {
         return confirmed ? QString() : QStringLiteral("не ");
     };

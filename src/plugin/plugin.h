@@ -16,6 +16,8 @@
 #include <QSharedPointer>
 #include <QString>
 
+#include <optional>
+
 namespace Log4Qt {
 class Logger;
 }
@@ -48,7 +50,8 @@ public:
     loyalty::CardNumberAnswer getCardNumber(const loyalty::CardNumberInputData &input) override;
     /// Identifies the customer whose phone is the card's number: looked up, registered when
     /// unknown, the phone confirmed by SMS, the e-mail cared for.
-    /// \return Whether the customer is bound to the card; otherwise `lastError` says why not.
+    /// \return Whether the customer is bound to the card; otherwise `lastError` says why not. It is
+    /// empty when the service answered but did not send the code.
     bool identifyByCard(QSharedPointer<DocumentCardRecord> &card, ECardNumberType type) override;
     /// Reports a sale as an order. \return Always true: the sale goes on.
     bool commit(const QSharedPointer<AbstractDocument> &document) override;
@@ -60,7 +63,8 @@ public:
     /// Registers an unknown customer. \return Whether the service did; else see `lastError`.
     virtual bool registerCustomer(const QString &phone);
     /// Has the customer's phone confirmed by a code sent by SMS, unless it is confirmed already.
-    virtual VerifyResult confirmMobilePhone(const Customer &unconfirmed);
+    /// A code that could not be sent has a message only when there was no connection.
+    virtual VerifyResult confirmMobilePhone(const Customer &holder);
     /// Keeps the customer with the receipt and saves the receipt.
     virtual void storePluginData();
     /// Shows a progress text at the till.
@@ -88,6 +92,12 @@ protected:
     QSharedPointer<Converter> converter;
     QSharedPointer<Interface> interface;
     Log4Qt::Logger *logger = nullptr;
+
+private:
+    /// Registers an unknown customer and looks it up. \return Nothing on failure, see `lastError`.
+    std::optional<Customer> registerAndLookUp(const QString &phone);
+    /// Asks for the code sent to the phone until it is right, refused or no longer asked for.
+    VerifyResult askForCode(const QString &phone);
 };
 
 } // namespace lmmindbox

@@ -7,6 +7,29 @@
 
 namespace lmmindbox {
 
+namespace {
+
+tr::Tr notRegistered()
+{
+    return {QStringLiteral("lmmindboxRegisterCustomerError"),
+            QStringLiteral("Не удалось зарегистрировать клиента")};
+}
+
+} // namespace
+
+std::optional<Customer> Plugin::registerAndLookUp(const QString &phone)
+{
+    if (!registerCustomer(phone))
+        return {};
+    const auto result = getCustomer(customer.mobilePhone, false);
+    if (!result.success()) {
+        lastError = result.getError(notRegistered());
+        return {};
+    }
+    // Not found counts as found here: the service may still be indexing the new customer.
+    return result.customer;
+}
+
 bool Plugin::registerCustomer(const QString &phone)
 {
     const tr::Tr canceled(QStringLiteral("lmmindboxRegisterCustomerCanceled"),
@@ -22,6 +45,7 @@ bool Plugin::registerCustomer(const QString &phone)
     }
 
     logger->info(QStringLiteral("Регистрация клиента"));
+    // The look-up's status is not kept here, so the form bears its usual title.
     customer.mobilePhone = phone;
     const auto edit = showCustomerEdit(customer);
     if (edit.name.isEmpty()) {
@@ -36,8 +60,7 @@ bool Plugin::registerCustomer(const QString &phone)
     const auto progress = MockFactory<Dialog>::create()->showProgress(request);
     const auto result = interface->registerCustomer(edit);
     if (!result.success()) {
-        lastError = result.getError({QStringLiteral("lmmindboxRegisterCustomerError"),
-                                     QStringLiteral("Не удалось зарегистрировать клиента")});
+        lastError = result.getError(notRegistered());
         return false;
     }
     logger->info(QStringLiteral("Клиент успешно создан"));
