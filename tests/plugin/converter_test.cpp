@@ -33,7 +33,7 @@ protected:
     void addTwoPositions()
     {
         document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Молоко"), 89.9, 2);
-        document->addGoodsItem(QStringLiteral("4601"), QStringLiteral("Хлеб"), 45.5, 1);
+        document->addGoodsItem(QStringLiteral("4601"), QStringLiteral("Хлеб"), 0.335, 0.345);
         document->addImpactDetail(DocumentImpactDetail(1, 15, 0, 0, 9.8));
         document->addImpactDetail(DocumentImpactDetail(1, 16, 0, 1, 5));
         document->addImpactDetail(DocumentImpactDetail(1, 17, 6, 0, 0.25));
@@ -49,13 +49,13 @@ TEST_F(Conversion, CreationPayloadIsComplete)
     addTwoPositions();
     customer.mobilePhone = QStringLiteral("79160000001");
 
-    const auto [payload, id] = converter.getOrderPayload(customer, 210.25);
+    const auto [payload, id] = converter.getOrderPayload(customer, 99.995);
 
     const auto expected = QJsonDocument::fromJson(R"({
         "customer": {"mobilePhone": "79160000001"},
         "order": {
             "ids": {"externalOrderIdLm": "00120300450000678090507"},
-            "totalPrice": 210.25,
+            "totalPrice": 99.995,
             "lines": [
                 {"basePricePerItem": 89.9, "discountedPricePerLine": 164.75, "quantity": 2,
                  "lineNumber": 1, "lineId": 1, "product": {"ids": {"websiteLumaret": "4600"}},
@@ -64,7 +64,7 @@ TEST_F(Conversion, CreationPayloadIsComplete)
                      "promotion": {"ids": {"externalId": 15}}},
                     {"type": "discount", "amount": 0.25,
                      "promotion": {"ids": {"externalId": "discountOnChange"}}}]},
-                {"basePricePerItem": 45.5, "discountedPricePerLine": 45.5, "quantity": 1,
+                {"basePricePerItem": 0.335, "discountedPricePerLine": 0.12, "quantity": 0.345,
                  "lineNumber": 2, "lineId": 2, "product": {"ids": {"websiteLumaret": "4601"}}}
             ]}})");
     EXPECT_EQ(QJsonDocument(payload).toJson(), expected.toJson());

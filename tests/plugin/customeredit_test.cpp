@@ -39,7 +39,10 @@ TEST_F(CustomerEditing, AcceptedChangeReloadsTheCustomerAndRefreshesTheReceipt)
         fillForm();
         EXPECT_CALL(*service, editCustomer).WillOnce(Return(makeResult(OperationStatus::Success)));
         EXPECT_CALL(*service, getCustomer(QStringLiteral("79160000001")))
-            .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::Success, reloaded))));
+            .WillOnce([&](const QString &) -> GetCustomerResult {
+                EXPECT_FALSE(shown.isNull());
+                return makeResult(OperationStatus::Success, reloaded);
+            });
         EXPECT_CALL(*service, emailConfirmationLetter(QStringLiteral("new@example.org")))
             .WillOnce(Return(makeResult(OperationStatus::Success)));
         EXPECT_CALL(saveToFile, save(document, QString()));
@@ -68,14 +71,18 @@ TEST_F(CustomerEditing, FailedReloadKeepsTheCustomerButCounts)
 TEST_F(CustomerEditing, RefusedChangeIsShownUnderTheProgressMessage)
 {
     const auto before = plugin.customer;
-    fillForm();
-    EXPECT_CALL(*service, editCustomer).WillOnce(Return(makeResult(OperationStatus::Undefined)));
-    EXPECT_CALL(
-        dialog,
-        showError(isText("lmmindboxEditCustomerError", "Не удалось изменить данные клиента"), 0, 0))
-        .WillOnce([this] { EXPECT_FALSE(shown.isNull()); });
-    EXPECT_EQ(plugin.editCustomer(action), EContext::Result::Failed);
-    EXPECT_EQ(plugin.customer, before);
+    const tr::Tr refused(QStringLiteral("lmmindboxEditCustomerError"),
+                         QStringLiteral("Не удалось изменить данные клиента"));
+    for (const auto &[result, text] : {std::pair(makeResult(OperationStatus::Undefined), refused),
+                                       std::pair(withoutConnection(), withoutConnection().error)}) {
+        fillForm();
+        EXPECT_CALL(*service, editCustomer).WillOnce(Return(result));
+        EXPECT_CALL(dialog, showError(text, 0, 0)).WillOnce([this] {
+            EXPECT_FALSE(shown.isNull());
+        });
+        EXPECT_EQ(plugin.editCustomer(action), EContext::Result::Failed);
+        EXPECT_EQ(plugin.customer, before);
+    }
 }
 
 TEST_F(CustomerEditing, NeedsACardOnlyWhenTheCashierTriggeredIt)
@@ -83,13 +90,19 @@ TEST_F(CustomerEditing, NeedsACardOnlyWhenTheCashierTriggeredIt)
     document->setCardRecord(nullptr);
     EXPECT_EQ(plugin.editCustomer(action), EContext::Result::Skipped);
 
-    EXPECT_CALL(dialog, showForm).WillOnce(Return(QVariantMap()));
+    EXPECT_CALL(dialog, showForm)
+        .WillOnce(Return(QVariantMap{{QStringLiteral("name"), QString()}}));
     EXPECT_EQ(plugin.editCustomer({}), EContext::Result::Skipped);
 
+    // The reload replaces the customer also when the service no longer knows it.
+    Customer unknown;
+    unknown.processingStatus = ProcessingStatus::NotFound;
     fillForm();
     EXPECT_CALL(*service, editCustomer).WillOnce(Return(makeResult(OperationStatus::Success)));
-    EXPECT_CALL(*service, getCustomer).WillOnce(Return(GetCustomerResult(withoutConnection())));
+    EXPECT_CALL(*service, getCustomer)
+        .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::Success, unknown))));
     EXPECT_EQ(plugin.editCustomer({}), EContext::Result::Done);
+    EXPECT_EQ(plugin.customer, unknown);
 }
 
 TEST_F(CustomerEditing, ALetterGoesOnceToEachAddressThatTheServiceAccepted)

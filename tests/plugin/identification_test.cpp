@@ -50,16 +50,18 @@ TEST_F(Identification, KnownCustomerIsBoundToTheCardStepByStep)
     stepped.codeSent = true;
     stepped.confirmedEmails = {QStringLiteral("old@example.org")};
     stepped.lastError = {QStringLiteral("old"), QStringLiteral("old")};
-    auto edited = known;
+    auto confirmed = known;
+    confirmed.isEmailConfirmed = true;
+    auto edited = confirmed;
     edited.lastName = QStringLiteral("Иванова");
     {
         InSequence order;
         EXPECT_CALL(*service, getCustomer(entered)).WillOnce([&](const QString &) {
             EXPECT_FALSE(stepped.codeSent);
             EXPECT_TRUE(stepped.confirmedEmails.isEmpty());
-            return found(known);
+            return found(confirmed);
         });
-        EXPECT_CALL(stepped, confirmMobilePhone(known)).WillOnce(Return(VerifyResult()));
+        EXPECT_CALL(stepped, confirmMobilePhone(confirmed)).WillOnce(Return(VerifyResult()));
         // The edit form opened by the check of the e-mail may replace the customer.
         EXPECT_CALL(stepped, checkEmail).WillOnce([&] { stepped.customer = edited; });
         EXPECT_CALL(stepped, storePluginData).WillOnce([&] {
@@ -72,8 +74,7 @@ TEST_F(Identification, KnownCustomerIsBoundToTheCardStepByStep)
     EXPECT_EQ(
         LogCapture::take(),
         QStringList({QStringLiteral("I Идентификация клиента по номеру телефона '%1'").arg(entered),
-                     QStringLiteral("I Клиент найден, телефон подтверждён, почта не "
-                                    "подтверждена")}));
+                     QStringLiteral("I Клиент найден, телефон подтверждён, почта подтверждена")}));
 }
 
 TEST_F(Identification, UnknownCustomerIsRegisteredAndLookedUpAgain)
@@ -82,6 +83,7 @@ TEST_F(Identification, UnknownCustomerIsRegisteredAndLookedUpAgain)
         InSequence order;
         EXPECT_CALL(*service, getCustomer(entered)).WillOnce(Return(notFound()));
         EXPECT_CALL(stepped, registerCustomer(entered)).WillOnce([&](const QString &) {
+            EXPECT_EQ(stepped.customer, Customer());
             stepped.customer.mobilePhone = QStringLiteral("as registered");
             return true;
         });
@@ -102,12 +104,14 @@ TEST_F(Identification, UnknownCustomerIsRegisteredAndLookedUpAgain)
 
 TEST_F(Identification, EachFailureSaysItsOwn)
 {
+    stepped.customer = known;
     EXPECT_CALL(*service, getCustomer)
         .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::Success))))
         .WillOnce(Return(GetCustomerResult(withoutConnection())));
     EXPECT_FALSE(identify());
     EXPECT_THAT(stepped.lastError,
                 isText("lmmindboxGetCustomerError", "Не удалось получить информацию о клиенте"));
+    EXPECT_EQ(stepped.customer, Customer());
     EXPECT_FALSE(identify());
     EXPECT_EQ(error(), QStringLiteral("Ошибка связи с сервером"));
 
@@ -121,17 +125,23 @@ TEST_F(Identification, EachFailureSaysItsOwn)
 
     EXPECT_CALL(*service, getCustomer)
         .WillOnce(Return(notFound()))
-        .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::ValidationError))));
-    EXPECT_CALL(stepped, registerCustomer).WillOnce(Return(true));
+        .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::ValidationError))))
+        .WillOnce(Return(notFound()))
+        .WillOnce(Return(GetCustomerResult(withoutConnection())));
+    EXPECT_CALL(stepped, registerCustomer).Times(2).WillRepeatedly(Return(true));
     EXPECT_FALSE(identify());
     EXPECT_THAT(stepped.lastError,
                 isText("lmmindboxRegisterCustomerError", "Не удалось зарегистрировать клиента"));
+    EXPECT_FALSE(identify());
+    EXPECT_EQ(error(), QStringLiteral("Ошибка связи с сервером"));
     EXPECT_EQ(card->getNumber().toString(), entered);
 
     EXPECT_CALL(*service, getCustomer).WillOnce(Return(found(known)));
     EXPECT_CALL(stepped, confirmMobilePhone)
         .WillOnce(Return(VerifyResult{1, {QString(), QStringLiteral("of the confirmation")}}));
     EXPECT_FALSE(identify());
+    EXPECT_EQ(LogCapture::take().constLast(),
+              QStringLiteral("I Клиент найден, телефон подтверждён, почта не подтверждена"));
     EXPECT_EQ(error(), QStringLiteral("of the confirmation"));
     EXPECT_EQ(card->getNumber().toString(), known.mobilePhone);
     EXPECT_EQ(stepped.customer, known);

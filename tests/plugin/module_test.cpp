@@ -23,10 +23,11 @@ public:
     QVariantMap showForm(const FormRequest &request) override
     {
         titles.append(request.title.getId());
-        return {};
+        return answer;
     }
     void showMessage(const tr::Tr &text, int, int) override { titles.append(text.getId()); }
 
+    QVariantMap answer;
     QStringList titles;
 };
 
@@ -99,6 +100,10 @@ TEST_F(Module, ServesTheEditActionThroughItsOnlyHandler)
     EXPECT_EQ(handler.context, 6);
     EXPECT_EQ(handler.actionCode, 170);
     EXPECT_TRUE(handler.enabled);
+    dialog.answer = {{QStringLiteral("name"), QStringLiteral("x")}};
+    EXPECT_EQ(handler.handle(control::Action(170)), EContext::Result{0});
+    // Without a card this action opens no form.
+    document->setCardRecord(nullptr);
     EXPECT_EQ(handler.handle(control::Action(170)), EContext::Result{3});
     EXPECT_THAT(dialog.titles, testing::ElementsAre(QStringLiteral("lmmindboxEditCustomerTitle")));
 }

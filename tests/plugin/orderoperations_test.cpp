@@ -89,6 +89,7 @@ TEST_F(OrderOperations, AnythingButALostConnectionLeavesTheQueueEmpty)
     http.answer.clear();
     EXPECT_TRUE(client.createAuthorizedOrder(payload, true).noConnection);
     EXPECT_TRUE(client.changeOrderStatus(payload, true).noConnection);
+    EXPECT_TRUE(LogCapture::take().contains(QStringLiteral("I Изменение статуса заказа")));
     EXPECT_TRUE(http.sentUrl.query().endsWith(QLatin1String("operation=Offline.ChangeStatus")));
     EXPECT_TRUE(queued().isEmpty());
 }

@@ -84,7 +84,8 @@ TEST_F(Registration, DeclinedQuestionLeavesTheCustomerAlone)
 TEST_F(Registration, ClosedFormSendsNothingButKeepsThePhone)
 {
     EXPECT_CALL(dialog, showChoice);
-    EXPECT_CALL(dialog, showForm).WillOnce(Return(QVariantMap()));
+    EXPECT_CALL(dialog, showForm)
+        .WillOnce(Return(QVariantMap{{QStringLiteral("name"), QString()}}));
     EXPECT_FALSE(plugin.registerCustomer(phone));
     EXPECT_EQ(lastErrorText(), QStringLiteral("Клиент не добавлен"));
     EXPECT_EQ(plugin.customer.mobilePhone, phone);

@@ -126,6 +126,7 @@ TEST_F(Answer, PhoneOfAnyScalarTypeComesOutAsItsText)
     const auto customer = readCustomer("\"x\"");
     EXPECT_EQ(customer.mobilePhone, QStringLiteral("x"));
     EXPECT_EQ(customer.sex, QStringLiteral("x"));
+    EXPECT_EQ(read(R"({"errorMessage": "", "customer": "x"})").customer, customer);
 }
 
 TEST_F(Answer, EachResultHasItsOwnIdeaOfSuccess)
@@ -168,6 +169,8 @@ TEST_F(Answer, EachResultHasItsOwnIdeaOfSuccess)
         "smsConfirmation": {"processingStatus": "AlreadyConfirmed"}})"));
     EXPECT_EQ(sms.processingStatus, ProcessingStatus::AlreadyConfirmed);
     EXPECT_TRUE(sms.authenticationCode.isEmpty());
+    EXPECT_EQ(SmsConfirmationResult(read(R"({"authenticationCode": "0012"})")).authenticationCode,
+              QStringLiteral("0012"));
 }
 
 TEST(JsonPath, EndsAtTheFirstValueThatIsNoObjectAndNeverReturnsAnObject)

@@ -86,8 +86,8 @@ TEST_F(SmsConfirmation, SendsACodeOnceAndAsksUntilItIsRight)
     EXPECT_EQ(LogCapture::take(),
               QStringList(QStringLiteral("I Подтверждение учетной записи через СМС")));
 
-    // The second confirmation of one identification sends no code.
-    typeOnce(QStringLiteral("4444"));
+    // The second confirmation of one identification sends no code and begins with the first text.
+    showing(first, QStringLiteral("4444"));
     EXPECT_CALL(*service, confirmMobilePhone)
         .WillOnce(Return(checked("AlreadyConfirmed", OperationStatus::ProtocolError)));
     EXPECT_EQ(plugin.confirmMobilePhone(customer).code, 0);
