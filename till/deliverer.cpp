@@ -1,6 +1,7 @@
 #include "till/deliverer.h"
 
 #include "interface/interface.h"
+#include "interface/ordermessage.h"
 
 #include <host/dbqueuebroker.h>
 #include <host/restclient.h>
@@ -26,7 +27,7 @@ QString compactAnswer(const QJsonObject &answer)
 
 QString loyaltyQueue()
 {
-    return QStringLiteral("lmmindbox");
+    return lmmindbox::ordermessage::queue;
 }
 
 Deliverer::Deliverer(DBQueueBroker &broker, lmmindbox::Interface &service)
@@ -79,14 +80,15 @@ Deliverer::Round Deliverer::deliver(const std::function<bool()> &isStopped)
 
 Deliverer::Answer Deliverer::send(const QueuedMessage &message)
 {
-    const auto method = message.message.value(QLatin1String("method")).toString();
-    const auto payload = message.message.value(QLatin1String("payload"));
+    namespace words = lmmindbox::ordermessage;
+    const auto method = message.message.value(words::method).toString();
+    const auto payload = message.message.value(words::payload);
     if (!payload.isObject())
         return {Verdict::Refused, QStringLiteral("malformed message: no payload")};
     constexpr bool skipQueue = true;
-    if (method == QLatin1String("create"))
+    if (method == words::create)
         return judge(service.createAuthorizedOrder(payload.toObject(), skipQueue), message.id);
-    if (method == QLatin1String("change"))
+    if (method == words::change)
         return judge(service.changeOrderStatus(payload.toObject(), skipQueue), message.id);
     return {Verdict::Refused, QStringLiteral("malformed message: unknown method")};
 }

@@ -3,6 +3,8 @@
 #include "till/console.h"
 #include "till/deliverer.h"
 
+#include "interface/ordermessage.h"
+
 #include <host/dbqueuebroker.h>
 #include <host/privatefile.h>
 
@@ -29,7 +31,7 @@ QString ageText(const QDateTime &since)
 
 QString methodOf(const QueuedMessage &message)
 {
-    return message.message.value(QLatin1String("method")).toString(QStringLiteral("?"));
+    return message.message.value(lmmindbox::ordermessage::method).toString(QStringLiteral("?"));
 }
 
 QJsonArray toJson(const QList<QueuedMessage> &messages)
@@ -56,7 +58,8 @@ int fail(Console &console, const QString &reason)
 QString orderOf(const QueuedMessage &message)
 {
     const auto ids =
-        message.message[QLatin1String("payload")][QLatin1String("order")][QLatin1String("ids")]
+        message
+            .message[lmmindbox::ordermessage::payload][QLatin1String("order")][QLatin1String("ids")]
             .toObject();
     return ids.isEmpty() ? QStringLiteral("?") : ids.constBegin()->toString();
 }
