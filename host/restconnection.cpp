@@ -9,6 +9,8 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <limits>
 #include <memory>
 #include <poll.h>
@@ -72,6 +74,39 @@ HeaderList headerList(const QHash<QString, QString> &headers, QString &error)
     return list;
 }
 
+/// Whether the text breaks off inside the JSON it begins with. One that is whole and no JSON does
+/// not break off.
+bool breaksOff(const QByteArray &text)
+{
+    QJsonParseError error;
+    QJsonDocument::fromJson(text, &error);
+    // A token that is not whole is reported where it begins, not where the text ends.
+    const auto rest = text.mid(error.offset);
+    const auto restIs = [&rest](auto allowed) {
+        return std::all_of(rest.cbegin(), rest.cend(),
+                           [&](char c) { return allowed(static_cast<unsigned char>(c)); });
+    };
+    switch (error.error) {
+    case QJsonParseError::UnterminatedString:
+    case QJsonParseError::TerminationByNumber:
+        return true;
+    case QJsonParseError::IllegalValue: {
+        static constexpr std::array<QByteArrayView, 3> words{"true", "false", "null"};
+        const auto word = text.mid(error.offset - 1);
+        return std::any_of(words.begin(), words.end(),
+                           [&word](QByteArrayView whole) { return whole.startsWith(word); });
+    }
+    case QJsonParseError::IllegalEscapeSequence:
+        return restIs([](unsigned char c) { return std::isxdigit(c) != 0; });
+    case QJsonParseError::IllegalUTF8String:
+        return restIs([](unsigned char c) { return c >= 0x80; });
+    default:
+        // A wrong last byte and a missing next one are told apart by one byte more.
+        QJsonDocument::fromJson(text + '"', &error);
+        return error.offset > text.size();
+    }
+}
+
 } // namespace
 
 RestClient::Connection::Connection()
@@ -89,6 +124,8 @@ RestClient::Connection::Connection()
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     // HTTP/2 has repetitions of its own that could send a body twice.
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    // A connection found dead would otherwise stay beside the fresh one and be taken again.
+    set(CURLOPT_MAXCONNECTS, 1L);
     set(CURLOPT_TCP_NODELAY, 1L);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
     set(CURLOPT_TCP_KEEPIDLE, 20L);
@@ -200,8 +237,7 @@ bool RestClient::Connection::isAnswerCut() const
     if (!headComplete)
         return true;
     const auto begin = answer.trimmed().left(1);
-    return !lengthKnown && (begin == "{" || begin == "[") &&
-           QJsonDocument::fromJson(answer).isNull();
+    return !lengthKnown && (begin == "{" || begin == "[") && breaksOff(answer);
 }
 
 /// libcurl repeats a request by itself on a fresh connection when a kept one turns out to be dead.

@@ -1,47 +1,17 @@
 #pragma once
 
+#include "tests/support/logcapture.h"
+#include "tests/support/printqt.h"
+
 #include <QFile>
 #include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <ostream>
 #include <sys/resource.h>
 #include <sys/stat.h>
-
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
-
-/// The log's messages since it was made.
-class LogCapture
-{
-public:
-    LogCapture()
-    {
-        messages().clear();
-        previous = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext &, const QString &text) { messages() += text; });
-    }
-    ~LogCapture() { qInstallMessageHandler(previous); }
-    Q_DISABLE_COPY_MOVE(LogCapture)
-
-    static QString text() { return messages().join(QLatin1Char('\n')); }
-    static bool has(const QString &part) { return text().contains(part); }
-
-private:
-    static QStringList &messages()
-    {
-        static QStringList list;
-        return list;
-    }
-
-    QtMessageHandler previous = nullptr;
-};
 
 /// A disk on which no file grows beyond `size` bytes, as long as this object lives.
 class FullDisk

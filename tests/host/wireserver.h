@@ -62,6 +62,7 @@ public:
     int port = 0;
     std::atomic<int> connections = 0;
     std::atomic<int> requests = 0;
+    std::atomic<int> closes = 0; ///< Connections that were closed here.
     QByteArray received() const
     {
         const std::scoped_lock lock(mutex);
@@ -77,6 +78,7 @@ private:
             while (readRequest(socket) && answer(socket)) {
             }
             ::close(socket);
+            ++closes;
         }
     }
 

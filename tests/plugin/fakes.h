@@ -5,6 +5,8 @@
 #include "interface/interface.h"
 #include "model/customeredit.h"
 #include "plugin/plugin.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/printqt.h"
 
 #include <host/abstractdocument.h>
 #include <host/dbqueuebroker.h>
@@ -12,19 +14,12 @@
 #include <host/savetofilelogic.h>
 #include <host/session.h>
 
-#include <QLoggingCategory>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <utility>
-
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace tr {
 inline void PrintTo(const Tr &text, std::ostream *out)
@@ -71,32 +66,13 @@ public:
                 (override));
 };
 
-/// What the logger "lmmindbox" writes while this object lives, each line behind its level's
-/// letter: D, I, W or E.
-class LogCapture
+/// What the logger "lmmindbox" writes while this object lives.
+class LogCapture : public ::LogCapture
 {
 public:
     LogCapture()
-    {
-        QLoggingCategory::setFilterRules(QStringLiteral("lmmindbox.debug=true"));
-        lines.clear();
-        qInstallMessageHandler(
-            [](QtMsgType type, const QMessageLogContext &context, const QString &text) {
-                if (qstrcmp(context.category, "lmmindbox") == 0)
-                    lines.append(QStringLiteral("%1 %2").arg(QLatin1Char("DWEFI"[type])).arg(text));
-            });
-    }
-    ~LogCapture()
-    {
-        qInstallMessageHandler(nullptr);
-        QLoggingCategory::setFilterRules({});
-    }
-    Q_DISABLE_COPY_MOVE(LogCapture)
-
-    static QStringList take() { return std::exchange(lines, {}); }
-
-private:
-    static inline QStringList lines;
+        : ::LogCapture("lmmindbox")
+    {}
 };
 
 /// A plugin whose state and client can be set.
