@@ -1,13 +1,10 @@
 #include "host/config.h"
 
-#include <QFile>
+#include "host/privatefile.h"
+
 #include <QLoggingCategory>
 #include <QStandardPaths>
 #include <QStringDecoder>
-
-#include <algorithm>
-#include <cstdio>
-#include <sys/stat.h>
 
 template class Singleton<Config>;
 
@@ -62,33 +59,6 @@ Setting parseLine(const QByteArray &line)
     return setting;
 }
 
-/// The content of a regular file; `error` says why there is none.
-QByteArray readFile(const QString &path, QString &error)
-{
-    QFile file(path);
-    struct stat status = {};
-    const auto unreadable = QStringLiteral("%1: the settings cannot be read: %2");
-    // Opening a pipe would wait for a writer for ever.
-    if (::stat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        error = unreadable.arg(path, QStringLiteral("expected a regular file"));
-        return {};
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = unreadable.arg(path, file.errorString());
-        return {};
-    }
-    // The amount asked for is allocated, however short the file is.
-    auto content = file.read(std::min(file.size(), maximumFileSize) + 1);
-    if (file.error() != QFile::NoError)
-        error = unreadable.arg(path, file.errorString());
-    else if (content.size() > maximumFileSize)
-        error = unreadable.arg(path, QStringLiteral("expected at most 1 MiB"));
-    else if (::fstat(file.handle(), &status) == 0 && (status.st_mode & 077) != 0)
-        qCWarning(log, "%s: others may read the secret key: the mode is %04o, expected 0600",
-                  qUtf8Printable(path), status.st_mode & 07777);
-    return content;
-}
-
 } // namespace
 
 QString Config::filePath(const QString &option)
@@ -104,10 +74,12 @@ QString Config::filePath(const QString &option)
 
 std::optional<QString> Config::load(const QString &path)
 {
-    QString error;
-    const auto content = readFile(path, error);
+    const auto [content, mode, error] = privatefile::read(path, maximumFileSize);
     if (!error.isEmpty())
-        return error;
+        return QStringLiteral("%1: the settings cannot be read: %2").arg(path, error);
+    if ((mode & 077U) != 0)
+        qCWarning(log, "%s: others may read the secret key: the mode is %04o, expected 0600",
+                  qUtf8Printable(path), mode);
 
     QHash<QString, QString> loaded;
     QHash<QString, int> lineOfKey;
@@ -120,10 +92,9 @@ std::optional<QString> Config::load(const QString &path)
         if (setting.error.isEmpty() && lineOfKey.contains(setting.key))
             setting.error =
                 QStringLiteral("expected each key once, \"%1\" already stands in line %2")
-                    .arg(setting.key)
-                    .arg(lineOfKey.value(setting.key));
+                    .arg(setting.key, QString::number(lineOfKey.value(setting.key)));
         if (!setting.error.isEmpty())
-            return QStringLiteral("%1:%2: %3").arg(path).arg(number).arg(setting.error);
+            return QStringLiteral("%1:%2: %3").arg(path, QString::number(number), setting.error);
         lineOfKey.insert(setting.key, number);
         loaded.insert(setting.key, setting.value);
     }

@@ -89,7 +89,7 @@ QList<JsonMembers> JsonMembers::objects(QAnyStringView key) const
     QList<JsonMembers> result;
     const auto elements = array(key);
     for (qsizetype i = 0; i < elements.size(); ++i) {
-        const auto name = QStringLiteral("%1[%2]").arg(key.toString()).arg(i);
+        const auto name = QStringLiteral("%1[%2]").arg(key.toString(), QString::number(i));
         if (!elements.at(i).isObject())
             fail(name, QStringLiteral("expected an object"));
         result.append(

@@ -10,6 +10,18 @@
 /// Files and directories for their owner alone, whatever the process's umask.
 namespace privatefile {
 
+/// What was read from a file.
+struct Content
+{
+    QByteArray bytes;  ///< Empty after a failure.
+    unsigned mode = 0; ///< The file's access rights.
+    QString error;     ///< Why it was not read, without the file's name; empty after a success.
+};
+
+/// Reads a regular file of at most `limit` bytes. Anything else is a failure and is never waited
+/// for.
+[[nodiscard]] HOST_EXPORT Content read(const QString &path, qint64 limit);
+
 /// Creates the directory and those above it that are missing, each with mode 0700. A directory that
 /// exists stays as it is.
 /// \return Why it is not there, nothing when it is.

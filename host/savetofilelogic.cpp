@@ -9,8 +9,6 @@
 #include <QJsonDocument>
 #include <QLoggingCategory>
 
-#include <algorithm>
-
 template class MockFactory<SaveToFileLogic>;
 
 namespace {
@@ -18,26 +16,6 @@ namespace {
 Q_LOGGING_CATEGORY(log, "till.receipt", QtInfoMsg)
 
 constexpr qint64 maximumFileSize = 64LL << 20;
-
-QByteArray read(const QString &fileName, QString &error)
-{
-    if (const QFileInfo info(fileName); info.exists() && !info.isFile()) {
-        error = QStringLiteral("expected a regular file");
-        return {};
-    }
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = file.errorString();
-        return {};
-    }
-    // The amount asked for is allocated, however short the file is.
-    auto content = file.read(std::min(file.size(), maximumFileSize) + 1);
-    if (file.error() != QFile::NoError)
-        error = file.errorString();
-    else if (content.size() > maximumFileSize)
-        error = QStringLiteral("expected at most %1 bytes").arg(maximumFileSize);
-    return content;
-}
 
 } // namespace
 
@@ -68,10 +46,11 @@ bool SaveToFileLogic::save(const QSharedPointer<AbstractDocument> &document,
 LoadedDocument SaveToFileLogic::load(const QString &fileName)
 {
     LoadedDocument result;
-    const auto content = read(fileName, result.error);
+    const auto content = privatefile::read(fileName, maximumFileSize);
+    result.error = content.error;
     if (result.error.isEmpty()) {
         QJsonParseError parsing;
-        const auto json = QJsonDocument::fromJson(content, &parsing);
+        const auto json = QJsonDocument::fromJson(content.bytes, &parsing);
         if (parsing.error != QJsonParseError::NoError)
             result.error = QStringLiteral("offset %1: expected JSON: %2")
                                .arg(parsing.offset)

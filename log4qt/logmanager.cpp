@@ -6,7 +6,7 @@
 
 namespace Log4Qt {
 
-Logger *LogManager::logger(const QString &name)
+Logger *LogManager::logger(const QString &name, const QString & /*setup*/)
 {
     static std::mutex mutex;
     // Never destroyed: what ends last may still log.

@@ -20,7 +20,6 @@ class LOG4QT_EXPORT Logger
 public:
     explicit Logger(QByteArray name);
 
-    QString name() const { return QString::fromUtf8(storedName); }
     bool isDebugEnabled() const { return category.isDebugEnabled(); }
 
     template<typename... Args>
@@ -50,10 +49,13 @@ public:
 
 private:
     template<typename... Args>
-    static QString fill(QString message, const Args &...args)
+    static QString fill(const QString &message, const Args &...args)
     {
-        ((message = message.arg(args)), ...);
-        return message;
+        // All at once: a place in the text of an argument is not to be filled by the next one.
+        if constexpr (sizeof...(args) > 0)
+            return message.arg(QStringLiteral("%1").arg(args)...);
+        else
+            return message;
     }
     void write(QtMsgType type, const QString &message) const;
 

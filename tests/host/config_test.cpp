@@ -51,15 +51,15 @@ TEST_F(ConfigFile, RefusesADamagedFileWithItsLineAndKeepsWhatItHad)
         {"k=hunter2\xff\n", QStringLiteral(":1: expected UTF-8")},
         {QByteArray("k=hunter2\0\n", 11), QStringLiteral(":1: expected text, found a null")},
         {"\xEF\xBB\xBFk=hunter2\n", QStringLiteral(":1: expected no byte order mark")},
-        {"k=1\n#\nk=hunter2\n", QStringLiteral(":3: expected each key once, \"k\" already stands "
-                                               "in line 1")},
-        {QByteArray(2 << 20, 'x'), QStringLiteral("expected at most 1 MiB")},
+        {"%2=1\n#\n%2=hunter2\n", QStringLiteral(":3: expected each key once, \"%2\" already "
+                                                 "stands in line 1")},
+        {QByteArray(2 << 20, 'x'), QStringLiteral("expected at most 1048576 bytes")},
     };
     Config config;
     config.set(QStringLiteral("before"), QStringLiteral("kept"));
     for (const auto &[content, expected] : cases) {
         SCOPED_TRACE(expected.toStdString());
-        const auto file = write(QStringLiteral("bad.conf"), content);
+        const auto file = write(QStringLiteral("bad%2%3.conf"), content);
         const auto error = config.load(file).value_or(QString());
         EXPECT_TRUE(error.startsWith(file)) << error.toStdString();
         EXPECT_TRUE(error.contains(expected)) << error.toStdString();

@@ -12,9 +12,9 @@ TEST_F(LogFile, HoldsOneLineAMessageWhateverItsText)
 {
     const auto file = path(QStringLiteral("new/deep/till.log"));
     ASSERT_EQ(logging::start(file, false), std::nullopt);
-    Log4Qt::LogManager::logger(QStringLiteral("lmmindbox"))
+    Log4Qt::LogManager::logger(QStringLiteral("lmmindbox"), QString())
         ->info(QStringLiteral("имя: %1, %2"),
-               QStringLiteral("a\r\nwarning lmmindbox: forged\u2028"), 7);
+               QStringLiteral("a\r\nwarning lmmindbox: forged\u2028%2"), 7);
     logging::stop();
     ASSERT_EQ(logging::start(file, false), std::nullopt);
     qWarning("second\x1b");
@@ -22,8 +22,8 @@ TEST_F(LogFile, HoldsOneLineAMessageWhateverItsText)
 
     const auto lines = read(file).split('\n');
     ASSERT_EQ(lines.size(), 3);
-    EXPECT_TRUE(
-        lines[0].endsWith(QByteArray("lmmindbox: имя: a\\r\\nwarning lmmindbox: forged\\u2028, 7")))
+    EXPECT_TRUE(lines[0].endsWith(
+        QByteArray("lmmindbox: имя: a\\r\\nwarning lmmindbox: forged\\u2028%2, 7")))
         << lines[0].toStdString();
     EXPECT_TRUE(lines[1].endsWith("second\\u001b"));
     EXPECT_EQ(mode(file), 0600U);
