@@ -1,9 +1,9 @@
 #include "host/variantjson.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -12,81 +12,34 @@ namespace variantjson {
 
 namespace {
 
-struct TypeName
+template<typename Value>
+QJsonValue asIs(const QVariant &value, QString & /*error*/)
 {
-    int type;
-    QLatin1String name;
-};
+    return value.value<Value>();
+}
 
-// The names stand in files, so they never change.
-const std::array typeNames{
-    TypeName{QMetaType::UnknownType, QLatin1String("none")},
-    TypeName{QMetaType::QString, QLatin1String("text")},
-    TypeName{QMetaType::Bool, QLatin1String("bool")},
-    TypeName{QMetaType::Int, QLatin1String("int32")},
-    TypeName{QMetaType::LongLong, QLatin1String("int64")},
-    TypeName{QMetaType::UInt, QLatin1String("uint32")},
-    TypeName{QMetaType::ULongLong, QLatin1String("uint64")},
-    TypeName{QMetaType::Double, QLatin1String("double")},
-    TypeName{QMetaType::QDate, QLatin1String("date")},
-    TypeName{QMetaType::QDateTime, QLatin1String("dateTime")},
-    TypeName{QMetaType::QByteArray, QLatin1String("bytes")},
-    TypeName{QMetaType::QJsonObject, QLatin1String("object")},
-    TypeName{QMetaType::QJsonArray, QLatin1String("array")},
-    TypeName{QMetaType::QStringList, QLatin1String("texts")},
-    TypeName{QMetaType::QVariantList, QLatin1String("list")},
-    TypeName{QMetaType::QVariantMap, QLatin1String("map")},
-};
-
-QJsonValue contentToJson(const QVariant &value, QString &error)
+QJsonValue finiteToJson(const QVariant &value, QString &error)
 {
-    switch (value.typeId()) {
-    case QMetaType::UnknownType:
-        return {};
-    case QMetaType::QString:
-        return value.toString();
-    case QMetaType::Bool:
-        return value.toBool();
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::UInt:
-        return value.toLongLong();
-    case QMetaType::ULongLong: // more than a JSON number holds
-        return QString::number(value.toULongLong());
-    case QMetaType::Double:
-        if (!std::isfinite(value.toDouble()))
-            error = QStringLiteral("expected a finite number");
-        return value.toDouble();
-    case QMetaType::QDate:
-        return dateToJson(value.toDate());
-    case QMetaType::QDateTime:
-        return dateTimeToJson(value.toDateTime(), error);
-    case QMetaType::QByteArray:
-        return QString::fromLatin1(value.toByteArray().toBase64());
-    case QMetaType::QJsonObject:
-        return value.toJsonObject();
-    case QMetaType::QJsonArray:
-        return value.toJsonArray();
-    case QMetaType::QStringList:
-        return QJsonArray::fromStringList(value.toStringList());
-    case QMetaType::QVariantList: {
-        QJsonArray elements;
-        for (const auto &element : value.toList())
-            elements.append(toJson(element, error));
-        return elements;
-    }
-    case QMetaType::QVariantMap: {
-        QJsonObject members;
-        const auto map = value.toMap();
-        for (auto member = map.cbegin(); member != map.cend(); ++member)
-            members.insert(member.key(), toJson(member.value(), error));
-        return members;
-    }
-    default:
-        error = QStringLiteral("a value of the type %1 cannot be kept")
-                    .arg(QLatin1String(value.typeName()));
-        return {};
-    }
+    if (!std::isfinite(value.toDouble()))
+        error = QStringLiteral("expected a finite number");
+    return value.toDouble();
+}
+
+QJsonValue listToJson(const QVariant &value, QString &error)
+{
+    QJsonArray elements;
+    for (const auto &element : value.toList())
+        elements.append(toJson(element, error));
+    return elements;
+}
+
+QJsonValue mapToJson(const QVariant &value, QString &error)
+{
+    QJsonObject members;
+    const auto map = value.toMap();
+    for (auto member = map.cbegin(); member != map.cend(); ++member)
+        members.insert(member.key(), toJson(member.value(), error));
+    return members;
 }
 
 template<typename Integer>
@@ -114,23 +67,23 @@ QVariant bytesFromJson(const QJsonValue &content, QString &error)
 {
     const auto decoded = QByteArray::fromBase64Encoding(content.toString().toLatin1(),
                                                         QByteArray::AbortOnBase64DecodingErrors);
-    if (!decoded || !content.isString())
+    if (!decoded)
         error = QStringLiteral("expected bytes in base 64");
     return *decoded;
 }
 
-QVariant listFromJson(const QJsonArray &elements, QString &error)
+QVariant listFromJson(const QJsonValue &content, QString &error)
 {
     QVariantList list;
-    for (const auto &element : elements)
+    for (const auto &element : content.toArray())
         list.append(fromJson(element.toObject(), error));
     return list;
 }
 
-QVariant textsFromJson(const QJsonArray &elements, QString &error)
+QVariant textsFromJson(const QJsonValue &content, QString &error)
 {
     QStringList texts;
-    for (const auto &element : elements) {
+    for (const auto &element : content.toArray()) {
         if (!element.isString())
             error = QStringLiteral("expected texts");
         texts.append(element.toString());
@@ -138,104 +91,99 @@ QVariant textsFromJson(const QJsonArray &elements, QString &error)
     return texts;
 }
 
-QVariant mapFromJson(const QJsonObject &members, QString &error)
+QVariant mapFromJson(const QJsonValue &content, QString &error)
 {
+    const auto members = content.toObject();
     QVariantMap map;
-    for (auto member = members.begin(); member != members.end(); ++member)
+    for (auto member = members.constBegin(); member != members.constEnd(); ++member)
         map.insert(member.key(), fromJson(member.value().toObject(), error));
     return map;
 }
 
-QJsonValue::Type contentType(int type)
-{
-    switch (type) {
-    case QMetaType::Bool:
-        return QJsonValue::Bool;
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::UInt:
-    case QMetaType::Double:
-        return QJsonValue::Double;
-    case QMetaType::QString:
-    case QMetaType::ULongLong:
-    case QMetaType::QByteArray:
-        return QJsonValue::String;
-    case QMetaType::QJsonArray:
-    case QMetaType::QStringList:
-    case QMetaType::QVariantList:
-        return QJsonValue::Array;
-    case QMetaType::QJsonObject:
-    case QMetaType::QVariantMap:
-        return QJsonValue::Object;
-    default:
-        return QJsonValue::Undefined;
-    }
-}
+using V = const QVariant &;
+using J = const QJsonValue &;
+using E = QString &;
 
-QVariant contentFromJson(int type, const QJsonValue &content, QString &error)
+/// A type that can be kept.
+struct Type
 {
-    if (const auto expected = contentType(type);
-        expected != QJsonValue::Undefined && content.type() != expected) {
-        error = QStringLiteral("expected a value of its type");
-        return {};
-    }
-    switch (type) {
-    case QMetaType::QString:
-        return content.toString();
-    case QMetaType::Bool:
-        return content.toBool();
-    case QMetaType::Int:
-        return integerFromJson<int>(content, error);
-    case QMetaType::LongLong:
-        return integerFromJson<qlonglong>(content, error);
-    case QMetaType::UInt:
-        return integerFromJson<uint>(content, error);
-    case QMetaType::ULongLong:
-        return unsignedFromJson(content, error);
-    case QMetaType::Double:
-        return content.toDouble();
-    case QMetaType::QDate:
-        return dateFromJson(content, error);
-    case QMetaType::QDateTime:
-        return dateTimeFromJson(content, error);
-    case QMetaType::QByteArray:
-        return bytesFromJson(content, error);
-    case QMetaType::QJsonObject:
-        return content.toObject();
-    case QMetaType::QJsonArray:
-        return content.toArray();
-    case QMetaType::QStringList:
-        return textsFromJson(content.toArray(), error);
-    case QMetaType::QVariantList:
-        return listFromJson(content.toArray(), error);
-    case QMetaType::QVariantMap:
-        return mapFromJson(content.toObject(), error);
-    default:
-        return {};
-    }
-}
+    int id;
+    QLatin1String name; ///< Stands in files, so it never changes.
+    QJsonValue (*write)(const QVariant &value, QString &error);
+    QJsonValue::Type json; ///< What `read` takes; `Undefined` when it looks for itself.
+    QVariant (*read)(const QJsonValue &content, QString &error);
+};
+
+constexpr std::array types{
+    Type{QMetaType::UnknownType, QLatin1String("none"), [](V, E) { return QJsonValue(); },
+         QJsonValue::Undefined, [](J, E) { return QVariant(); }},
+    Type{QMetaType::QString, QLatin1String("text"), asIs<QString>, QJsonValue::String,
+         [](J content, E) { return QVariant(content.toString()); }},
+    Type{QMetaType::Bool, QLatin1String("bool"), asIs<bool>, QJsonValue::Bool,
+         [](J content, E) { return QVariant(content.toBool()); }},
+    Type{QMetaType::Int, QLatin1String("int32"), asIs<qint64>, QJsonValue::Double,
+         integerFromJson<int>},
+    Type{QMetaType::LongLong, QLatin1String("int64"), asIs<qint64>, QJsonValue::Double,
+         integerFromJson<qlonglong>},
+    Type{QMetaType::UInt, QLatin1String("uint32"), asIs<qint64>, QJsonValue::Double,
+         integerFromJson<uint>},
+    // More than a JSON number holds.
+    Type{QMetaType::ULongLong, QLatin1String("uint64"), asIs<QString>, QJsonValue::String,
+         unsignedFromJson},
+    Type{QMetaType::Double, QLatin1String("double"), finiteToJson, QJsonValue::Double,
+         [](J content, E) { return QVariant(content.toDouble()); }},
+    Type{QMetaType::QDate, QLatin1String("date"),
+         [](V value, E) { return dateToJson(value.toDate()); }, QJsonValue::Undefined,
+         [](J content, E error) { return QVariant(dateFromJson(content, error)); }},
+    Type{QMetaType::QDateTime, QLatin1String("dateTime"),
+         [](V value, E error) { return dateTimeToJson(value.toDateTime(), error); },
+         QJsonValue::Undefined,
+         [](J content, E error) { return QVariant(dateTimeFromJson(content, error)); }},
+    Type{QMetaType::QByteArray, QLatin1String("bytes"),
+         [](V value, E) { return QJsonValue(QLatin1String(value.toByteArray().toBase64())); },
+         QJsonValue::String, bytesFromJson},
+    Type{QMetaType::QJsonObject, QLatin1String("object"), asIs<QJsonObject>, QJsonValue::Object,
+         [](J content, E) { return QVariant(content.toObject()); }},
+    Type{QMetaType::QJsonArray, QLatin1String("array"), asIs<QJsonArray>, QJsonValue::Array,
+         [](J content, E) { return QVariant(content.toArray()); }},
+    Type{QMetaType::QStringList, QLatin1String("texts"),
+         [](V value, E) { return QJsonValue(QJsonArray::fromStringList(value.toStringList())); },
+         QJsonValue::Array, textsFromJson},
+    Type{QMetaType::QVariantList, QLatin1String("list"), listToJson, QJsonValue::Array,
+         listFromJson},
+    Type{QMetaType::QVariantMap, QLatin1String("map"), mapToJson, QJsonValue::Object, mapFromJson},
+};
 
 } // namespace
 
 QJsonObject toJson(const QVariant &value, QString &error)
 {
-    const auto content = contentToJson(value, error);
-    for (const auto &[type, name] : typeNames) {
-        if (type == value.typeId())
-            return {{QLatin1String("type"), name}, {QLatin1String("value"), content}};
+    const auto *const type = std::find_if(
+        types.begin(), types.end(), [&value](const Type &t) { return t.id == value.typeId(); });
+    if (type == types.end()) {
+        error = QStringLiteral("a value of the type %1 cannot be kept")
+                    .arg(QLatin1String(value.typeName()));
+        return {};
     }
-    return {};
+    return {{QLatin1String("type"), type->name},
+            {QLatin1String("value"), type->write(value, error)}};
 }
 
 QVariant fromJson(const QJsonObject &object, QString &error)
 {
-    const auto wanted = object.value(QLatin1String("type")).toString();
-    for (const auto &[type, name] : typeNames) {
-        if (name == wanted)
-            return contentFromJson(type, object.value(QLatin1String("value")), error);
+    const auto name = object.value(QLatin1String("type")).toString();
+    const auto *const type =
+        std::find_if(types.begin(), types.end(), [&name](const Type &t) { return t.name == name; });
+    if (type == types.end()) {
+        error = QStringLiteral("expected an object with a known \"type\"");
+        return {};
     }
-    error = QStringLiteral("expected an object with a known \"type\"");
-    return {};
+    const auto content = object.value(QLatin1String("value"));
+    if (type->json != QJsonValue::Undefined && content.type() != type->json) {
+        error = QStringLiteral("expected a value of its type");
+        return {};
+    }
+    return type->read(content, error);
 }
 
 QJsonValue dateTimeToJson(const QDateTime &time, QString &error)

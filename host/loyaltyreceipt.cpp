@@ -1,0 +1,70 @@
+#include "host/abstractdocument.h"
+#include "host/basicloyaltysystem.h"
+
+// The system's card and data on the receipt at hand.
+
+QSharedPointer<DocumentCardRecord> BasicLoyaltySystem::getCard() const
+{
+    return currentDocument ? currentDocument->getCardRecord() : nullptr;
+}
+
+bool BasicLoyaltySystem::hasCard() const
+{
+    return !getCard().isNull();
+}
+
+void BasicLoyaltySystem::registerLoyaltySystem()
+{
+    registered = true;
+}
+
+void BasicLoyaltySystem::deregisterLoyaltySystem()
+{
+    registered = false;
+}
+
+void BasicLoyaltySystem::setOption(LoyaltySystemOption option, bool on)
+{
+    if (on)
+        options.insert(option);
+    else
+        options.remove(option);
+}
+
+QString BasicLoyaltySystem::getStoreDataKey() const
+{
+    return QStringLiteral("loyaltySystem%1").arg(systemType);
+}
+
+void BasicLoyaltySystem::setPluginData(const QString &key, const QVariant &value)
+{
+    auto data = getPluginData();
+    data.insert(key, value);
+    setPluginData(data);
+}
+
+void BasicLoyaltySystem::setPluginData(const QVariantMap &data)
+{
+    if (currentDocument)
+        currentDocument->setPluginData(getStoreDataKey(), data);
+}
+
+QVariant BasicLoyaltySystem::getPluginData(const QString &key, const QVariant &defaultValue) const
+{
+    return getPluginData().value(key, defaultValue);
+}
+
+QVariantMap BasicLoyaltySystem::getPluginData() const
+{
+    return currentDocument ? currentDocument->getPluginData(getStoreDataKey()) : QVariantMap();
+}
+
+void BasicLoyaltySystem::clearLoyaltyData()
+{
+    clearLastErrorString();
+}
+
+void BasicLoyaltySystem::clearData()
+{
+    setPluginData(QVariantMap());
+}
