@@ -2,15 +2,23 @@
 
 #include <QJsonDocument>
 
+#include <cerrno>
 #include <sys/file.h>
 #include <unistd.h>
 
 namespace simulator {
 
+namespace {
+
+constexpr QByteArrayView header = "Journal of the service simulator, version 1\n";
+
+} // namespace
+
 bool Journal::open(const QString &path,
                    const std::function<bool(const QJsonObject &record)> &replay)
 {
     torn = false;
+    broken = false;
     error.clear();
     file.setFileName(path);
     const auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
@@ -36,26 +44,38 @@ bool Journal::append(std::initializer_list<QJsonObject> records)
 {
     if (!file.isOpen())
         return true;
+    if (broken)
+        return complain(QStringLiteral("half a record stands at its end"));
     QByteArray lines;
     for (const auto &record : records)
         lines += QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n';
     const auto size = file.size();
-    if (file.write(lines) == lines.size() && fdatasync(file.handle()) == 0)
+    if (write(lines))
         return true;
-    error = QStringLiteral("journal %1: %2").arg(file.fileName(), file.errorString());
     // Half a record would make the next one unreadable.
-    file.resize(size);
+    broken = !file.resize(size);
     return false;
 }
 
 bool Journal::clear()
 {
-    return !file.isOpen() || (file.resize(0) && fdatasync(file.handle()) == 0);
+    if (!file.isOpen())
+        return true;
+    if (!file.resize(header.size()) || fdatasync(file.handle()) != 0)
+        return complain(qt_error_string(errno));
+    broken = false;
+    return true;
+}
+
+bool Journal::complain(const QString &reason)
+{
+    error = QStringLiteral("journal %1: %2").arg(file.fileName(), reason);
+    return false;
 }
 
 bool Journal::fail(const QString &reason)
 {
-    error = QStringLiteral("journal %1: %2").arg(file.fileName(), reason);
+    complain(reason);
     file.close();
     return false;
 }
@@ -72,8 +92,13 @@ bool Journal::read(const std::function<bool(const QJsonObject &record)> &replay)
     file.seek(0);
     // Read in one piece: the file is unbuffered so that appending it is one write.
     const auto content = file.readAll();
-    qsizetype start = 0;
-    for (int number = 1; start < content.size(); ++number) {
+    const bool hasHeader = content.startsWith(header);
+    // A kill may have cut the header short, too.
+    if (!hasHeader && !header.startsWith(content))
+        return fail(
+            QStringLiteral("line 1 must be '%1'").arg(QString::fromLatin1(header.trimmed())));
+    auto start = hasHeader ? header.size() : 0;
+    for (int number = 2; start < content.size(); ++number) {
         const auto end = content.indexOf('\n', start);
         if (end < 0)
             break;
@@ -85,7 +110,18 @@ bool Journal::read(const std::function<bool(const QJsonObject &record)> &replay)
     torn = start < content.size();
     if (torn && !file.resize(start))
         return fail(file.errorString());
-    return true;
+    if (hasHeader || write(header.toByteArray()))
+        return true;
+    file.close();
+    return false;
+}
+
+bool Journal::write(const QByteArray &lines)
+{
+    // The file's own text says nothing when only a part was written or the sync failed.
+    errno = 0;
+    return (file.write(lines) == lines.size() && fdatasync(file.handle()) == 0) ||
+           complain(qt_error_string(errno));
 }
 
 } // namespace simulator
