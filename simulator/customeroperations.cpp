@@ -88,7 +88,7 @@ Answer Service::registerCustomer(const QJsonObject &body)
     const auto customer = withData(blank, sentCustomer(body));
     if (!keep({CustomerStore::customerRecord(customer), newCodeRecord(phone)}))
         return notKept();
-    printCode(phone);
+    sendCode(phone);
     return success(customerPart(customer, "Created"_L1));
 }
 
@@ -148,7 +148,7 @@ Answer Service::resendConfirmationCode(const QJsonObject &body)
         return success(customerPart({}, "NotFound"_L1));
     if (!keep({newCodeRecord(phone)}))
         return notKept();
-    printCode(phone);
+    sendCode(phone);
     return success(customerPart(*customer, "Found"_L1));
 }
 
@@ -163,7 +163,7 @@ Answer Service::emailConfirmationLetter(const QJsonObject &body)
                        QStringLiteral("customer.email"));
     if (!keep({CustomerStore::letterRecord(email)}))
         return notKept();
-    print(QStringLiteral("Letter to %1").arg(email));
+    message = QStringLiteral("Letter to %1").arg(email);
     return success(customerPart({}, "Found"_L1));
 }
 
@@ -181,9 +181,9 @@ QJsonObject Service::newCodeRecord(const QString &phone)
                 .expiresAt = QDateTime::currentMSecsSinceEpoch() + options.codeLifetime.count()});
 }
 
-void Service::printCode(const QString &phone) const
+void Service::sendCode(const QString &phone)
 {
-    print(QStringLiteral("SMS to %1: code %2").arg(phone, customers.code(phone).text));
+    message = QStringLiteral("SMS to %1: code %2").arg(phone, customers.code(phone).text);
 }
 
 } // namespace simulator

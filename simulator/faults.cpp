@@ -3,10 +3,11 @@
 #include "simulator/bodycheck.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
+#include <QLocale>
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace simulator {
 
@@ -49,6 +50,34 @@ constexpr auto randomMembers = std::to_array<Member>({
 
 constexpr auto randomOrder = std::to_array<Member>({nested("random"_L1, randomMembers)});
 
+struct Range
+{
+    QLatin1String member;
+    qint64 least;
+    qint64 most;
+};
+
+constexpr std::array ranges{
+    Range{"count"_L1, 1, 1'000'000}, Range{"milliseconds"_L1, 0, 600'000},
+    Range{"httpCode"_L1, 200, 599},  Range{"seed"_L1, 0, std::numeric_limits<quint32>::max()},
+    Range{"probability"_L1, 0, 1},
+};
+
+/// Says which number of an order, or of its "random", lies outside its range; empty for none.
+QString outOfRange(const QJsonObject &order)
+{
+    for (const auto &[member, least, most] : ranges) {
+        const auto number = order.value(member).toDouble(static_cast<double>(least));
+        if (number < static_cast<double>(least) || number > static_cast<double>(most))
+            return QStringLiteral("%1 must be from %2 to %3, not %4")
+                .arg(member)
+                .arg(least)
+                .arg(most)
+                .arg(number, 0, 'g', QLocale::FloatingPointShortest);
+    }
+    return {};
+}
+
 std::optional<FaultKind> faultKind(const QString &name)
 {
     const auto *const known = std::find_if(kindNames.begin(), kindNames.end(),
@@ -84,47 +113,51 @@ void FaultPlan::add(const Fault &fault)
         waiting.append(fault);
 }
 
-void FaultPlan::setRandom(const RandomFaults &faults)
-{
-    const std::lock_guard lock(mutex);
-    random = faults;
-    generator.seed(faults.seed);
-}
-
 QString FaultPlan::addJson(const QJsonObject &order)
 {
     const bool isRandom = order.contains("random"_L1);
     const auto messages = isRandom ? checkBody(order, randomOrder) : checkBody(order, faultMembers);
     if (!messages.isEmpty())
         return firstMessage(messages);
-    const auto milliseconds = [](const QJsonObject &object, int otherwise) {
-        return std::max(0, object.value("milliseconds"_L1).toInt(otherwise));
-    };
-    if (!isRandom) {
-        const Fault usual;
-        const auto name = order.value("kind"_L1).toString();
-        const auto kind = faultKind(name);
-        if (!kind)
-            return unknownKind(name);
-        add({.kind = *kind,
-             .operation = order.value("operation"_L1).toString(),
-             .count = order.value("count"_L1).toInt(usual.count),
-             .executed = order.value("executed"_L1).toBool(usual.executed),
-             .milliseconds = milliseconds(order, usual.milliseconds),
-             .httpCode = order.value("httpCode"_L1).toInt(usual.httpCode)});
-        return {};
-    }
-    const auto object = order.value("random"_L1).toObject();
-    RandomFaults faults{.seed = static_cast<quint32>(object.value("seed"_L1).toInteger()),
-                        .probability = object.value("probability"_L1).toDouble()};
-    faults.milliseconds = milliseconds(object, faults.milliseconds);
-    for (const auto name : object.value("kinds"_L1).toArray()) {
+    const auto content = isRandom ? order.value("random"_L1).toObject() : order;
+    if (const auto wrong = outOfRange(content); !wrong.isEmpty())
+        return wrong;
+    return isRandom ? setRandom(content) : addFault(content);
+}
+
+QString FaultPlan::addFault(const QJsonObject &order)
+{
+    const Fault usual;
+    const auto name = order.value("kind"_L1).toString();
+    const auto kind = faultKind(name);
+    if (!kind)
+        return unknownKind(name);
+    add({.kind = *kind,
+         .operation = order.value("operation"_L1).toString(),
+         .count = order.value("count"_L1).toInt(usual.count),
+         .executed = order.value("executed"_L1).toBool(usual.executed),
+         .milliseconds = order.value("milliseconds"_L1).toInt(usual.milliseconds),
+         .httpCode = order.value("httpCode"_L1).toInt(usual.httpCode)});
+    return {};
+}
+
+QString FaultPlan::setRandom(const QJsonObject &order)
+{
+    const RandomFaults usual;
+    RandomFaults faults{.seed = static_cast<quint32>(order.value("seed"_L1).toInteger()),
+                        .probability = order.value("probability"_L1).toDouble(),
+                        .milliseconds = order.value("milliseconds"_L1).toInt(usual.milliseconds)};
+    for (const auto name : order.value("kinds"_L1).toArray()) {
         const auto kind = faultKind(name.toString());
         if (!kind)
             return unknownKind(name.toString());
         faults.kinds.append(*kind);
     }
-    setRandom(faults);
+    if (faults.kinds.isEmpty())
+        return QStringLiteral("kinds must name a kind of fault");
+    const std::lock_guard lock(mutex);
+    random = faults;
+    generator.seed(faults.seed);
     return {};
 }
 
@@ -167,7 +200,7 @@ QJsonObject FaultPlan::toJson() const
     QJsonObject counts;
     for (auto count = played.begin(); count != played.end(); ++count)
         counts.insert(count.key(), *count);
-    int requests = 0;
+    qint64 requests = 0;
     for (const auto &fault : waiting)
         requests += fault.count;
     return {{"played"_L1, counts}, {"waiting"_L1, requests}};

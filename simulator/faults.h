@@ -31,7 +31,7 @@ struct Fault
 {
     FaultKind kind = FaultKind::Drop;
     QString operation{}; ///< Name of the only operation hit; empty for every operation.
-    int count = 1;       ///< How many requests are hit.
+    int count = 1;       ///< How many requests are hit; none below 1.
     /// Whether the operation is done before the fault plays: a lost answer, else a lost request.
     /// Delay does it after the wait when this is false; SlowDrip and WrongCodeAsValidationError
     /// carry the operation's own answer and always do it.
@@ -54,9 +54,8 @@ class FaultPlan
 {
 public:
     void add(const Fault &fault);
-    void setRandom(const RandomFaults &faults);
-    /// Takes the orders of the control door: one fault, or {"random": {...}}. Returns what is
-    /// wrong with them, empty when they were taken.
+    /// Takes an order of the control door: one fault, or {"random": {...}}. Returns what is wrong
+    /// with it, a member out of its range included; empty when it was taken.
     QString addJson(const QJsonObject &order);
     /// Drops every waiting fault, the random ones too; the counts stay.
     void clear();
@@ -69,6 +68,8 @@ public:
     QJsonObject toJson() const;
 
 private:
+    QString addFault(const QJsonObject &order);
+    QString setRandom(const QJsonObject &order);
     std::optional<Fault> draw();
 
     mutable std::mutex mutex;

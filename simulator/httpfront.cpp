@@ -6,7 +6,9 @@
 #include <QJsonDocument>
 
 #include <chrono>
+#include <condition_variable>
 #include <limits>
+#include <mutex>
 
 namespace simulator {
 
@@ -16,25 +18,38 @@ namespace {
 
 constexpr auto host = "127.0.0.1";
 constexpr auto operationsPath = "/v3/operations/sync";
-/// A kept connection holds its thread.
-constexpr std::size_t threadCount = 32;
 constexpr std::size_t maximumBody = 64UL * 1024 * 1024;
 
-/// The library runs one task a connection, which is the one place where a connection begins.
-class ConnectionQueue : public httplib::ThreadPool
+/// A thread for every connection: a kept one holds its thread while it is idle, and with a fixed
+/// number of them the tills could shut each other, and the control door, out.
+class ConnectionThreads : public httplib::TaskQueue
 {
 public:
-    ConnectionQueue()
-        : ThreadPool(threadCount)
-    {}
-
     void enqueue(std::function<void()> serve) override
     {
-        ThreadPool::enqueue([serve = std::move(serve)] {
-            OperationsEndpoint::beginConnection();
+        {
+            const std::lock_guard lock(mutex);
+            ++running;
+        }
+        std::thread([this, serve = std::move(serve)] {
             serve();
-        });
+            const std::lock_guard lock(mutex);
+            --running;
+            // Under the lock: after it the queue may be gone.
+            ended.notify_all();
+        }).detach();
     }
+
+    void shutdown() override
+    {
+        std::unique_lock lock(mutex);
+        ended.wait(lock, [this] { return running == 0; });
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable ended;
+    int running = 0;
 };
 
 } // namespace
@@ -53,25 +68,9 @@ HttpFront::~HttpFront()
 
 QString HttpFront::start(int wantedPort)
 {
-    const auto certificate = options.certificateFile.toStdString();
-    const auto privateKey = options.privateKeyFile.toStdString();
-    if (certificate.empty() && privateKey.empty())
-        server = std::make_unique<httplib::Server>();
-    else
-        server = std::make_unique<httplib::SSLServer>(certificate.c_str(), privateKey.c_str());
-    if (!server->is_valid())
+    if (!makeServer())
         return QStringLiteral("certificate %1 and private key %2 cannot be used")
             .arg(options.certificateFile, options.privateKeyFile);
-    server->new_task_queue = [] { return new ConnectionQueue; };
-    server->set_keep_alive_max_count(std::numeric_limits<std::size_t>::max());
-    server->set_keep_alive_timeout(options.keepAlive.count());
-    server->set_payload_max_length(maximumBody);
-    server->set_tcp_nodelay(true);
-    // The library would also share the port, so that a second simulator took half of the calls.
-    server->set_socket_options([](int socket) {
-        const int on = 1;
-        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
-    });
     addRoutes();
 
     const int port = wantedPort == 0                          ? server->bind_to_any_port(host)
@@ -90,6 +89,27 @@ QString HttpFront::start(int wantedPort)
     while (listening && !server->is_running())
         std::this_thread::yield();
     return {};
+}
+
+bool HttpFront::makeServer()
+{
+    const auto certificate = options.certificateFile.toStdString();
+    const auto privateKey = options.privateKeyFile.toStdString();
+    if (certificate.empty() && privateKey.empty())
+        server = std::make_unique<httplib::Server>();
+    else
+        server = std::make_unique<httplib::SSLServer>(certificate.c_str(), privateKey.c_str());
+    server->new_task_queue = [] { return new ConnectionThreads; };
+    server->set_keep_alive_max_count(std::numeric_limits<std::size_t>::max());
+    server->set_keep_alive_timeout(options.keepAlive.count());
+    server->set_payload_max_length(maximumBody);
+    server->set_tcp_nodelay(true);
+    // The library would also share the port, so that a second simulator took half of the calls.
+    server->set_socket_options([](int socket) {
+        const int on = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+    });
+    return server->is_valid();
 }
 
 void HttpFront::stop()

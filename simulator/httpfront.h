@@ -33,10 +33,11 @@ public:
     /// What `GET /simulator/dump` answers.
     QJsonObject dump() const;
     ReceivedRequest lastRequest() const;
-    void reset();
 
 private:
+    bool makeServer();
     void addRoutes();
+    void reset();
     void takeFaults(const httplib::Request &request, httplib::Response &response);
 
     Service &service;

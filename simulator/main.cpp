@@ -6,12 +6,12 @@
 
 #include <csignal>
 #include <cstdio>
+#include <mutex>
 
 namespace {
 
 void printLine(const QString &text)
 {
-    // One call a text, so that texts of different threads do not mix.
     std::fputs((text + u'\n').toUtf8().constData(), stdout);
     std::fflush(stdout);
 }
@@ -48,11 +48,18 @@ int main(int argc, char *argv[])
         std::fputs(options.help.toUtf8().constData(), stdout);
         return 0;
     }
-    options.simulator.print = printLine;
+    std::mutex printing;
+    options.simulator.print = [&printing](const QString &text) {
+        const std::lock_guard lock(printing);
+        printLine(text);
+    };
     simulator::Simulator simulator(options.simulator);
+    // The address comes first, though requests may come before it is printed.
+    std::unique_lock addressFirst(printing);
     if (!simulator.start())
         return fail(simulator.errorString(), 1);
     printLine(QStringLiteral("listening on %1").arg(simulator.url()));
+    addressFirst.unlock();
     if (!options.portFile.isEmpty() && !writePort(options.portFile, simulator.port()))
         return fail(QStringLiteral("port file %1 cannot be written").arg(options.portFile), 1);
 

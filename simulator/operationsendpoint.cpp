@@ -15,8 +15,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// Whether the connection that this thread serves has carried an operation yet.
-thread_local bool connectionCounted = false;
+/// In which count this thread's connection was counted last; 0 for none. A thread serves one.
+thread_local quint64 connectionCountedIn = 0;
 
 ReceivedRequest receive(const httplib::Request &request)
 {
@@ -77,11 +77,6 @@ OperationsEndpoint::OperationsEndpoint(Service &service, FaultPlan &faults, cons
     , options(options)
 {}
 
-void OperationsEndpoint::beginConnection()
-{
-    connectionCounted = false;
-}
-
 void OperationsEndpoint::answer(const httplib::Request &request, httplib::Response &response)
 {
     const auto received = receive(request);
@@ -91,8 +86,7 @@ void OperationsEndpoint::answer(const httplib::Request &request, httplib::Respon
         return;
     }
     const auto answer = service.answer(received);
-    if (options.verbose)
-        print(received, answer);
+    print(received, &answer);
     send(answer, response);
 }
 
@@ -101,18 +95,17 @@ void OperationsEndpoint::play(const Fault &fault, const ReceivedRequest &receive
 {
     if (options.verbose && options.print)
         options.print(QStringLiteral("fault: %1").arg(faultName(fault.kind)));
+    if (fault.kind == FaultKind::Delay && !fault.executed)
+        pause(fault.milliseconds);
+    const bool done = fault.executed || fault.kind == FaultKind::Delay ||
+                      fault.kind == FaultKind::SlowDrip ||
+                      fault.kind == FaultKind::WrongCodeAsValidationError;
+    const auto answer = done ? service.answer(received) : success();
+    print(received, done ? &answer : nullptr);
     if (fault.kind == FaultKind::Drop) {
-        if (fault.executed)
-            service.answer(received);
         shutConnections(request.local_port, request.remote_port);
         return;
     }
-    if (fault.kind == FaultKind::Delay && !fault.executed)
-        pause(fault.milliseconds);
-    const bool carriesAnswer = fault.kind == FaultKind::Delay ||
-                               fault.kind == FaultKind::SlowDrip ||
-                               fault.kind == FaultKind::WrongCodeAsValidationError;
-    const auto answer = fault.executed || carriesAnswer ? service.answer(received) : success();
     if (fault.kind == FaultKind::Delay && fault.executed)
         pause(fault.milliseconds);
     sendFaulty(fault, answer, response);
@@ -158,22 +151,25 @@ void OperationsEndpoint::count(const ReceivedRequest &received)
 {
     const std::lock_guard lock(mutex);
     ++requests[operationOf(received)];
-    if (!connectionCounted)
+    if (connectionCountedIn != counting)
         ++connections;
-    connectionCounted = true;
+    connectionCountedIn = counting;
     last = received;
 }
 
-void OperationsEndpoint::print(const ReceivedRequest &received, const Answer &answer) const
+void OperationsEndpoint::print(const ReceivedRequest &received, const Answer *answer) const
 {
-    if (!options.print)
+    if (!options.verbose || !options.print)
         return;
     const auto sent = QJsonDocument::fromJson(received.body);
-    options.print(QStringLiteral("%1\n%2answer %3\n%4")
+    const auto given = answer ? QStringLiteral("answer %1\n%2")
+                                    .arg(QString::number(answer->httpCode),
+                                         QString::fromUtf8(QJsonDocument(answer->body).toJson()))
+                              : QStringLiteral("not done");
+    options.print(QStringLiteral("%1\n%2%3")
                       .arg(operationOf(received),
                            QString::fromUtf8(sent.isNull() ? received.body : sent.toJson()),
-                           QString::number(answer.httpCode),
-                           QString::fromUtf8(QJsonDocument(answer.body).toJson())));
+                           given));
 }
 
 void OperationsEndpoint::pause(int milliseconds)
@@ -212,6 +208,7 @@ void OperationsEndpoint::reset()
     const std::lock_guard lock(mutex);
     requests.clear();
     connections = 0;
+    ++counting;
     last = {};
 }
 

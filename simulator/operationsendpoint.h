@@ -23,8 +23,7 @@ public:
     /// Everything passed must outlive the endpoint.
     OperationsEndpoint(Service &service, FaultPlan &faults, const Options &options);
 
-    /// Tells that the calling thread serves another connection from now on.
-    static void beginConnection();
+    /// Called by a thread of the connection's own.
     void answer(const httplib::Request &request, httplib::Response &response);
     /// While on, delays and slow answers do not wait.
     void setInterrupted(bool on);
@@ -39,7 +38,8 @@ private:
               httplib::Response &response);
     void sendFaulty(const Fault &fault, const Answer &answer, httplib::Response &response);
     void count(const ReceivedRequest &received);
-    void print(const ReceivedRequest &received, const Answer &answer) const;
+    /// With verbose on; `answer` is null when the operation was not done.
+    void print(const ReceivedRequest &received, const Answer *answer) const;
     void pause(int milliseconds);
 
     Service &service;
@@ -53,6 +53,7 @@ private:
     mutable std::mutex mutex;
     QMap<QString, int> requests;
     int connections = 0;
+    quint64 counting = 1; ///< Number of the count that a reset began.
     ReceivedRequest last;
 };
 

@@ -20,8 +20,10 @@ struct Options
     std::chrono::milliseconds codeLifetime = std::chrono::minutes(5);
     std::chrono::seconds keepAlive{30}; ///< How long an idle connection is kept.
     std::optional<quint32> seed{};      ///< Makes the SMS codes the same in every run.
-    bool verbose = false;               ///< Prints every request with its answer.
-    /// Receives one text per call, from any thread; texts never hold the secret key. May be empty.
+    /// Prints every request with the operation's answer, and before it the fault that is played.
+    bool verbose = false;
+    /// Receives one text per call, from any thread; texts never hold the secret key. It may ask
+    /// the simulator. May be empty.
     std::function<void(const QString &text)> print{};
 };
 

@@ -67,6 +67,20 @@ private:
     const QCommandLineParser &parser;
 };
 
+/// Returns what is wrong with the first number that is none, empty when all are right.
+QString readNumbers(const QCommandLineParser &parser, Options &options)
+{
+    Numbers numbers(parser);
+    options.port = static_cast<int>(numbers.read(QStringLiteral("port"), 0, 65535));
+    options.codeLifetime =
+        std::chrono::seconds(numbers.read(QStringLiteral("code-lifetime"), 0, 86400));
+    options.keepAlive = std::chrono::seconds(numbers.read(QStringLiteral("keep-alive"), 0, 86400));
+    if (parser.isSet(QStringLiteral("seed")))
+        options.seed = static_cast<quint32>(
+            numbers.read(QStringLiteral("seed"), 0, std::numeric_limits<quint32>::max()));
+    return numbers.error;
+}
+
 QString readSecretKey(const QString &file, Options &options)
 {
     if (file.isEmpty()) {
@@ -101,7 +115,7 @@ void addOptions(QCommandLineParser &parser)
          text("30")},
         {text("certificate"), text("Speaks TLS with this PEM certificate."), text("file")},
         {text("private-key"), text("PEM private key of the certificate."), text("file")},
-        {text("verbose"), text("Prints every request with its answer.")},
+        {text("verbose"), text("Prints every request with its answer, and the faults.")},
     });
 }
 
@@ -127,15 +141,7 @@ ProgramOptions readProgramOptions(const QStringList &arguments)
         return result;
     }
     auto &options = result.simulator;
-    Numbers numbers(parser);
-    options.port = static_cast<int>(numbers.read(QStringLiteral("port"), 0, 65535));
-    options.codeLifetime =
-        std::chrono::seconds(numbers.read(QStringLiteral("code-lifetime"), 0, 86400));
-    options.keepAlive = std::chrono::seconds(numbers.read(QStringLiteral("keep-alive"), 0, 86400));
-    if (parser.isSet(QStringLiteral("seed")))
-        options.seed = static_cast<quint32>(
-            numbers.read(QStringLiteral("seed"), 0, std::numeric_limits<quint32>::max()));
-    result.error = numbers.error;
+    result.error = readNumbers(parser, options);
     options.endpoint = parser.value(QStringLiteral("endpoint"));
     options.journalFile = parser.value(QStringLiteral("journal"));
     options.certificateFile = parser.value(QStringLiteral("certificate"));

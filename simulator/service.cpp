@@ -62,8 +62,14 @@ Answer Service::answer(const ReceivedRequest &request)
     const auto body = document.object();
     if (const auto messages = checkBody(body, operation->body); !messages.isEmpty())
         return validationError(messages);
-    const std::lock_guard lock(mutex);
-    return (this->*operation->handler)(body);
+    std::unique_lock lock(mutex);
+    auto answer = (this->*operation->handler)(body);
+    const auto sent = std::exchange(message, {});
+    // Whoever receives the text may ask the service.
+    lock.unlock();
+    if (options.print && !sent.isEmpty())
+        options.print(sent);
+    return answer;
 }
 
 QString Service::lastCode(const QString &phone) const
@@ -93,7 +99,7 @@ void Service::reset()
     orderStore = OrderStore();
     failingReloads.clear();
     if (!journal.clear())
-        qWarning("journal %s: cannot be emptied", qPrintable(options.journalFile));
+        qWarning("%s", qPrintable(journal.errorString()));
 }
 
 const QHash<QString, Service::Operation> &Service::operations()
@@ -137,12 +143,6 @@ bool Service::apply(const QJsonObject &record)
 Answer Service::notKept()
 {
     return {.httpCode = 500};
-}
-
-void Service::print(const QString &text) const
-{
-    if (options.print)
-        options.print(text);
 }
 
 } // namespace simulator

@@ -57,8 +57,7 @@ private:
     static Answer notKept();
     bool isCodeRight(const QString &phone, const QString &code) const;
     QJsonObject newCodeRecord(const QString &phone);
-    void printCode(const QString &phone) const;
-    void print(const QString &text) const;
+    void sendCode(const QString &phone);
 
     const Options options;
     mutable std::mutex mutex;
@@ -67,6 +66,7 @@ private:
     Journal journal;
     QRandomGenerator random;
     QSet<QString> failingReloads; ///< Phones whose next look-up fails.
+    QString message;              ///< What the operation at hand sends to the customer.
 };
 
 } // namespace simulator

@@ -54,16 +54,6 @@ void Simulator::addFault(const Fault &fault)
     faults.add(fault);
 }
 
-void Simulator::setRandomFaults(const RandomFaults &random)
-{
-    faults.setRandom(random);
-}
-
-void Simulator::clearFaults()
-{
-    faults.clear();
-}
-
 QString Simulator::lastCode(const QString &phone) const
 {
     return service->lastCode(phone);
@@ -82,11 +72,6 @@ QJsonObject Simulator::dump() const
 ReceivedRequest Simulator::lastRequest() const
 {
     return front->lastRequest();
-}
-
-void Simulator::reset()
-{
-    front->reset();
 }
 
 } // namespace simulator

@@ -43,9 +43,6 @@ public:
     QString url(const QString &host = QStringLiteral("127.0.0.1")) const;
 
     void addFault(const Fault &fault);
-    void setRandomFaults(const RandomFaults &random);
-    /// Drops the faults not played yet.
-    void clearFaults();
 
     /// The unused code last sent to the phone, in any spelling; empty when there is none.
     QString lastCode(const QString &phone) const;
@@ -58,8 +55,6 @@ public:
     QJsonObject dump() const;
     /// The last operation request as it came off the wire, dropped ones included.
     ReceivedRequest lastRequest() const;
-    /// Back to the preset customers, no faults and no counts.
-    void reset();
 
 private:
     const Options options;
