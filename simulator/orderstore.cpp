@@ -33,6 +33,19 @@ QJsonObject toJson(const OrderStore::Order &order)
     return result;
 }
 
+/// The line of a creation as a status change has to repeat it, the status aside.
+QJsonObject asChanged(QJsonObject line)
+{
+    line.insert("discountedPriceOfLine"_L1, line.take("discountedPricePerLine"_L1));
+    return line;
+}
+
+QJsonObject withoutStatus(QJsonObject line)
+{
+    line.remove("status"_L1);
+    return line;
+}
+
 } // namespace
 
 bool OrderStore::Order::isSameAs(const QJsonObject &creation) const
@@ -47,7 +60,7 @@ bool OrderStore::Order::hasLinesOf(const QJsonObject &statusChange) const
     const auto named = statusChange.value("order"_L1).toObject().value("lines"_L1).toArray();
     return std::equal(own.begin(), own.end(), named.begin(), named.end(),
                       [](const QJsonValue &a, const QJsonValue &b) {
-                          return a.toObject().value("lineId"_L1) == b.toObject().value("lineId"_L1);
+                          return asChanged(a.toObject()) == withoutStatus(b.toObject());
                       });
 }
 

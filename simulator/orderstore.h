@@ -18,7 +18,8 @@ public:
         /// Whether the body of a creation says the same as the one that made this order; when it
         /// was executed and through which point of contact does not count.
         bool isSameAs(const QJsonObject &creation) const;
-        /// Whether the body of a status change names exactly this order's lines.
+        /// Whether the body of a status change repeats this order's lines with all their members;
+        /// only the status is new, and the line's sum goes by another name.
         bool hasLinesOf(const QJsonObject &statusChange) const;
 
         QJsonObject creation; ///< The body of the request that made the order.

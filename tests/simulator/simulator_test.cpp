@@ -9,6 +9,7 @@
 #include <httplib.h>
 
 #include <array>
+#include <list>
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
@@ -39,7 +40,7 @@ QString orderBody(int total, const QString &customer = phone, int id = 42)
                .arg(id);
 }
 
-const auto statusBody = uR"({"pointOfContact":"Offline","order":{"lines":[{"basePricePerItem":1,
+const auto statusBody = uR"({"pointOfContact":"Offline","order":{"lines":[{"basePricePerItem":10.5,
     "discountedPriceOfLine":20,"quantity":2,"lineNumber":1,"lineId":7,
     "product":{"ids":{"sku":"1"}},"status":"Paid"}],"ids":{"till":"42"}}})"_qs;
 
@@ -78,7 +79,7 @@ struct Till
             if (answer.contains(part))
                 return answer[part]["processingStatus"_L1].toString();
         }
-        return answer["errorMessage"_L1].isString() ? u"Error"_qs : QString();
+        return answer["errorMessage"_L1].isString() ? u"Error"_qs : answer["status"_L1].toString();
     }
 
     httplib::Client client;
@@ -86,9 +87,11 @@ struct Till
 
 struct SimulatorTest : testing::Test
 {
-    Simulator service{{.seed = 1}};
+    // Whoever is told of an SMS may ask the service for its code.
+    Simulator service{{.seed = 1, .print = [this](const QString &) { service.dump(); }}};
     const bool started = service.start();
     Till till{service};
+    void SetUp() override { ASSERT_TRUE(started) << qPrintable(service.errorString()); }
 };
 
 } // namespace
@@ -106,6 +109,10 @@ TEST_F(SimulatorTest, RefusesWhateverDepartsFromTheEnvelope)
     EXPECT_TRUE(refused(till.post(get, u"["_qs), 400));
     EXPECT_TRUE(refused(till.post(get + "&x=1"_L1, body), 400));
     EXPECT_TRUE(refused(till.post(get + "&endpointId=till-demo"_L1, body), 400));
+    EXPECT_TRUE(refused(till.client.Post("/v3/operations/sync?operation=x&endpointId=y"), 403));
+    EXPECT_TRUE(refused(till.client.Post("/v3/operations/sync?operation=x&endpointId=till-demo",
+                                         "{}", "application/json; charset=utf-8"),
+                        400));
     EXPECT_TRUE(refused(till.client.Get("/v3/operations/sync"), 405));
     EXPECT_TRUE(refused(till.client.Post("/v3/operations"), 404));
 }
@@ -134,8 +141,8 @@ TEST_F(SimulatorTest, KeepsOneOrderHoweverOftenItIsSent)
     EXPECT_EQ(till.outcome(change, statusBody), "Error"_L1) << "the order is unknown";
     for (const auto &body : {orderBody(20), orderBody(20).insert(1, executed), orderBody(30)})
         EXPECT_EQ(till.outcome(create, body), "Processed"_L1);
-    const auto otherLine = QString(statusBody).replace(R"(Id":7)"_L1, R"(Id":8)"_L1);
-    EXPECT_EQ(till.outcome(change, otherLine), "Error"_L1);
+    for (const auto &part : {u":10.5"_qs, u":20"_qs, u"ty\":2"_qs, u"Id\":7"_qs, u"\":\"1"_qs})
+        EXPECT_EQ(till.outcome(change, QString(statusBody).replace(part, part + u'9')), "Error"_L1);
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(till.outcome(change, statusBody), "Processed"_L1);
 
@@ -164,16 +171,23 @@ TEST_F(SimulatorTest, TakesOrdersOfNobodyAndOfKnownCustomersOnly)
 TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
 {
     const auto body = customerBody(uR"("mobilePhone":"79160000002")"_qs);
-    const auto confirm = [&](const QString &code) {
+    const auto confirm = [&body](Till &till, const QString &code) {
         const auto confirmation = uR"(,"smsConfirmation":{"code":"%1"}})"_qs.arg(code);
         return till.outcome(u"ConfirmMobilePhone"_qs, body.chopped(1) + confirmation);
     };
-    EXPECT_EQ(confirm({}), "IncorrectConfirmationCode"_L1) << "none sent yet";
+    EXPECT_EQ(confirm(till, {}), "IncorrectConfirmationCode"_L1) << "none sent yet";
     till.call(u"ResendMobilePhoneConfirmationCode"_qs, body);
     const auto code = service.lastCode(u"9160000002"_qs);
-    EXPECT_EQ(confirm(code + u'0'), "IncorrectConfirmationCode"_L1);
-    EXPECT_EQ(confirm(code), "MobilePhoneConfirmed"_L1);
-    EXPECT_EQ(confirm(code), "AlreadyConfirmed"_L1);
+    EXPECT_EQ(confirm(till, code + u'0'), "IncorrectConfirmationCode"_L1);
+    service.addFault({.kind = FaultKind::WrongCodeAsValidationError, .count = 2});
+    EXPECT_EQ(confirm(till, code + u'0'), "ValidationError"_L1);
+    EXPECT_EQ(confirm(till, code), "MobilePhoneConfirmed"_L1);
+    EXPECT_EQ(confirm(till, code), "AlreadyConfirmed"_L1);
+    Simulator forgetful({.codeLifetime = std::chrono::milliseconds(0)});
+    ASSERT_TRUE(forgetful.start());
+    Till other(forgetful);
+    other.call(u"ResendMobilePhoneConfirmationCode"_qs, body);
+    EXPECT_EQ(confirm(other, forgetful.lastCode(u"9160000002"_qs)), "IncorrectConfirmationCode"_L1);
 }
 
 TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
@@ -185,6 +199,7 @@ TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
          {FaultKind::Cut, true, 0},
          {FaultKind::EmptyBody, false, 200},
          {FaultKind::Http500, true, 500},
+         {FaultKind::Html, true, 200},
          {FaultKind::Delay, true, 200},
          {FaultKind::SlowDrip, true, 200}});
     for (const auto &[kind, executed, code] : cases) {
@@ -201,6 +216,7 @@ TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
         const auto result =
             till.post(edit, customerBody(phone + QString(data).replace(u"Ив"_qs, name)));
         EXPECT_EQ(result ? result->status : 0, code);
+        EXPECT_EQ(result && result->body.find("Changed") != std::string::npos, slow);
         EXPECT_GE(timer.elapsed(), slow ? 20 : 0);
         EXPECT_LT(timer.elapsed(), 30000);
         const auto seen = till.call(get, customerBody(phone)).value("customer"_L1);
@@ -208,13 +224,31 @@ TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
     }
 }
 
+TEST_F(SimulatorTest, RefusesByNameWhatIsOutOfRangeInAFaultOrder)
+{
+    const auto cases = std::to_array<std::pair<const char *, const char *>>(
+        {{R"({"kind":"drop","count":5000000000})", "count"},
+         {R"({"kind":"delay","milliseconds":2147483647})", "milliseconds"},
+         {R"({"kind":"emptyBody","httpCode":100})", "httpCode"},
+         {R"({"random":{"seed":1,"probability":7,"kinds":["cut"]}})", "probability"},
+         {R"({"random":{"seed":1,"probability":1,"kinds":[]}})", "kinds"},
+         {R"({"kind":"emptyBody","count":1,"milliseconds":0,"httpCode":599})", "Success"}});
+    for (const auto &[order, named] : cases) {
+        const auto result = till.client.Post("/simulator/faults", order, "application/json");
+        EXPECT_TRUE(result && result->body.find(named) != std::string::npos) << order;
+    }
+}
+
 TEST_F(SimulatorTest, CountsConnectionsAndStopsAtOnceWhileTheyAreKept)
 {
+    ASSERT_TRUE(till.post(get, customerBody(phone)) && till.client.Post("/simulator/reset"));
     for (int i = 0; i < 10; ++i)
         till.call(get, customerBody(phone));
-    Till(service).call(get, customerBody(phone));
-    EXPECT_EQ(service.dump()["connections"_L1].toInt(), 2);
-    EXPECT_EQ(service.dump()["requests"_L1]["Offline.GetCustomer"_L1].toInt(), 11);
+    std::list<Till> others;
+    for (int i = 0; i < 100; ++i)
+        others.emplace_back(service).call(get, customerBody(phone));
+    EXPECT_EQ(service.dump()["connections"_L1].toInt(), 101);
+    EXPECT_EQ(service.dump()["requests"_L1]["Offline.GetCustomer"_L1].toInt(), 110);
     QElapsedTimer timer;
     timer.start();
     service.stop();
@@ -227,6 +261,8 @@ TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
     QFile file(directory.filePath(u"journal"_qs));
     const simulator::Options options{.journalFile = file.fileName()};
     const auto number = uR"("mobilePhone":"79161234567")"_qs;
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("Journal of") > 0);
+    file.close(); // Killed before the first line was whole.
     QJsonArray orders;
     {
         Simulator service(options);
@@ -238,7 +274,7 @@ TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
         orders = service.orders();
         EXPECT_FALSE(Simulator(options).start()) << "two on one journal";
     }
-    EXPECT_FALSE(file.permissions() & (QFile::ReadGroup | QFile::ReadOther));
+    EXPECT_FALSE(QFile::permissions(file.fileName()) & (QFile::ReadGroup | QFile::ReadOther));
     ASSERT_TRUE(file.open(QIODevice::Append) && file.write(R"({"record":"ord)") > 0);
     file.close();
     for (int start = 1; start <= 2; ++start) {
@@ -251,9 +287,10 @@ TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
         Till(service).call(u"EmailConfirmationLetter"_qs, customerBody(email));
         EXPECT_EQ(service.dump()["letters"_L1].toArray().size(), start);
     }
-    ASSERT_TRUE(file.resize(0) && file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write("[Settings]\n"), 11);
-    file.close();
-    EXPECT_FALSE(Simulator(options).start());
-    EXPECT_EQ(file.size(), 11) << "a foreign file is left alone";
+    for (const QByteArray foreign : {"[Settings]\n", "secret"}) {
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(foreign) > 0);
+        file.close();
+        EXPECT_FALSE(Simulator(options).start());
+        EXPECT_EQ(file.size(), foreign.size()) << "a foreign file is left alone";
+    }
 }
