@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <thread>
 
 namespace {
@@ -192,8 +193,23 @@ TEST_F(Delivery, WaitsTwiceAsLongAfterEachFailureUpToTheLongestAndStartsAnewAfte
                                          till::DeliveryLoop::idleTime, about(100ms)));
 }
 
-TEST(DeliveryInBackground, BringsEachOrderOnceAndItsStatusWhileTheTillSells)
+TEST_F(Delivery, InTheBackgroundStopsWithoutWaitingForTheNextTry)
 {
+    put("create", order("A"));
+    service.failing = "A";
+    std::optional<till::BackgroundDelivery> delivery(std::in_place, broker.file(),
+                                                     till::BackoffRange{60s, 60s});
+    for (int i = 0; i < 1000 && state().oldest->tries == 0; ++i)
+        std::this_thread::sleep_for(10ms);
+    const auto begun = std::chrono::steady_clock::now();
+    delivery.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, 10s);
+    EXPECT_EQ(state().oldest->tries, 1);
+}
+
+TEST_F(Delivery, InTheBackgroundBringsEachOrderOnceAndItsStatusWhileTheTillSells)
+{
+    MockFactory<RestClient>::mocked = nullptr; // Over real HTTP.
     simulator::Simulator service;
     ASSERT_TRUE(service.start()) << service.errorString().toStdString();
     service.addFault({.kind = simulator::FaultKind::Drop, .count = 2, .executed = true});
@@ -201,35 +217,27 @@ TEST(DeliveryInBackground, BringsEachOrderOnceAndItsStatusWhileTheTillSells)
     config->set(QStringLiteral("LmMindbox:url"), service.url());
     config->set(QStringLiteral("LmMindbox:endpoint"), QStringLiteral("till-demo"));
     config->set(QStringLiteral("LmMindbox:secretKey"), QStringLiteral("demo-secret"));
-    const QTemporaryDir directory;
-    const auto file = directory.filePath(QStringLiteral("queue.db"));
-    DBQueueBroker broker(file);
-    const auto put = [&broker](const char *method, const QByteArray &payload) {
-        EXPECT_TRUE(
-            broker.put(till::loyaltyQueue(),
-                       {{QLatin1String("method"), QLatin1String(method)},
-                        {QLatin1String("payload"), QJsonDocument::fromJson(payload).object()}},
-                       {}));
-    };
     {
-        till::BackgroundDelivery delivery(file, {.first = 10ms, .longest = 50ms});
+        till::BackgroundDelivery delivery(broker.file(), {.first = 10ms, .longest = 50ms});
         for (const auto *id : {"1", "2", "3", "4", "5"}) {
             const auto order = [id](const char *sum, const char *end) {
-                return QByteArray(R"({"order": {"ids": {"externalOrderIdLm": ")") + id +
-                       R"("}, "lines": [{"basePricePerItem": 1, "quantity": 1, "lineNumber": 1,
-                           "lineId": 1, "product": {"ids": {"websiteLumaret": "4600"}}, ")" +
-                       sum + "\": 1" + end;
+                return QJsonDocument::fromJson(
+                           QByteArray(R"({"order": {"ids": {"externalOrderIdLm": ")") + id +
+                           R"("}, "lines": [{"basePricePerItem": 1, "quantity": 1, "lineNumber": 1,
+                       "lineId": 1, "product": {"ids": {"websiteLumaret": "4600"}}, ")" +
+                           sum + "\": 1" + end)
+                    .object();
             };
             put("create", order("discountedPricePerLine",
                                 R"(}], "totalPrice": 1}, "customer": {"mobilePhone": ""}})"));
             put("change", order("discountedPriceOfLine", R"(, "status": "Paid"}]}})"));
             delivery.wake();
         }
-        for (int i = 0; i < 1000 && broker.state(till::loyaltyQueue())->waiting > 0; ++i)
+        for (int i = 0; i < 1000 && state().waiting > 0; ++i)
             std::this_thread::sleep_for(10ms);
     }
     config->clear();
-    EXPECT_EQ(broker.state(till::loyaltyQueue())->parked, 0);
+    EXPECT_EQ(state().parked, 0);
     const auto orders = service.orders();
     ASSERT_EQ(orders.size(), 5);
     for (const auto &order : orders) {
