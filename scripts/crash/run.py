@@ -3,6 +3,7 @@ import asyncio
 import os
 import pathlib
 import random
+import signal
 import time
 from collections import Counter
 
@@ -72,6 +73,12 @@ class Run:
         self.processes.remove(process)
         process.kill()
         return True
+
+    async def gone(self, process, name):
+        """Waits for the end of a process that nobody but the test may end."""
+        code = await process.wait()
+        if code != -signal.SIGKILL:
+            raise Failure(f"{name} ended by itself with code {code}")
 
     async def end_all(self):
         for process in list(self.processes):

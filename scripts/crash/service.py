@@ -64,13 +64,16 @@ class Service:
         def exchange():
             with urllib.request.urlopen(request, timeout=PATIENCE) as answer:
                 return json.load(answer)
-        return await asyncio.to_thread(exchange)
+        try:
+            return await asyncio.to_thread(exchange)
+        except OSError as error:
+            raise Failure(f"the simulator does not take {method} {path}: {error}") from None
 
     async def kill_and_restart(self):
         if self.run.enough():
             return
         self.run.kill("simulator", self.process)
-        await self.process.wait()
+        await self.run.gone(self.process, "the simulator")
         await self.reader
         await asyncio.sleep(self.random.uniform(0, 0.4))
         await self.start()
