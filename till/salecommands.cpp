@@ -118,7 +118,7 @@ const QList<SaleCommands::Command> &SaleCommands::commands()
                [](auto &self) { self.sale.showHolder(); }),
         {QStringLiteral("action"), QStringLiteral("action CODE"),
          QStringLiteral("triggers an action: action 170"), 1, 1, &SaleCommands::action},
-        simple("edit", "edits the customer's data: action 170",
+        simple("edit", "edits the customer's data, as action 170 does",
                [](auto &self) { self.sale.trigger(customerEditAction); }),
         simple("clear", "takes card and loyalty data off the receipt",
                [](auto &self) { self.sale.clearLoyaltyData(); }),
