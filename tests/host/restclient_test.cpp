@@ -58,7 +58,6 @@ TEST(RestClient, SendsOneRequestAsGivenAndKeepsTheConnection)
 
 TEST(RestClient, GivesTheCodeOfEveryCompleteAnswerAndOfNoOther)
 {
-    const QByteArray big(RestClient::maximumAnswerSize, ' ');
     struct Case
     {
         const char *name;
@@ -77,12 +76,12 @@ TEST(RestClient, GivesTheCodeOfEveryCompleteAnswerAndOfNoOther)
         {"cut body", {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n{\"a\":1}", true}, 0},
         {"cut chunk", {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n9\r\n{}", true}, 0},
         {"no HTTP", {"{\"a\":1}\r\n\r\n", true}, 0},
-        {"too large", {endless + big, true}, 0},
+        {"too large", {endless + QByteArray(RestClient::maximumAnswerSize, ' '), true}, 0},
         {"endless head",
          {"HTTP/1.1 200 OK\r\n" + QByteArray("A: " + QByteArray(9999, 'a') + "\r\n").repeated(2000),
           true},
          0},
-        {"more than JSON", {endless + "{\"status\":\"Success\"} trailing", true}, 200},
+        {"more than JSON", {endless + R"({"status":"Success"} trailing)", true}, 200},
         {"no JSON", {endless + "{status: Success}", true}, 200},
         {"no JSON at its end", {endless + "[1}", true}, 200},
         {"no word of JSON", {endless + "[nope", true}, 200},

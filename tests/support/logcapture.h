@@ -23,8 +23,7 @@ public:
     ~LogCapture()
     {
         qInstallMessageHandler(previous);
-        if (wanted)
-            QLoggingCategory::setFilterRules({});
+        QLoggingCategory::setFilterRules({});
     }
     Q_DISABLE_COPY_MOVE(LogCapture)
 
@@ -44,10 +43,9 @@ public:
 private:
     static void keep(QtMsgType type, const QMessageLogContext &context, const QString &text)
     {
-        if (wanted && qstrcmp(context.category, wanted) != 0)
-            return;
         const std::scoped_lock lock(mutex);
-        lines += QStringLiteral("%1 %2").arg(QLatin1Char("DWEFI"[type])).arg(text);
+        if (!wanted || qstrcmp(context.category, wanted) == 0)
+            lines += QStringLiteral("%1 %2").arg(QLatin1Char("DWEFI"[type])).arg(text);
     }
 
     static inline std::mutex mutex;
