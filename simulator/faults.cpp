@@ -120,7 +120,7 @@ QString FaultPlan::addJson(const QJsonObject &order)
     if (!messages.isEmpty())
         return firstMessage(messages);
     const auto content = isRandom ? order.value("random"_L1).toObject() : order;
-    if (const auto wrong = outOfRange(content); !wrong.isEmpty())
+    if (auto wrong = outOfRange(content); !wrong.isEmpty())
         return wrong;
     return isRandom ? setRandom(content) : addFault(content);
 }
