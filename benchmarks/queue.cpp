@@ -211,7 +211,8 @@ void deliver(benchmark::State &state, Setup &setup)
         fail(state, "the simulator lacks orders");
 }
 
-void commitWhileDown(benchmark::State &state, Setup &setup)
+/// The floor stores the two messages one by one, or both in one transaction as the till does.
+void commitWhileDown(benchmark::State &state, Setup &setup, bool oneTransaction)
 {
     auto *const config = Singleton<Config>::instance();
     const auto key = QStringLiteral("LmMindbox:url");
@@ -238,6 +239,8 @@ void commitWhileDown(benchmark::State &state, Setup &setup)
                 return plugin.system()->commit(receipt) && broker->endBatch();
             },
             [&, creation = toBytes(left[0].message), change = toBytes(left[1].message)] {
+                if (!oneTransaction)
+                    return bare.insert(creation) && bare.insert(change);
                 return bare.execute("BEGIN") && bare.insert(creation) && bare.insert(change) &&
                        bare.execute("COMMIT");
             });
@@ -255,8 +258,11 @@ void registerQueue(Setup &setup)
     benchmark::RegisterBenchmark("put", [&setup](auto &state) {
         put(state, setup);
     })->UseManualTime();
-    benchmark::RegisterBenchmark("commitWhileDown", [&setup](auto &state) {
-        commitWhileDown(state, setup);
+    benchmark::RegisterBenchmark("commitWhileDown/twoInserts", [&setup](auto &state) {
+        commitWhileDown(state, setup, false);
+    })->UseManualTime();
+    benchmark::RegisterBenchmark("commitWhileDown/oneTransaction", [&setup](auto &state) {
+        commitWhileDown(state, setup, true);
     })->UseManualTime();
     for (auto waiting = 100; waiting <= (setup.isQuick() ? 100 : 100'000); waiting *= 10) {
         benchmark::RegisterBenchmark("deliver", [&setup](auto &state) { deliver(state, setup); })

@@ -39,7 +39,9 @@ PAIRS = [
     ("default order id by its mask", "formatted by hand", "expandMask", 5),
     ("queue: put", "one prepared insert", "put", 1.2),
     *[(f"delivery, {n:,} waiting", "exchange and delete", f"deliver/{n}", 1.3) for n in WAITING],
-    ("commit while the service is down", "two inserts, one transaction", "commitWhileDown", 2),
+    ("commit while the service is down", "two prepared inserts", "commitWhileDown/twoInserts", 2),
+    ("commit while the service is down", "two inserts, one transaction",
+     "commitWhileDown/oneTransaction", None),
     ("load the plugin", "an empty plugin", "load", None),
 ]
 
