@@ -70,7 +70,7 @@ public:
     bool remove(qint64 id);
     /// Counts a failed delivery and keeps the message where it is.
     bool noteFailure(qint64 id, const QString &reason);
-    /// Puts a message aside with the reason; the ones behind it move up.
+    /// Puts a waiting message aside with the reason; the ones behind it move up.
     bool park(qint64 id, const QString &reason);
     QList<QueuedMessage> parked(const QString &queue);
     /// Puts a parked message back at its old place in the queue, its tries counted anew.

@@ -39,7 +39,7 @@ const char *statementText(QueueStore::Statement statement)
     case QueueStore::Statement::NoteFailure:
         return "UPDATE messages SET tries = tries + 1, lastError = ? WHERE id = ?";
     case QueueStore::Statement::Park:
-        return "UPDATE messages SET parked = 1, lastError = ? WHERE id = ?";
+        return "UPDATE messages SET parked = 1, lastError = ? WHERE id = ? AND parked = 0";
     case QueueStore::Statement::Unpark:
         return "UPDATE messages SET parked = 0, tries = 0 WHERE id = ? AND parked = 1";
     case QueueStore::Statement::Begin:

@@ -37,12 +37,12 @@ std::optional<QString> moveFile(const QString &from, const QString &to)
 
 std::optional<QString> removeFile(const QString &path)
 {
-    QFile file(path);
-    if (!file.exists())
+    if (!QFileInfo::exists(path))
         return std::nullopt;
-    if (file.remove() && privatefile::syncDirectory(QFileInfo(path).path()))
+    if (std::remove(QFile::encodeName(path).constData()) == 0 &&
+        privatefile::syncDirectory(QFileInfo(path).path()))
         return std::nullopt;
-    return QStringLiteral("%1: cannot be removed: %2").arg(path, file.errorString());
+    return QStringLiteral("%1: cannot be removed: %2").arg(path, qt_error_string());
 }
 
 std::optional<QString> write(const QSharedPointer<AbstractDocument> &document, const QString &file)

@@ -85,6 +85,7 @@ private:
         bool isOnDisk = true;    ///< As it was committed.
         bool isReported = false; ///< Its order is at the service or in the queue.
     };
+    static bool isUnreported(const Committed &committed) { return !committed.isReported; }
 
     bool hasReceipt();
     bool hasNoReceipt();
@@ -103,7 +104,7 @@ private:
     SaleParts parts;
     Receipt document;
     bool isSaved = true;         ///< Whether the file of the receipt being sold is up to date.
-    QList<Committed> unfinished; ///< Not reported yet, or reported and not on the disk.
+    QList<Committed> unfinished; ///< Not reported yet, or not in their place on the disk.
     std::function<void()> afterCommit = [] {};
 };
 

@@ -52,10 +52,11 @@ void Sale::recover()
         unfinished.append({receipt});
     }
     reportUnfinished();
-    if (!unfinished.isEmpty())
+    const auto left = std::count_if(unfinished.cbegin(), unfinished.cend(), isUnreported);
+    if (left > 0)
         parts.console.line(
             QStringLiteral("Receipts still to be reported: %1; up to %2 go with each commit.")
-                .arg(unfinished.size())
+                .arg(left)
                 .arg(receiptsAtOnce));
     if (parts.store.hasOpenReceipt())
         recoverOpenReceipt();
@@ -191,9 +192,7 @@ void Sale::reportUnfinished()
     QElapsedTimer timer;
     timer.start();
     for (int tried = 0; tried < receiptsAtOnce && timer.elapsed() < patience; ++tried) {
-        const auto next =
-            std::find_if(unfinished.begin(), unfinished.end(),
-                         [](const Committed &committed) { return !committed.isReported; });
+        const auto next = std::find_if(unfinished.begin(), unfinished.end(), isUnreported);
         if (next == unfinished.end())
             return;
         const auto committed = *next;

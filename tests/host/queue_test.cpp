@@ -101,6 +101,7 @@ TEST_F(Queue, ParkedMessageMakesWayAndComesBackToItsPlace)
 
     EXPECT_TRUE(broker.park(id, QStringLiteral("refused")));
     EXPECT_EQ(numbers(broker.waiting(queueName, 9)), (QList{2, 3}));
+    EXPECT_FALSE(broker.park(id, QStringLiteral("again"))); // keeps the first reason
     ASSERT_EQ(numbers(broker.parked(queueName)), (QList{1}));
     EXPECT_EQ(broker.parked(queueName).constFirst().lastError, QStringLiteral("refused"));
     const auto state = broker.state(queueName);
