@@ -74,7 +74,7 @@ std::optional<QList<QueuedMessage>> DBQueueBroker::Store::read(Statement stateme
             {.id = query->value(0).toLongLong(),
              .message = QJsonDocument::fromJson(json).object(),
              .tag = query->value(2).toString(),
-             .queuedAt = QDateTime::fromMSecsSinceEpoch(query->value(3).toLongLong(), Qt::UTC),
+             .queuedAt = QDateTime::fromMSecsSinceEpoch(query->value(3).toLongLong()).toUTC(),
              .tries = query->value(4).toInt(),
              .lastError = query->value(5).toString()});
     }

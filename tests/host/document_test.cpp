@@ -42,7 +42,7 @@ QSharedPointer<AbstractDocument> fullReceipt()
          {QStringLiteral("double"), 1.0},
          {QStringLiteral("bytes"), QByteArray("\0\xff", 2)},
          {QStringLiteral("noDate"), QDate()},
-         {QStringLiteral("utc"), QDateTime::fromMSecsSinceEpoch(1'700'000'000'123, Qt::UTC)},
+         {QStringLiteral("utc"), QDateTime::fromMSecsSinceEpoch(1'700'000'000'123).toUTC()},
          {QStringLiteral("list"), QVariantList{1, QStringLiteral("1"), QVariantMap()}},
          {QStringLiteral("texts"), QStringList{QString(), QStringLiteral("x")}}});
     document->setPluginData(QStringLiteral("other"), {});

@@ -18,13 +18,13 @@ using simulator::Simulator;
 
 namespace {
 
-const auto create = u"CreateAuthorizedOrder"_qs;
-const auto change = u"ChangeStatus"_qs;
-const auto edit = u"EditCustomer"_qs;
-const auto get = u"GetCustomer"_qs;
-const auto phone = uR"("mobilePhone":"79160000001")"_qs;
-const auto data = uR"(,"sex":"male","firstName":"Ив")"_qs;
-const auto email = uR"("email":"i@example.org")"_qs;
+const auto create = u"CreateAuthorizedOrder"_s;
+const auto change = u"ChangeStatus"_s;
+const auto edit = u"EditCustomer"_s;
+const auto get = u"GetCustomer"_s;
+const auto phone = uR"("mobilePhone":"79160000001")"_s;
+const auto data = uR"(,"sex":"male","firstName":"Ив")"_s;
+const auto email = uR"("email":"i@example.org")"_s;
 
 QString customerBody(const QString &members)
 {
@@ -36,13 +36,13 @@ QString orderBody(int total, const QString &customer = phone, int id = 42)
     return customerBody(customer).chopped(1) +
            uR"(,"order":{"lines":[{"basePricePerItem":10.5,"discountedPricePerLine":%1,
              "quantity":2,"lineNumber":1,"lineId":7,"product":{"ids":{"sku":"1"}}}],
-             "totalPrice":%1,"ids":{"till":"%2"}}})"_qs.arg(total)
+             "totalPrice":%1,"ids":{"till":"%2"}}})"_s.arg(total)
                .arg(id);
 }
 
 const auto statusBody = uR"({"pointOfContact":"Offline","order":{"lines":[{"basePricePerItem":10.5,
     "discountedPriceOfLine":20,"quantity":2,"lineNumber":1,"lineId":7,
-    "product":{"ids":{"sku":"1"}},"status":"Paid"}],"ids":{"till":"42"}}})"_qs;
+    "product":{"ids":{"sku":"1"}},"status":"Paid"}],"ids":{"till":"42"}}})"_s;
 
 struct Till
 {
@@ -79,7 +79,7 @@ struct Till
             if (answer.contains(part))
                 return answer[part]["processingStatus"_L1].toString();
         }
-        return answer["errorMessage"_L1].isString() ? u"Error"_qs : answer["status"_L1].toString();
+        return answer["errorMessage"_L1].isString() ? u"Error"_s : answer["status"_L1].toString();
     }
 
     httplib::Client client;
@@ -106,7 +106,7 @@ TEST_F(SimulatorTest, RefusesWhateverDepartsFromTheEnvelope)
     };
     EXPECT_TRUE(refused(till.post(get, body, "other"), 401));
     EXPECT_TRUE(refused(till.post(get, body, "demo-secret", "text/json"), 400));
-    EXPECT_TRUE(refused(till.post(get, u"["_qs), 400));
+    EXPECT_TRUE(refused(till.post(get, u"["_s), 400));
     EXPECT_TRUE(refused(till.post(get + "&x=1"_L1, body), 400));
     EXPECT_TRUE(refused(till.post(get + "&endpointId=till-demo"_L1, body), 400));
     EXPECT_TRUE(refused(till.client.Post("/v3/operations/sync?operation=x&endpointId=y"), 403));
@@ -120,14 +120,14 @@ TEST_F(SimulatorTest, RefusesWhateverDepartsFromTheEnvelope)
 TEST_F(SimulatorTest, NamesThePlaceOfEveryFaultInTheBody)
 {
     const auto cases = std::to_array<std::tuple<QString, QString, QString>>(
-        {{get, customerBody(uR"("mobilePhone":7)"_qs), u"customer.mobilePhone"_qs},
-         {get, customerBody(phone + data), u"customer"_qs},
+        {{get, customerBody(uR"("mobilePhone":7)"_s), u"customer.mobilePhone"_s},
+         {get, customerBody(phone + data), u"customer"_s},
          {edit, customerBody(phone + data + R"(,"birthDate":"2000-01-01")"_L1),
-          u"customer.birthDate"_qs},
+          u"customer.birthDate"_s},
          {create, orderBody(1).replace(R"(Number":1)"_L1, R"(Number":2)"_L1),
-          u"order.lines[0].lineNumber"_qs},
-         {create, orderBody(1).remove(R"("sku":"1")"_L1), u"order.lines[0].product.ids"_qs},
-         {change, QString(statusBody).remove("Paid"_L1), u"order.lines[0].status"_qs}});
+          u"order.lines[0].lineNumber"_s},
+         {create, orderBody(1).remove(R"("sku":"1")"_L1), u"order.lines[0].product.ids"_s},
+         {change, QString(statusBody).remove("Paid"_L1), u"order.lines[0].status"_s}});
     for (const auto &[operation, body, location] : cases) {
         const auto answer = till.call(operation, body);
         EXPECT_EQ(answer["validationMessages"_L1][0]["location"_L1].toString(), location);
@@ -141,7 +141,7 @@ TEST_F(SimulatorTest, KeepsOneOrderHoweverOftenItIsSent)
     EXPECT_EQ(till.outcome(change, statusBody), "Error"_L1) << "the order is unknown";
     for (const auto &body : {orderBody(20), orderBody(20).insert(1, executed), orderBody(30)})
         EXPECT_EQ(till.outcome(create, body), "Processed"_L1);
-    for (const auto &part : {u":10.5"_qs, u":20"_qs, u"ty\":2"_qs, u"Id\":7"_qs, u"\":\"1"_qs})
+    for (const auto &part : {u":10.5"_s, u":20"_s, u"ty\":2"_s, u"Id\":7"_s, u"\":\"1"_s})
         EXPECT_EQ(till.outcome(change, QString(statusBody).replace(part, part + u'9')), "Error"_L1);
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(till.outcome(change, statusBody), "Processed"_L1);
@@ -170,14 +170,14 @@ TEST_F(SimulatorTest, TakesOrdersOfNobodyAndOfKnownCustomersOnly)
 
 TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
 {
-    const auto body = customerBody(uR"("mobilePhone":"79160000002")"_qs);
+    const auto body = customerBody(uR"("mobilePhone":"79160000002")"_s);
     const auto confirm = [&body](Till &till, const QString &code) {
-        const auto confirmation = uR"(,"smsConfirmation":{"code":"%1"}})"_qs.arg(code);
-        return till.outcome(u"ConfirmMobilePhone"_qs, body.chopped(1) + confirmation);
+        const auto confirmation = uR"(,"smsConfirmation":{"code":"%1"}})"_s.arg(code);
+        return till.outcome(u"ConfirmMobilePhone"_s, body.chopped(1) + confirmation);
     };
     EXPECT_EQ(confirm(till, {}), "IncorrectConfirmationCode"_L1) << "none sent yet";
-    till.call(u"ResendMobilePhoneConfirmationCode"_qs, body);
-    const auto code = service.lastCode(u"9160000002"_qs);
+    till.call(u"ResendMobilePhoneConfirmationCode"_s, body);
+    const auto code = service.lastCode(u"9160000002"_s);
     EXPECT_EQ(confirm(till, code + u'0'), "IncorrectConfirmationCode"_L1);
     service.addFault({.kind = FaultKind::WrongCodeAsValidationError, .count = 2});
     EXPECT_EQ(confirm(till, code + u'0'), "ValidationError"_L1);
@@ -186,8 +186,8 @@ TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
     Simulator forgetful({.codeLifetime = std::chrono::milliseconds(0)});
     ASSERT_TRUE(forgetful.start());
     Till other(forgetful);
-    other.call(u"ResendMobilePhoneConfirmationCode"_qs, body);
-    EXPECT_EQ(confirm(other, forgetful.lastCode(u"9160000002"_qs)), "IncorrectConfirmationCode"_L1);
+    other.call(u"ResendMobilePhoneConfirmationCode"_s, body);
+    EXPECT_EQ(confirm(other, forgetful.lastCode(u"9160000002"_s)), "IncorrectConfirmationCode"_L1);
 }
 
 TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
@@ -207,14 +207,14 @@ TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
         SCOPED_TRACE(qPrintable(name));
         const bool slow = kind == FaultKind::Delay || kind == FaultKind::SlowDrip;
         service.addFault({.kind = kind,
-                          .operation = u"Offline.EditCustomer"_qs,
+                          .operation = u"Offline.EditCustomer"_s,
                           .executed = executed,
                           .milliseconds = kind == FaultKind::Delay ? 20 : 1});
         till.call(get, customerBody(phone)); // Another operation: not hit.
         QElapsedTimer timer;
         timer.start();
         const auto result =
-            till.post(edit, customerBody(phone + QString(data).replace(u"Ив"_qs, name)));
+            till.post(edit, customerBody(phone + QString(data).replace(u"Ив"_s, name)));
         EXPECT_EQ(result ? result->status : 0, code);
         EXPECT_EQ(result && result->body.find("Changed") != std::string::npos, slow);
         EXPECT_GE(timer.elapsed(), slow ? 20 : 0);
@@ -258,9 +258,9 @@ TEST_F(SimulatorTest, CountsConnectionsAndStopsAtOnceWhileTheyAreKept)
 TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
 {
     const QTemporaryDir directory;
-    QFile file(directory.filePath(u"journal"_qs));
+    QFile file(directory.filePath(u"journal"_s));
     const simulator::Options options{.journalFile = file.fileName()};
-    const auto number = uR"("mobilePhone":"79161234567")"_qs;
+    const auto number = uR"("mobilePhone":"79161234567")"_s;
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("Journal of") > 0);
     file.close(); // Killed before the first line was whole.
     QJsonArray orders;
@@ -268,7 +268,7 @@ TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
         Simulator service(options);
         ASSERT_TRUE(service.start());
         Till till(service);
-        till.call(u"RegisterCustomer"_qs, customerBody(number + data + u',' + email));
+        till.call(u"RegisterCustomer"_s, customerBody(number + data + u',' + email));
         till.call(create, orderBody(20, number));
         till.call(change, statusBody);
         orders = service.orders();
@@ -282,9 +282,9 @@ TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
         ASSERT_TRUE(service.start()) << qPrintable(service.errorString());
         EXPECT_EQ(service.orders(), orders);
         EXPECT_EQ(orders[0]["lines"_L1][0]["status"_L1].toString(), "Paid"_L1);
-        EXPECT_EQ(service.lastCode(u"89161234567"_qs).size(), 4);
+        EXPECT_EQ(service.lastCode(u"89161234567"_s).size(), 4);
         // What is appended after the dropped line must be readable at the next start.
-        Till(service).call(u"EmailConfirmationLetter"_qs, customerBody(email));
+        Till(service).call(u"EmailConfirmationLetter"_s, customerBody(email));
         EXPECT_EQ(service.dump()["letters"_L1].toArray().size(), start);
     }
     for (const QByteArray foreign : {"[Settings]\n", "secret"}) {
