@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <limits>
 #include <mutex>
+#include <utility>
 
 namespace simulator {
 
@@ -20,12 +21,15 @@ constexpr auto host = "127.0.0.1";
 constexpr auto operationsPath = "/v3/operations/sync";
 constexpr std::size_t maximumBody = 64UL * 1024 * 1024;
 
+/// Nothing or, with newer libraries, whether the work was taken.
+using Enqueued = decltype(std::declval<httplib::TaskQueue &>().enqueue({}));
+
 /// A thread for every connection: a kept one holds its thread while it is idle, and with a fixed
 /// number of them the tills could shut each other, and the control door, out.
 class ConnectionThreads : public httplib::TaskQueue
 {
 public:
-    void enqueue(std::function<void()> serve) override
+    Enqueued enqueue(std::function<void()> serve) override
     {
         {
             const std::lock_guard lock(mutex);
@@ -38,6 +42,7 @@ public:
             // Under the lock: after it the queue may be gone.
             ended.notify_all();
         }).detach();
+        return Enqueued(true);
     }
 
     void shutdown() override
