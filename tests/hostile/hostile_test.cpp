@@ -131,8 +131,10 @@ sign() {
         -copy_extensions copy -days $2 -out $1.pem
 }
 sign good 2 "$own"
-sign expired -1 "$own"
-sign elsewhere 2 subjectAltName=DNS:service.example)";
+sign elsewhere 2 subjectAltName=DNS:service.example
+# Newer versions refuse an end before the beginning, so let one pass.
+sign expired 0 "$own"
+sleep 1)";
 
 TEST_F(Hostile, OnlyAValidCertificateOfATrustedAuthorityIsTalkedTo)
 {
