@@ -22,7 +22,7 @@ endif()
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
-    -Wall -Wextra -Wpedantic -Werror -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+    -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
     -Wcast-qual -Wformat=2
     $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local -Wduplicated-cond -Wlogical-op>)
 target_compile_definitions(project_options INTERFACE
