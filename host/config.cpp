@@ -68,8 +68,11 @@ QString Config::filePath(const QString &option)
     auto environment = qEnvironmentVariable("TILL_CONFIG");
     if (!environment.isEmpty())
         return environment;
-    return QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
-           QLatin1String("/till/till.conf");
+    const auto name = QStringLiteral("till/till.conf");
+    const auto found = QStandardPaths::locate(QStandardPaths::ConfigLocation, name);
+    return found.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
+                                 QLatin1Char('/') + name
+                           : found;
 }
 
 std::optional<QString> Config::load(const QString &path)

@@ -18,7 +18,8 @@ class HOST_EXPORT Config
 {
 public:
     /// The settings file to use: `option` if not empty, else the environment variable TILL_CONFIG,
-    /// else "till/till.conf" in the user's configuration directory.
+    /// else "till/till.conf" in the user's configuration directory, else, if it is there, in the
+    /// machine's, "/etc/xdg".
     static QString filePath(const QString &option);
 
     /// Replaces all settings by those of the file.

@@ -27,8 +27,12 @@ QString LoyaltyPlugin::filePath(const QString &configured)
     if (!configured.isEmpty())
         return configured;
     const auto program = QCoreApplication::applicationDirPath();
-    auto beside = program + QLatin1String("/lmmindbox.so");
-    return QFileInfo::exists(beside) ? beside : program + QLatin1String("/../lib/lmmindbox.so");
+    for (const auto place :
+         {QLatin1String("/lmmindbox.so"), QLatin1String("/../lib/lmmindbox.so")}) {
+        if (QFileInfo::exists(program + place))
+            return program + place;
+    }
+    return program + QLatin1String("/" TILL_PLUGIN_DIR "/lmmindbox.so");
 }
 
 std::optional<QString> LoyaltyPlugin::load(const QString &file)

@@ -21,7 +21,8 @@ public:
     ~LoyaltyPlugin();
     Q_DISABLE_COPY_MOVE(LoyaltyPlugin)
 
-    /// The file given, else "lmmindbox.so" beside the program or in its "../lib".
+    /// The file given, else "lmmindbox.so" beside the program, in its "../lib" or where an
+    /// installation has it.
     static QString filePath(const QString &configured);
 
     /// Loads, initialises and registers the plugin. The settings and the queue's file must be set.

@@ -14,7 +14,7 @@ struct Parser
     QCommandLineOption config{QStringLiteral("config"),
                               QStringLiteral("Settings file. Default: the environment variable "
                                              "TILL_CONFIG, else till/till.conf in the user's "
-                                             "configuration directory."),
+                                             "configuration directory or in /etc/xdg."),
                               QStringLiteral("file")};
     QCommandLineOption plugin{QStringLiteral("plugin"),
                               QStringLiteral("Plugin module. Default: the setting Till:plugin, "

@@ -35,7 +35,7 @@ class Interface;
 class Plugin : public QObject, public BasicLoyaltySystem
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID "LmMindbox")
+    Q_PLUGIN_METADATA(IID "LmMindbox" FILE "plugin.json")
     Q_INTERFACES(BasicLoyaltySystem BasicPlugin)
 
 public:
