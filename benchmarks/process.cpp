@@ -1,7 +1,7 @@
 #include "benchmarks/comparison.h"
 #include "benchmarks/setup.h"
 #include "interface/interface.h"
-#include "till/deliverer.h"
+#include "till/core/deliverer.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>

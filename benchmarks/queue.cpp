@@ -3,7 +3,7 @@
 
 #include "converter/converter.h"
 #include "interface/interface.h"
-#include "till/deliverer.h"
+#include "till/core/deliverer.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>

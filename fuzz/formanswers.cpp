@@ -1,8 +1,8 @@
 #include "fuzz/fuzzing.h"
 
-#include "till/console.h"
-#include "till/consolepresenter.h"
-#include "till/inputmask.h"
+#include "till/console/console.h"
+#include "till/console/consolepresenter.h"
+#include "till/console/inputmask.h"
 
 #include <sstream>
 

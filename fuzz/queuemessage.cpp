@@ -2,9 +2,9 @@
 #include "tests/plugin/fakehttp.h"
 
 #include "interface/interface.h"
-#include "till/console.h"
-#include "till/deliverer.h"
-#include "till/queuecommands.h"
+#include "till/console/console.h"
+#include "till/core/deliverer.h"
+#include "till/office/queuecommands.h"
 
 #include <host/dbqueuebroker.h>
 

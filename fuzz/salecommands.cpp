@@ -2,13 +2,13 @@
 #include "tests/plugin/fakehttp.h"
 
 #include "plugin/plugin.h"
-#include "till/console.h"
-#include "till/consolepresenter.h"
-#include "till/deliverer.h"
+#include "till/console/console.h"
+#include "till/console/consolepresenter.h"
+#include "till/core/deliverer.h"
 #include "till/receiptcounter.h"
 #include "till/receiptstore.h"
-#include "till/sale.h"
-#include "till/salecommands.h"
+#include "till/core/sale.h"
+#include "till/console/salecommands.h"
 
 #include <host/abstractdocument.h>
 #include <host/dbqueuebroker.h>

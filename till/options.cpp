@@ -1,6 +1,6 @@
 #include "till/options.h"
 
-#include "till/salecommands.h"
+#include "till/console/salecommands.h"
 
 #include <QCommandLineParser>
 

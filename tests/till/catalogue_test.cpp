@@ -1,4 +1,4 @@
-#include "till/catalogue.h"
+#include "till/core/catalogue.h"
 
 #include <host/tr.h>
 

@@ -1,8 +1,8 @@
 #include "simulator/simulator.h"
 #include "tests/plugin/fakehttp.h"
-#include "till/backgrounddelivery.h"
-#include "till/deliverer.h"
-#include "till/deliveryloop.h"
+#include "till/core/backgrounddelivery.h"
+#include "till/core/deliverer.h"
+#include "till/core/deliveryloop.h"
 
 #include "interface/interface.h"
 

@@ -1,5 +1,5 @@
 #include "scriptedconsole.h"
-#include "till/consolepresenter.h"
+#include "till/console/consolepresenter.h"
 
 #include "model/customeredit.h"
 

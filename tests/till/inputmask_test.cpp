@@ -1,4 +1,4 @@
-#include "till/inputmask.h"
+#include "till/console/inputmask.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "scriptedconsole.h"
 #include "till/receiptcounter.h"
 #include "till/receiptstore.h"
-#include "till/sale.h"
-#include "till/salecommands.h"
+#include "till/core/sale.h"
+#include "till/console/salecommands.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "till/console.h"
+#include "till/console/console.h"
 
 #include <QByteArray>
 

@@ -1,0 +1,87 @@
+#include "till/core/backgrounddelivery.h"
+
+#include "till/core/deliverer.h"
+#include "till/core/deliveryloop.h"
+
+#include "interface/interface.h"
+
+#include <host/dbqueuebroker.h>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace till {
+
+class BackgroundDelivery::Thread : public DeliveryPause
+{
+public:
+    Thread(const QString &queueFile, const BackoffRange &range)
+        : thread([this, queueFile, range] { deliver(queueFile, range); })
+    {}
+
+    ~Thread() override
+    {
+        notify([this] { stopped = true; });
+        thread.join();
+    }
+    Q_DISABLE_COPY_MOVE(Thread)
+
+    void wake()
+    {
+        notify([this] { woken = true; });
+    }
+
+    bool isStopped() override
+    {
+        const std::lock_guard guard(mutex);
+        return stopped;
+    }
+
+    void rest(std::chrono::milliseconds time, bool wakeable) override
+    {
+        std::unique_lock guard(mutex);
+        condition.wait_for(guard, time,
+                           [this, wakeable] { return stopped || (wakeable && woken); });
+        woken = false;
+    }
+
+private:
+    /// The client and the broker belong to the thread that uses them.
+    void deliver(const QString &queueFile, const BackoffRange &range)
+    {
+        DBQueueBroker broker(queueFile);
+        lmmindbox::Interface service;
+        Deliverer deliverer(broker, service);
+        DeliveryLoop(deliverer, Backoff(range), *this).run();
+    }
+
+    template<typename Change>
+    void notify(Change change)
+    {
+        {
+            const std::lock_guard guard(mutex);
+            change();
+        }
+        condition.notify_one();
+    }
+
+    std::mutex mutex;
+    std::condition_variable condition;
+    bool stopped = false;
+    bool woken = false;
+    std::thread thread; // the last member: it uses the others
+};
+
+BackgroundDelivery::BackgroundDelivery(const QString &queueFile, const BackoffRange &range)
+    : thread(std::make_unique<Thread>(queueFile, range))
+{}
+
+BackgroundDelivery::~BackgroundDelivery() = default;
+
+void BackgroundDelivery::wake()
+{
+    thread->wake();
+}
+
+} // namespace till

@@ -1,0 +1,68 @@
+#include "till/core/deliveryloop.h"
+
+#include "till/core/deliverer.h"
+
+#include <log4qt/logger.h>
+#include <log4qt/logmanager.h>
+
+namespace till {
+
+namespace {
+
+const Log4Qt::Logger &logger()
+{
+    static const auto *const delivery = Log4Qt::LogManager::logger(QStringLiteral("till.delivery"));
+    return *delivery;
+}
+
+} // namespace
+
+DeliveryPause::~DeliveryPause() = default;
+
+DeliveryLoop::DeliveryLoop(Deliverer &deliverer, const Backoff &backoff, DeliveryPause &pause)
+    : deliverer(deliverer)
+    , backoff(backoff)
+    , pause(pause)
+{}
+
+void DeliveryLoop::run()
+{
+    const auto isStopped = [this] { return pause.isStopped(); };
+    while (!isStopped()) {
+        const auto round = deliverer.deliver(isStopped);
+        if (round.settled > 0) {
+            backoff.reset();
+            logger().info(QStringLiteral("settled %1 messages"), round.settled);
+        }
+        switch (round.outcome) {
+        case Deliverer::Outcome::Unreachable:
+        case Deliverer::Outcome::Unusable: {
+            const auto wait = backoff.next();
+            logger().warn(QStringLiteral("%1; the next try comes in %2 ms"), deliverer.lastError(),
+                          static_cast<qint64>(wait.count()));
+            pause.rest(wait, false);
+            break;
+        }
+        case Deliverer::Outcome::Emptied:
+            backoff.reset();
+            pause.rest(idleTime, true);
+            break;
+        case Deliverer::Outcome::Busy:
+        case Deliverer::Outcome::Stopped:
+            pause.rest(idleTime, true);
+        }
+    }
+}
+
+bool DeliveryLoop::runOnce()
+{
+    const auto isStopped = [this] { return pause.isStopped(); };
+    auto round = deliverer.deliver(isStopped);
+    while (round.outcome == Deliverer::Outcome::Busy && !isStopped()) {
+        pause.rest(idleTime, true);
+        round = deliverer.deliver(isStopped);
+    }
+    return round.outcome == Deliverer::Outcome::Emptied && round.parked == 0;
+}
+
+} // namespace till

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QDate>
+#include <QDateTime>
+#include <QList>
+#include <QMetaType>
+#include <QString>
+
+#include <optional>
+
+class AbstractDocument;
+
+namespace till {
+
+/// A discount on a position.
+struct DiscountView
+{
+    int campaign = 0;
+    int mode = 0;
+    int source = 0;
+    double sum = 0; ///< How much cheaper the position became.
+
+    bool operator==(const DiscountView &other) const = default;
+};
+
+/// A position of a receipt.
+struct PositionView
+{
+    int number = 0; ///< From 1; stays when other positions go.
+    QString code;
+    QString name;
+    double price = 0;
+    double quantity = 0;
+    double fullSum = 0; ///< Before the discounts.
+    double sum = 0;     ///< What the customer pays for it.
+    QList<DiscountView> discounts;
+
+    bool operator==(const PositionView &other) const = default;
+};
+
+/// The holder of the receipt's card; known means that the phone was confirmed.
+struct CustomerView
+{
+    enum class Sex { Male, Female };
+
+    QString name;
+    QString phone;
+    QString email; ///< Empty when there is none.
+    Sex sex = Sex::Male;
+    QDate birthday; ///< Invalid when it is not known.
+    bool electronicReceipts = false;
+
+    bool operator==(const CustomerView &other) const = default;
+};
+
+/// All that a face needs to draw a receipt: a value, safe to hand to another thread.
+struct ReceiptView
+{
+    int shop = 0;
+    int cash = 0; ///< Number of the register.
+    int shift = 0;
+    int number = 0;
+    bool isReturn = false;
+    QDateTime begun; ///< Local time.
+    QList<PositionView> positions;
+    double total = 0;
+    QString cardNumber;                   ///< Empty without a card.
+    std::optional<CustomerView> customer; ///< Nothing without a card or with an unknown holder.
+
+    bool operator==(const ReceiptView &other) const = default;
+};
+
+ReceiptView viewOf(const AbstractDocument &document);
+/// The position of that number; one with the number 0 when there is none.
+PositionView positionOf(const AbstractDocument &document, int number);
+
+} // namespace till
+
+Q_DECLARE_METATYPE(till::ReceiptView)

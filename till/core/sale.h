@@ -1,0 +1,103 @@
+#pragma once
+
+#include "till/core/saleevent.h"
+#include "till/core/store.h"
+#include "till/core/unstoredreceipt.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+class BasicLoyaltySystem;
+class ReceiptKeeper;
+
+namespace till {
+
+/// The receipt at the till and what the cashier can do with it.
+///
+/// Every step tells by signals what it did or why it did not; a step that is refused changes
+/// nothing. The receipt is stored before `happened` tells of a change. When it cannot be stored, the
+/// signal comes all the same, behind one that says so, and the sale goes on.
+///
+/// Belongs to one thread, the loyalty system's. A step blocks while the loyalty system asks the
+/// cashier or the service.
+class Sale : public QObject
+{
+    Q_OBJECT
+public:
+    static constexpr double maximumSum = 999'999'999.99;
+    static constexpr int sold = 1;     ///< Kind of a sale.
+    static constexpr int returned = 2; ///< Kind of a return.
+
+    /// All must outlive the sale.
+    Sale(BasicLoyaltySystem &system, Store &store, UnstoredMessages &unstoredMessages);
+    ~Sale() override;
+    Q_DISABLE_COPY_MOVE(Sale)
+
+    /// Takes up what an earlier run left: commits again the receipts whose commit was interrupted
+    /// and opens the open one. The service knows an order by its identifier, so that a second
+    /// commit changes nothing there.
+    void recover();
+
+    void open(int kind);
+    /// Opens a sale when no receipt is open.
+    void add(const QString &code, const QString &name, double price, double quantity);
+    void changeQuantity(int position, double quantity);
+    void remove(int position);
+    void discount(int position, double sum, int campaign, int mode, int source);
+    /// Puts a card on the receipt and identifies its holder. When the holder cannot be identified
+    /// there is no card on the receipt afterwards, not even the one before.
+    void enterCard(const QString &text);
+    void trigger(int action);
+    /// Takes the card and all that the loyalty system knows off the receipt.
+    void clearLoyaltyData();
+    void commit();
+    /// Abandons the receipt. Whether the cashier means it, the face has asked before.
+    void cancel();
+    void closeShift();
+    /// Reports a committed receipt once more. \return Whether the service or the queue has it now.
+    bool report(int number);
+
+    /// The receipt at hand; nothing when none is open.
+    std::optional<ReceiptView> receipt() const;
+    int shift() const;
+    /// Numbers of the receipts that are only in memory. Tries first to store them.
+    QList<int> unstored();
+    /// Brings what is only in memory to the service, as far as it answers: before the till ends.
+    void deliverUnstored();
+
+signals:
+    void happened(const till::SaleEvent &event);
+    /// There may be messages to deliver.
+    void messagesQueued();
+
+private:
+    class Keeper;
+    struct Handover;
+
+    bool refuse(Obstacle obstacle, const SaleEvent &details = {});
+    bool hasReceipt();
+    bool hasNoReceipt();
+    void openIfNeeded();
+    void save();
+    void tellUnstored(int number);
+    void attach(const QSharedPointer<AbstractDocument> &receipt);
+    void takeCardOff();
+    void identify(const QString &number);
+    bool restore(const QSharedPointer<AbstractDocument> &receipt);
+    Handover handOver(const QSharedPointer<AbstractDocument> &receipt);
+    Report finish(StoredReceipt receipt);
+    void storeUnstored();
+    void reportInterrupted();
+    void reopen();
+
+    BasicLoyaltySystem &system;
+    Store &store;
+    UnstoredMessages &unstoredMessages;
+    std::unique_ptr<Keeper> keeper;
+    StoredReceipt current;             ///< Without a document when no receipt is open.
+    QList<UnstoredReceipt> committed;  ///< Committed, not in the store yet.
+};
+
+} // namespace till

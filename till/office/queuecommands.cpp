@@ -1,0 +1,183 @@
+#include "till/office/queuecommands.h"
+
+#include "till/console/console.h"
+#include "till/core/deliverer.h"
+
+#include "interface/ordermessage.h"
+
+#include <host/dbqueuebroker.h>
+#include <host/privatefile.h>
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <limits>
+
+namespace till {
+
+namespace {
+
+QString ageText(const QDateTime &since)
+{
+    constexpr qint64 minute = 60;
+    constexpr qint64 hour = 60 * minute;
+    const auto seconds = qMax<qint64>(0, since.secsTo(QDateTime::currentDateTimeUtc()));
+    return QStringLiteral("%1:%2:%3")
+        .arg(seconds / hour)
+        .arg(seconds / minute % minute, 2, 10, QLatin1Char('0'))
+        .arg(seconds % minute, 2, 10, QLatin1Char('0'));
+}
+
+QString methodOf(const QueuedMessage &message)
+{
+    return message.message.value(lmmindbox::ordermessage::method).toString(QStringLiteral("?"));
+}
+
+QJsonArray toJson(const QList<QueuedMessage> &messages)
+{
+    QJsonArray array;
+    for (const auto &message : messages)
+        array.append(QJsonObject{
+            {QLatin1String("id"), message.id},
+            {QLatin1String("queuedAt"), message.queuedAt.toString(Qt::ISODate)},
+            {QLatin1String("tries"), message.tries},
+            {QLatin1String("lastError"), message.lastError},
+            {QLatin1String("message"), message.message},
+        });
+    return array;
+}
+
+int fail(Console &console, const QString &reason)
+{
+    console.line(reason);
+    return 1;
+}
+
+/// The identity of the order that a message is about.
+QString orderOf(const QueuedMessage &message)
+{
+    const auto ids =
+        message
+            .message[lmmindbox::ordermessage::payload][QLatin1String("order")][QLatin1String("ids")]
+            .toObject();
+    return ids.isEmpty() ? QStringLiteral("?") : ids.constBegin()->toString();
+}
+
+QString lineOf(const QueuedMessage &message)
+{
+    return QStringLiteral("%1 %2, order %3, age %4, tries %5")
+        .arg(QString::number(message.id), methodOf(message), orderOf(message),
+             ageText(message.queuedAt), QString::number(message.tries));
+}
+
+int list(DBQueueBroker &broker, Console &console)
+{
+    constexpr int most = 50;
+    for (const auto &message : broker.waiting(loyaltyQueue(), most))
+        console.line(lineOf(message));
+    console.line(queueStateText(broker));
+    return broker.lastError().isEmpty() ? 0 : 1;
+}
+
+int listParked(DBQueueBroker &broker, Console &console)
+{
+    const auto messages = broker.parked(loyaltyQueue());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    for (const auto &message : messages)
+        console.line(QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
+    console.line(QStringLiteral("parked: %1").arg(messages.size()));
+    return 0;
+}
+
+int park(DBQueueBroker &broker, Console &console, const QString &which)
+{
+    bool isNumber = false;
+    const auto id = which.toLongLong(&isNumber);
+    if (!isNumber)
+        return fail(console, QStringLiteral("Expected a message's number, not \"%1\".").arg(which));
+    if (!broker.park(id, QStringLiteral("by hand")))
+        return fail(console, broker.lastError());
+    console.line(QStringLiteral("parked: %1").arg(id));
+    return 0;
+}
+
+int retry(DBQueueBroker &broker, Console &console, const QString &which)
+{
+    const auto messages = broker.parked(loyaltyQueue());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    int count = 0;
+    for (const auto &message : messages) {
+        if (which != QLatin1String("all") && which != QString::number(message.id))
+            continue;
+        if (!broker.unpark(message.id))
+            return fail(console, broker.lastError());
+        ++count;
+    }
+    if (count == 0 && which != QLatin1String("all"))
+        return fail(console, QStringLiteral("There is no parked message %1.").arg(which));
+    console.line(QStringLiteral("put back: %1").arg(count));
+    return 0;
+}
+
+int exportTo(DBQueueBroker &broker, Console &console, const QString &file)
+{
+    if (QFileInfo::exists(file) || QFileInfo(file).isSymLink())
+        return fail(console, QStringLiteral("%1: expected a new file").arg(file));
+    const auto waiting = broker.waiting(loyaltyQueue(), std::numeric_limits<int>::max());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    const auto parked = broker.parked(loyaltyQueue());
+    if (!broker.lastError().isEmpty())
+        return fail(console, broker.lastError());
+    const QJsonObject content{{QLatin1String("waiting"), toJson(waiting)},
+                              {QLatin1String("parked"), toJson(parked)}};
+    if (const auto error = privatefile::write(file, QJsonDocument(content).toJson()))
+        return fail(console, QStringLiteral("%1: cannot be written: %2").arg(file, *error));
+    console.line(
+        QStringLiteral("exported: %1 waiting, %2 parked").arg(waiting.size()).arg(parked.size()));
+    return 0;
+}
+
+} // namespace
+
+QString queueStateText(DBQueueBroker &broker)
+{
+    const auto state = broker.state(loyaltyQueue());
+    if (!state)
+        return broker.lastError();
+    auto text = QStringLiteral("waiting: %1, parked: %2").arg(state->waiting).arg(state->parked);
+    if (const auto &next = state->oldest) {
+        text += QStringLiteral("\nnext: %1 %2, age %3, tries %4")
+                    .arg(next->id)
+                    .arg(methodOf(*next), ageText(next->queuedAt))
+                    .arg(next->tries);
+        if (!next->lastError.isEmpty())
+            text += QStringLiteral("\nlast error: %1").arg(next->lastError);
+    }
+    return text;
+}
+
+int runQueueCommand(DBQueueBroker &broker, Console &console, const QStringList &arguments)
+{
+    const auto verb = arguments.value(0, QStringLiteral("list"));
+    const auto count = qMax<qsizetype>(1, arguments.size());
+    if (verb == QLatin1String("list") && count == 1)
+        return list(broker, console);
+    if (verb == QLatin1String("parked") && count == 1)
+        return listParked(broker, console);
+    if (verb == QLatin1String("park") && count == 2)
+        return park(broker, console, arguments.at(1));
+    if (verb == QLatin1String("retry") && count == 2)
+        return retry(broker, console, arguments.at(1));
+    if (verb == QLatin1String("export") && count == 2)
+        return exportTo(broker, console, arguments.at(1));
+    console.line(QStringLiteral(
+        "Expected: till queue [list | parked | park ID | retry ID | retry all | export FILE]"));
+    constexpr int badArguments = 2;
+    return badArguments;
+}
+
+} // namespace till
