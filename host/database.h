@@ -11,6 +11,8 @@
 
 #include <optional>
 
+class QSqlError;
+
 /// A till's store: one SQLite file (mode 0600) with its receipts, their numbers and its queues.
 ///
 /// The file is opened on first use and created when missing, its directory (0700) included; one of
@@ -63,7 +65,7 @@ private:
     bool openFile();
     bool createFile();
     bool checkOwner();
-    bool bringForward(int version);
+    bool bringForward();
     bool switchToWal();
     bool execute(const QString &sql);
     std::optional<int> pragma(const QString &name);

@@ -1,9 +1,8 @@
 #include "host/dbqueuebroker.h"
 
-#include "host/queuestore.h"
+#include "host/database.h"
 
 #include <QJsonDocument>
-#include <QSqlError>
 #include <QVariantList>
 
 #include <algorithm>
@@ -11,122 +10,91 @@
 
 template class Singleton<DBQueueBroker>;
 
-using Statement = QueueStore::Statement;
+namespace {
+
+/// The columns of a message in the order of `messageOf`.
+#define MESSAGE_COLUMNS "id, queue, message, tag, queuedAt, tries, deferrals, parked, lastError"
+
+QueuedMessage messageOf(const Database::Row &row)
+{
+    return {
+        .id = row.at(0).toLongLong(),
+        .queue = row.at(1).toString(),
+        .message = QJsonDocument::fromJson(row.at(2).toString().toUtf8()).object(),
+        .tag = row.at(3).toString(),
+        .queuedAt = QDateTime::fromMSecsSinceEpoch(row.at(4).toLongLong()).toUTC(),
+        .tries = row.at(5).toInt(),
+        .deferrals = row.at(6).toInt(),
+        .isParked = row.at(7).toBool(),
+        .lastError = row.at(8).toString(),
+    };
+}
+
+/// A null text would be no text to SQLite.
+QString kept(const QString &text)
+{
+    return text.isNull() ? QStringLiteral("") : text;
+}
+
+} // namespace
 
 /// What the broker keeps: the file, opened on first use, and how the last call ended.
 class DBQueueBroker::Store
 {
 public:
-    /// Runs a statement. Null after a failure, which closes the file, so that the next call finds
-    /// it afresh once the cause has gone.
-    QSqlQuery *run(Statement statement, const QVariantList &values);
+    explicit Store(const QString &file)
+        : database(std::make_unique<Database>(file))
+    {}
+
     /// Runs a statement on one message. Whether there was one.
-    bool change(Statement statement, qint64 id, const QVariantList &values);
-    std::optional<QList<QueuedMessage>> read(Statement statement, const QVariantList &values);
-    /// Ends a query whose rows were read. Whether there were no more than those.
-    bool finish(QSqlQuery &query);
+    bool change(const char *sql, qint64 id, const QVariantList &values)
+    {
+        const auto changed = database->write(sql, values);
+        missing = changed == 0 ? QStringLiteral("there is no such message: %1").arg(id) : QString();
+        return changed > 0;
+    }
 
-    QString file;
-    QString error;
-    QueueStore database;
-    std::optional<QList<QVariantList>> batch; ///< The values of the messages collected.
+    QList<QueuedMessage> read(const char *sql, const QVariantList &values)
+    {
+        missing.clear();
+        QList<QueuedMessage> messages;
+        for (const auto &row : database->read(sql, values).value_or(QList<Database::Row>()))
+            messages.append(messageOf(row));
+        return messages;
+    }
 
-private:
-    QSqlQuery *fail(const QString &reason);
+    std::unique_ptr<Database> database;
+    QString missing; ///< Set when the last call met no message.
+    std::optional<QList<QueuedMessage>> batch;
 };
 
-QSqlQuery *DBQueueBroker::Store::run(Statement statement, const QVariantList &values)
-{
-    error.clear();
-    if (file.isEmpty())
-        return fail(QStringLiteral("no file is set"));
-    if (!database.isOpen() && !database.open(file))
-        return fail(database.getError());
-    if (auto *const query = database.run(statement, values))
-        return query;
-    const auto reason = database.getError();
-    database.close();
-    return fail(reason);
-}
-
-bool DBQueueBroker::Store::change(Statement statement, qint64 id, const QVariantList &values)
-{
-    auto *const query = run(statement, values);
-    if (!query)
-        return false;
-    const auto found = query->numRowsAffected() > 0;
-    query->finish();
-    if (!found)
-        fail(QStringLiteral("there is no such message: %1").arg(id));
-    return found;
-}
-
-std::optional<QList<QueuedMessage>> DBQueueBroker::Store::read(Statement statement,
-                                                               const QVariantList &values)
-{
-    auto *const query = run(statement, values);
-    if (!query)
-        return std::nullopt;
-    QList<QueuedMessage> messages;
-    while (query->next()) {
-        const auto json = query->value(1).toString().toUtf8();
-        messages.append(
-            {.id = query->value(0).toLongLong(),
-             .message = QJsonDocument::fromJson(json).object(),
-             .tag = query->value(2).toString(),
-             .queuedAt = QDateTime::fromMSecsSinceEpoch(query->value(3).toLongLong()).toUTC(),
-             .tries = query->value(4).toInt(),
-             .lastError = query->value(5).toString()});
-    }
-    return finish(*query) ? std::optional(messages) : std::nullopt;
-}
-
-bool DBQueueBroker::Store::finish(QSqlQuery &query)
-{
-    const auto failure = query.lastError();
-    query.finish();
-    if (!failure.isValid())
-        return true;
-    database.close();
-    fail(failure.text());
-    return false;
-}
-
-QSqlQuery *DBQueueBroker::Store::fail(const QString &reason)
-{
-    error = file.isEmpty() ? reason : QStringLiteral("%1: the queue: %2").arg(file, reason);
-    return nullptr;
-}
-
 DBQueueBroker::DBQueueBroker()
-    : store(std::make_unique<Store>())
+    : DBQueueBroker(QString())
 {}
 
 DBQueueBroker::DBQueueBroker(const QString &file)
-    : DBQueueBroker()
-{
-    store->file = file;
-}
+    : store(std::make_unique<Store>(file))
+{}
 
 DBQueueBroker::~DBQueueBroker() = default;
 
 void DBQueueBroker::setFile(const QString &file)
 {
-    store->database.close();
-    store->file = file;
+    store->database = std::make_unique<Database>(file);
 }
 
 bool DBQueueBroker::put(const QString &queue, const QJsonObject &message, const QString &tag)
 {
-    const auto json = QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact));
-    // A null text would be no text to SQLite.
-    const auto kept = [](const QString &text) { return text.isNull() ? QStringLiteral("") : text; };
-    const QVariantList values{kept(queue), json, kept(tag), QDateTime::currentMSecsSinceEpoch()};
-    if (store->batch) {
-        store->batch->append(values);
-        return true;
-    }
-    return store->run(Statement::Put, values) != nullptr;
+    QueuedMessage queued;
+    queued.queue = queue;
+    queued.message = message;
+    queued.tag = tag;
+    queued.queuedAt = QDateTime::currentDateTimeUtc();
+    store->missing.clear();
+    if (!store->batch)
+        return insert(*store->database, queued, 0);
+    store->batch->append(queued);
+    return true;
 }
 
 void DBQueueBroker::beginBatch()
@@ -136,77 +104,117 @@ void DBQueueBroker::beginBatch()
 
 bool DBQueueBroker::endBatch()
 {
-    const auto batch = std::exchange(store->batch, std::nullopt).value_or(QList<QVariantList>());
-    store->error.clear();
+    const auto batch = takeBatch();
     if (batch.isEmpty())
         return true;
-    // A failure closes the file, which undoes the transaction.
-    const auto put = [this](const QVariantList &values) {
-        return store->run(Statement::Put, values) != nullptr;
-    };
-    return store->run(Statement::Begin, {}) && std::all_of(batch.begin(), batch.end(), put) &&
-           store->run(Statement::Commit, {});
+    store->missing.clear();
+    Transaction transaction(*store->database);
+    const auto put = [this](const auto &message) { return insert(*store->database, message, 0); };
+    return transaction.begun() && std::all_of(batch.begin(), batch.end(), put) &&
+           transaction.commit();
 }
 
-std::optional<QueuedMessage> DBQueueBroker::first(const QString &queue)
+QList<QueuedMessage> DBQueueBroker::takeBatch()
 {
-    const auto messages = waiting(queue, 1);
+    return std::exchange(store->batch, std::nullopt).value_or(QList<QueuedMessage>());
+}
+
+bool DBQueueBroker::insert(Database &database, const QueuedMessage &message, qint64 receipt)
+{
+    const auto json = QJsonDocument(message.message).toJson(QJsonDocument::Compact);
+    return database
+        .write("INSERT INTO messages (queue, message, tag, queuedAt, parked, lastError, receipt) "
+               "VALUES (?, ?, ?, ?, ?, ?, ?)",
+               {kept(message.queue), QString::fromUtf8(json), kept(message.tag),
+                message.queuedAt.toMSecsSinceEpoch(), message.isParked ? 1 : 0,
+                kept(message.lastError), receipt > 0 ? QVariant(receipt) : QVariant()})
+        .has_value();
+}
+
+std::optional<QueuedMessage> DBQueueBroker::next(const QString &queue, qint64 after)
+{
+    const auto messages = store->read("SELECT " MESSAGE_COLUMNS " FROM messages WHERE queue = ? "
+                                      "AND parked = 0 AND id > ? ORDER BY id LIMIT 1",
+                                      {queue, after});
     return messages.isEmpty() ? std::nullopt : std::optional(messages.constFirst());
 }
 
 QList<QueuedMessage> DBQueueBroker::waiting(const QString &queue, int limit)
 {
-    return store->read(Statement::Waiting, {queue, std::max(limit, 0)})
-        .value_or(QList<QueuedMessage>());
+    return store->read("SELECT " MESSAGE_COLUMNS " FROM messages WHERE queue = ? AND parked = 0 "
+                       "ORDER BY id LIMIT ?",
+                       {queue, std::max(limit, 0)});
 }
 
 bool DBQueueBroker::remove(qint64 id)
 {
-    return store->change(Statement::Remove, id, {id});
+    return store->change("DELETE FROM messages WHERE id = ?", id, {id});
 }
 
-bool DBQueueBroker::noteFailure(qint64 id, const QString &reason)
+bool DBQueueBroker::removeAll(const QList<qint64> &ids)
 {
-    return store->change(Statement::NoteFailure, id, {reason, id});
+    store->missing.clear();
+    Transaction transaction(*store->database);
+    const auto removed = [this](qint64 id) {
+        return store->database->write("DELETE FROM messages WHERE id = ?", {id}).has_value();
+    };
+    return transaction.begun() && std::all_of(ids.begin(), ids.end(), removed) &&
+           transaction.commit();
+}
+
+bool DBQueueBroker::noteFailure(qint64 id, const QString &reason, int deferrals)
+{
+    return store->change("UPDATE messages SET tries = tries + 1, lastError = ?, deferrals = ? "
+                         "WHERE id = ? AND parked = 0",
+                         id, {kept(reason), deferrals, id});
 }
 
 bool DBQueueBroker::park(qint64 id, const QString &reason)
 {
-    return store->change(Statement::Park, id, {reason, id});
+    return store->change(
+        "UPDATE messages SET parked = 1, lastError = ? WHERE id = ? AND parked = 0", id,
+        {kept(reason), id});
 }
 
 QList<QueuedMessage> DBQueueBroker::parked(const QString &queue)
 {
-    return store->read(Statement::Parked, {queue}).value_or(QList<QueuedMessage>());
+    return store->read("SELECT " MESSAGE_COLUMNS " FROM messages WHERE queue = ? AND parked = 1 "
+                       "ORDER BY id",
+                       {queue});
 }
 
 bool DBQueueBroker::unpark(qint64 id)
 {
-    return store->change(Statement::Unpark, id, {id});
+    return store->change("UPDATE messages SET parked = 0, tries = 0, deferrals = 0 "
+                         "WHERE id = ? AND parked = 1",
+                         id, {id});
 }
 
 std::optional<QueueState> DBQueueBroker::state(const QString &queue)
 {
-    QueueState state;
-    auto *const counts = store->run(Statement::Count, {queue});
+    store->missing.clear();
+    const auto counts = store->database->read(
+        "SELECT parked, count(*) FROM messages WHERE queue = ? GROUP BY parked", {queue});
     if (!counts)
         return std::nullopt;
-    while (counts->next()) {
-        const auto number = counts->value(1).toLongLong();
-        (counts->value(0).toInt() == 0 ? state.waiting : state.parked) = number;
-    }
-    if (!store->finish(*counts))
-        return std::nullopt;
+    QueueState state;
+    for (const auto &row : *counts)
+        (row.at(0).toInt() == 0 ? state.waiting : state.parked) = row.at(1).toLongLong();
     state.oldest = first(queue);
-    return store->error.isEmpty() ? std::optional(state) : std::nullopt;
+    return lastError().isEmpty() ? std::optional(state) : std::nullopt;
 }
 
 QString DBQueueBroker::lastError() const
 {
-    return store->error;
+    return store->missing.isEmpty() ? store->database->lastError() : store->missing;
+}
+
+bool DBQueueBroker::isGone() const
+{
+    return !store->missing.isEmpty();
 }
 
 QString DBQueueBroker::file() const
 {
-    return store->file;
+    return store->database->file();
 }

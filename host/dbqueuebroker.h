@@ -11,15 +11,20 @@
 #include <memory>
 #include <optional>
 
+class Database;
+
 /// A message of a queue as the broker keeps it.
 struct QueuedMessage
 {
     qint64 id = 0;
+    QString queue;
     QJsonObject message; ///< Empty when the file holds something else than a JSON object.
     QString tag;
-    QDateTime queuedAt; ///< UTC.
-    int tries = 0;      ///< Failed deliveries so far.
-    QString lastError;  ///< Of the last failed delivery, or the reason for parking.
+    QDateTime queuedAt;    ///< UTC.
+    int tries = 0;         ///< Failed deliveries so far.
+    int deferrals = 0;     ///< How many of those the service has put off.
+    bool isParked = false; ///< Out of the way until somebody puts it back.
+    QString lastError;     ///< Of the last failed delivery, or the reason for parking.
 };
 
 /// How a queue stands.
@@ -30,13 +35,11 @@ struct QueueState
     std::optional<QueuedMessage> oldest; ///< The waiting message that is next.
 };
 
-/// Persistent queues of JSON messages in one SQLite file (mode 0600).
+/// Persistent queues of JSON messages in one SQLite file, a till's store (see `Database`).
 ///
 /// Messages leave a queue in the order they came. A message is on disk when `put` returns true and
-/// stays until `remove`. A parked message is out of the way but kept, with the reason. The file is
-/// opened on first use, and again by the next call after one has failed; a damaged file, a foreign
-/// one or one of a newer version is left as it is and every call fails with `lastError` set. A file
-/// that somebody else keeps locked makes a call fail after about two seconds.
+/// stays until `remove`. A parked message is out of the way but kept, with the reason. A file that
+/// cannot be used is left as it is, and every call fails with `lastError` set.
 ///
 /// One broker belongs to one thread; brokers of several threads or processes share a file.
 class HOST_EXPORT DBQueueBroker
@@ -54,22 +57,33 @@ public:
 
     /// Stores a message at the end of a queue. `tag` is kept with it and means nothing here.
     bool put(const QString &queue, const QJsonObject &message, const QString &tag);
-    /// From here to `endBatch` a `put` only collects its message and answers true. For messages
-    /// that make no sense one without the other, put by somebody who does not look at the answer.
+    /// From here on a `put` only collects its message and answers true, until `endBatch` or
+    /// `takeBatch`. For messages that make no sense one without the other, put by somebody who does
+    /// not look at the answer.
     void beginBatch();
     /// Stores what was collected, all of it or nothing. \return Whether it is on disk; true when
     /// nothing was put.
     bool endBatch();
+    /// Gives out what was collected, for a host that stores it itself.
+    QList<QueuedMessage> takeBatch();
+    /// Stores a message, as part of the transaction under way if there is one. `receipt` is the row
+    /// of the receipt that it belongs to, 0 for none.
+    static bool insert(Database &database, const QueuedMessage &message, qint64 receipt);
 
-    /// The message that is next; nothing when the queue is empty or cannot be read.
-    std::optional<QueuedMessage> first(const QString &queue);
+    /// The waiting message that comes after the one of that number; nothing when there is none or
+    /// the file cannot be read.
+    std::optional<QueuedMessage> next(const QString &queue, qint64 after);
+    std::optional<QueuedMessage> first(const QString &queue) { return next(queue, 0); }
     /// Up to `limit` waiting messages in order, without taking them.
     QList<QueuedMessage> waiting(const QString &queue, int limit);
-    /// Removes a delivered message. This and the following calls answer false for a number that no
-    /// message has.
+    /// Removes a delivered message, parked or not. This and the following calls answer false for a
+    /// number that no such message has.
     bool remove(qint64 id);
-    /// Counts a failed delivery and keeps the message where it is.
-    bool noteFailure(qint64 id, const QString &reason);
+    /// Removes delivered messages in one transaction; numbers that no message has do not matter.
+    bool removeAll(const QList<qint64> &ids);
+    /// Counts a failed delivery of a waiting message and keeps it where it is. `deferrals` is how
+    /// often the service has put it off by now.
+    bool noteFailure(qint64 id, const QString &reason, int deferrals);
     /// Puts a waiting message aside with the reason; the ones behind it move up.
     bool park(qint64 id, const QString &reason);
     QList<QueuedMessage> parked(const QString &queue);
@@ -81,6 +95,8 @@ public:
 
     /// Why the last call failed, in words for the integrator; empty after a success.
     QString lastError() const;
+    /// Whether the last call failed only because no such message waits, or is parked, any longer.
+    bool isGone() const;
     /// The file, as configured.
     QString file() const;
 

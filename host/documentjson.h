@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/export.h"
+
 #include <QJsonObject>
 #include <QSharedPointer>
 #include <QString>
@@ -10,13 +12,13 @@ class AbstractDocument;
 namespace documentjson {
 
 /// The whole receipt. Sets `error` when a value of it cannot be kept.
-QJsonObject toJson(const AbstractDocument &document, QString &error);
+HOST_EXPORT QJsonObject toJson(const AbstractDocument &document, QString &error);
 
 /// Whether a newer version of this code has made the object, as far as it can be told.
-bool isNewer(const QJsonObject &object);
+HOST_EXPORT bool isNewer(const QJsonObject &object);
 
 /// The receipt that `toJson` made the object of.
 /// \return Null, with the member and what was expected in `error`, for any other object.
-QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error);
+HOST_EXPORT QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error);
 
 } // namespace documentjson

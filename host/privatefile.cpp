@@ -54,7 +54,8 @@ std::optional<QString> createDirectory(const QString &path)
     const auto name = QFile::encodeName(absolute);
     // The umask may take rights away from mkdir, and another process may have been faster.
     if (::mkdir(name.constData(), 0700) == 0) {
-        if (::chmod(name.constData(), 0700) == 0)
+        // A new name survives a power cut only when the directory that holds it is written out.
+        if (::chmod(name.constData(), 0700) == 0 && syncDirectory(info.path()))
             return std::nullopt;
     } else if (errno == EEXIST && QFileInfo(absolute).isDir()) {
         return std::nullopt;

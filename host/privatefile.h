@@ -22,8 +22,8 @@ struct Content
 /// for.
 [[nodiscard]] HOST_EXPORT Content read(const QString &path, qint64 limit);
 
-/// Creates the directory and those above it that are missing, each with mode 0700. A directory that
-/// exists stays as it is.
+/// Creates the directory and those above it that are missing, each with mode 0700 and its name
+/// written to the disk. A directory that exists stays as it is.
 /// \return Why it is not there, nothing when it is.
 [[nodiscard]] HOST_EXPORT std::optional<QString> createDirectory(const QString &path);
 

@@ -11,6 +11,12 @@
 
 template class MockFactory<RestClient>;
 
+namespace {
+
+thread_local http::Response lastOfThread;
+
+} // namespace
+
 RestClient::RestClient()
     : connection(std::make_unique<Connection>())
 {}
@@ -42,11 +48,17 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
         exchangeLog.writeFailure(error, response.getTransportCode());
     else
         exchangeLog.writeAnswer(response);
+    lastOfThread = response;
 }
 
 http::Response RestClient::getResponse() const
 {
     return response;
+}
+
+http::Response RestClient::lastResponse()
+{
+    return lastOfThread;
 }
 
 QString RestClient::transportErrorText(int transportCode)

@@ -48,6 +48,9 @@ public:
     /// The outcome of the last `send`.
     virtual http::Response getResponse() const;
 
+    /// The outcome of the last `send` of any client in this thread, for who was not at the call.
+    static http::Response lastResponse();
+
     /// What a response's transport code says, in English words.
     static QString transportErrorText(int transportCode);
 

@@ -5,9 +5,9 @@
 #include "host/tr.h"
 
 #include <QSharedPointer>
-#include <QString>
 
 class AbstractDocument;
+class ReceiptKeeper;
 
 /// Where the till shows how far a step has come.
 class HOST_EXPORT ProgressDisplay
@@ -31,9 +31,9 @@ public:
     QSharedPointer<AbstractDocument> getCurrentDocument() const { return currentDocument; }
     void setCurrentDocument(const QSharedPointer<AbstractDocument> &document);
 
-    /// Where the receipt at hand is kept; empty when it is not kept at all.
-    QString getDocumentFile() const { return documentFile; }
-    void setDocumentFile(const QString &file) { documentFile = file; }
+    /// Who keeps the receipt at hand; null when it is not kept at all. Not owned.
+    ReceiptKeeper *getReceiptKeeper() const { return receiptKeeper; }
+    void setReceiptKeeper(ReceiptKeeper *keeper) { receiptKeeper = keeper; }
 
     /// Never null; a display that shows nothing until the till sets its own.
     QSharedPointer<ProgressDisplay> getProgressDisplay() const { return progressDisplay; }
@@ -41,7 +41,7 @@ public:
 
 private:
     QSharedPointer<AbstractDocument> currentDocument;
-    QString documentFile;
+    ReceiptKeeper *receiptKeeper = nullptr;
     QSharedPointer<ProgressDisplay> progressDisplay;
 };
 

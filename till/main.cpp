@@ -1,30 +1,22 @@
-#include "till/core/backgrounddelivery.h"
-#include "till/core/catalogue.h"
 #include "till/console/console.h"
 #include "till/console/consolepresenter.h"
-#include "till/core/deliverer.h"
-#include "till/core/filelock.h"
-#include "till/core/loyaltyplugin.h"
-#include "till/options.h"
-#include "till/office/queuecommands.h"
-#include "till/receiptcounter.h"
-#include "till/receiptstore.h"
 #include "till/console/salecommands.h"
+#include "till/core/catalogue.h"
+#include "till/core/sale.h"
 #include "till/core/settings.h"
-#include "till/core/signalpause.h"
-
-#include "interface/interface.h"
+#include "till/core/till.h"
+#include "till/office/delivercommand.h"
+#include "till/office/queuecommands.h"
+#include "till/options.h"
 
 #include <host/config.h>
 #include <host/dbqueuebroker.h>
-#include <host/dialog.h>
 #include <host/heap.h>
 #include <host/logging.h>
 #include <host/privatefile.h>
 #include <host/session.h>
 
 #include <QCoreApplication>
-#include <QFile>
 
 #include <csignal>
 #include <iostream>
@@ -43,40 +35,19 @@ int refuseToStart(const QString &reason)
 }
 
 /// The console as the place of all dialogs, for as long as this object lives.
-class DialogsOnConsole
+struct DialogsOnConsole
 {
-public:
     explicit DialogsOnConsole(till::Console &console)
         : presenter(console)
     {
-        Dialog::setPresenter(&presenter);
         Singleton<Session>::instance()->setProgressDisplay(
             QSharedPointer<till::ConsoleProgressDisplay>::create(console));
     }
-    ~DialogsOnConsole()
-    {
-        Singleton<Session>::instance()->setProgressDisplay({});
-        Dialog::setPresenter(nullptr);
-    }
+    ~DialogsOnConsole() { Singleton<Session>::instance()->setProgressDisplay({}); }
     Q_DISABLE_COPY_MOVE(DialogsOnConsole)
 
-private:
     till::ConsolePresenter presenter;
 };
-
-/// Has the counter go on where the receipts kept so far ended, when its own file cannot say.
-void loadCounter(till::ReceiptCounter &counter, const QString &file, till::ReceiptStore &store,
-                 till::Console &console)
-{
-    const auto isMissing = !QFile::exists(file);
-    const auto error = counter.load();
-    if (error)
-        console.line(QStringLiteral("%1; %2").arg(*error, store.setAside(file)));
-    if (error || isMissing) {
-        const auto [shift, number] = store.highestNumbers();
-        counter.continueFrom(shift, number);
-    }
-}
 
 /// The loyalty plugin starts without these, but the service then refuses every order.
 void warnOfMissingSettings()
@@ -91,70 +62,29 @@ void warnOfMissingSettings()
 
 int runSale(const till::Settings &settings, bool deliversInBackground, till::Console &console)
 {
-    till::FileLock lock(settings.dataDirectory + QLatin1String("/till.lock"));
-    const auto state = lock.acquire();
-    if (state == till::FileLock::State::Busy)
-        return refuseToStart(
-            QStringLiteral("%1: another till is selling here").arg(settings.dataDirectory));
-    if (state == till::FileLock::State::Unavailable)
-        console.line(lock.lastError());
-
-    auto *const broker = Singleton<DBQueueBroker>::instance();
-    broker->setFile(settings.queueFile());
-    if (!broker->state(till::loyaltyQueue()))
-        console.line(broker->lastError());
-    const DialogsOnConsole dialogs(console);
-    till::LoyaltyPlugin plugin;
-    if (const auto error = plugin.load(settings.pluginFile))
+    DialogsOnConsole dialogs(console);
+    till::Till till(settings, dialogs.presenter);
+    if (const auto error = till.start())
         return refuseToStart(*error);
-
-    till::ReceiptStore store(settings.dataDirectory);
-    if (const auto error = store.prepare())
-        console.line(*error);
-    const auto counterFile = settings.dataDirectory + QLatin1String("/counter.json");
-    till::ReceiptCounter counter(counterFile);
-    loadCounter(counter, counterFile, store, console);
-    till::Sale sale({plugin.getSystem(), store, counter, console, settings.place});
-    sale.recover();
-    std::optional<till::BackgroundDelivery> delivery;
-    if (deliversInBackground) {
-        delivery.emplace(settings.queueFile(), settings.backoff);
-        sale.setAfterCommit([&delivery] { delivery->wake(); });
-    }
-    till::SaleCommands commands(sale, console, plugin.description());
+    if (!till.note().isEmpty())
+        console.line(till.note());
+    till::SaleCommands commands(till, console);
+    till.sale().recover();
+    if (deliversInBackground)
+        till.startDelivery();
     return commands.run() ? success : failure;
 }
 
-int runDelivery(const till::Settings &settings, bool once, till::Console &console)
+int runQueue(const till::Settings &settings, const QStringList &arguments)
 {
-    till::SignalPause pause;
-    DBQueueBroker broker(settings.queueFile());
-    lmmindbox::Interface service;
-    till::Deliverer deliverer(broker, service);
-    till::DeliveryLoop loop(deliverer, till::Backoff(settings.backoff), pause);
-    if (!once) {
-        loop.run();
-        return success;
-    }
-    const auto isDone = loop.runOnce();
-    const auto state = till::queueStateText(broker);
-    // A queue that cannot be read says the same in its state.
-    if (!isDone && deliverer.lastError() != state)
-        console.line(deliverer.lastError());
-    console.line(state);
-    return isDone ? success : failure;
-}
-
-int runQueue(const till::Settings &settings, const QStringList &arguments, till::Console &console)
-{
-    DBQueueBroker broker(settings.queueFile());
-    return till::runQueueCommand(broker, console, arguments);
+    DBQueueBroker broker(till::Store::fileIn(settings.dataDirectory));
+    return till::runQueueCommand(broker, std::cout, arguments);
 }
 
 int run(const till::Options &options, till::Console &console)
 {
     QString error;
-    const auto settings = till::loadSettings(options, error);
+    const auto settings = till::loadSettings(options.settings, error);
     if (!error.isEmpty())
         return refuseToStart(error);
     if (const auto problem = privatefile::createDirectory(settings.dataDirectory))
@@ -169,9 +99,9 @@ int run(const till::Options &options, till::Console &console)
     if (name != QLatin1String("queue"))
         warnOfMissingSettings();
     if (name == QLatin1String("deliver"))
-        return runDelivery(settings, options.once, console);
+        return till::runDelivery(settings, options.once, std::cout);
     if (name == QLatin1String("queue"))
-        return runQueue(settings, options.command.mid(1), console);
+        return runQueue(settings, options.command.mid(1));
     return runSale(settings, options.deliversInBackground, console);
 }
 

@@ -100,11 +100,11 @@ CommandLine parseCommandLine(const QStringList &arguments)
         return {{}, QStringLiteral("till %1").arg(QStringLiteral(TILL_VERSION)), 0};
     Options options;
     const auto &read = parser.parser;
-    options.config = read.value(parser.config);
-    options.plugin = read.value(parser.plugin);
-    options.data = read.value(parser.data);
-    options.language = read.value(parser.language);
-    options.log = read.value(parser.log);
+    options.settings.config = read.value(parser.config);
+    options.settings.plugin = read.value(parser.plugin);
+    options.settings.data = read.value(parser.data);
+    options.settings.language = read.value(parser.language);
+    options.settings.log = read.value(parser.log);
     options.deliversInBackground = !read.isSet(parser.noDelivery);
     options.once = read.isSet(parser.once);
     options.echo = read.isSet(parser.echo);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "till/core/settings.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -7,14 +9,10 @@
 
 namespace till {
 
-/// What the command line asks for. Empty texts are left to the settings.
+/// What the command line asks for.
 struct Options
 {
-    QString config;
-    QString plugin;
-    QString data;
-    QString language;
-    QString log;
+    SettingsOverrides settings;
     bool deliversInBackground = true;
     bool once = false;
     bool echo = false;

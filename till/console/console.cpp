@@ -1,6 +1,7 @@
 #include "till/console/console.h"
 
-#include <algorithm>
+#include "till/core/printable.h"
+
 #include <ostream>
 
 namespace till {
@@ -13,8 +14,7 @@ Console::Console(ConsoleInput &input, std::ostream &output)
 
 void Console::line(const QString &text)
 {
-    write(text);
-    output << '\n' << std::flush;
+    printLine(output, text);
 }
 
 ConsoleLine Console::ask(const QString &question)
@@ -44,12 +44,7 @@ ConsoleLine Console::read()
 
 void Console::write(const QString &text)
 {
-    auto shown = text;
-    const auto isUnsafe = [](QChar character) {
-        return character.category() == QChar::Other_Control && character != u'\n';
-    };
-    std::replace_if(shown.begin(), shown.end(), isUnsafe, QChar(u'?'));
-    output << shown.toStdString();
+    output << printable(text).toStdString();
 }
 
 } // namespace till

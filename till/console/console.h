@@ -15,8 +15,7 @@ public:
     /// Both must outlive the console.
     Console(ConsoleInput &input, std::ostream &output);
 
-    /// Shows a text as a line of its own, or several. Control characters are shown as "?", so that
-    /// no text from elsewhere can command the terminal.
+    /// Shows a text as a line of its own, or several, without control characters.
     void line(const QString &text);
     /// Shows a question and waits for the line typed. On a terminal the answer stands behind it.
     ConsoleLine ask(const QString &question);

@@ -1,5 +1,7 @@
 #include "till/console/consoleinput.h"
 
+#include "till/console/texts.h"
+
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -18,12 +20,12 @@ ConsoleLine decode(QByteArrayView bytes)
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder(bytes);
     if (decoder.hasError())
-        return {ConsoleLine::Kind::Refused, QStringLiteral("The line is not UTF-8 text.")};
+        return {ConsoleLine::Kind::Refused, ConsoleText::tr("The line is not UTF-8 text.")};
     const auto isControl = [](QChar character) {
         return character.category() == QChar::Other_Control;
     };
     if (std::any_of(text.cbegin(), text.cend(), isControl))
-        return {ConsoleLine::Kind::Refused, QStringLiteral("The line holds control characters.")};
+        return {ConsoleLine::Kind::Refused, ConsoleText::tr("The line holds control characters.")};
     return {ConsoleLine::Kind::Text, std::move(text)};
 }
 
@@ -45,7 +47,7 @@ ConsoleLine ConsoleInput::readLine()
             const auto line = buffer.left(length);
             buffer.remove(0, length + 1);
             return tooLong ? ConsoleLine{ConsoleLine::Kind::Refused,
-                                         QStringLiteral("The line is longer than %1 bytes.")
+                                         ConsoleText::tr("The line is longer than %1 bytes.")
                                              .arg(maximumLineLength)}
                            : decode(line);
         }

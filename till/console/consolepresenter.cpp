@@ -3,9 +3,7 @@
 #include "till/console/console.h"
 #include "till/console/formfield.h"
 #include "till/console/inputmask.h"
-
-#include <log4qt/logger.h>
-#include <log4qt/logmanager.h>
+#include "till/console/texts.h"
 
 #include <algorithm>
 
@@ -29,20 +27,15 @@ bool isAnswer(const QString &typed, const QString &number, const tr::Tr &text)
     return typed == number || typed.compare(text.toString(), Qt::CaseInsensitive) == 0;
 }
 
-/// Shows a message, and keeps it for the one who asks later what the cashier was told.
-void tell(Console &console, const char *kind, const tr::Tr &text)
+QString line(const QString &kind, const tr::Tr &text)
 {
-    static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.dialog"));
-    const auto line = QStringLiteral("[%1] %2").arg(QLatin1String(kind), text.toString());
-    logger->info(QStringLiteral("%1"), line);
-    console.line(line);
+    return QStringLiteral("[%1] %2").arg(kind, text.toString());
 }
 
 /// A dialog's first line, with the way out for one that is caught in it.
-QString titleLine(const char *kind, const tr::Tr &title, bool cancellable)
+QString titleLine(const QString &kind, const tr::Tr &title, bool cancellable)
 {
-    const auto line = QStringLiteral("[%1] %2").arg(QLatin1String(kind), title.toString());
-    return cancellable ? line + QStringLiteral(" (/cancel leaves)") : line;
+    return line(kind, title) + (cancellable ? ConsoleText::tr(" (/cancel leaves)") : QString());
 }
 
 } // namespace
@@ -53,31 +46,31 @@ ConsolePresenter::ConsolePresenter(Console &console)
 
 void ConsolePresenter::showError(const tr::Tr &text)
 {
-    tell(console, "error", text);
+    console.line(line(ConsoleText::tr("error"), text));
 }
 
 void ConsolePresenter::showMessage(const tr::Tr &text)
 {
-    tell(console, "message", text);
+    console.line(line(ConsoleText::tr("message"), text));
 }
 
 bool ConsolePresenter::showChoice(const tr::Tr &question, const tr::Tr &ok, const tr::Tr &cancel)
 {
-    console.line(QStringLiteral("[question] %1").arg(question.toString()));
+    console.line(line(ConsoleText::tr("question"), question));
     const auto answers = QStringLiteral("1 - %1, 2 - %2:").arg(ok.toString(), cancel.toString());
     while (const auto typed = ask(answers, true)) {
         if (isAnswer(typed->trimmed(), QStringLiteral("1"), ok))
             return true;
         if (isAnswer(typed->trimmed(), QStringLiteral("2"), cancel))
             return false;
-        console.line(QStringLiteral("1 or 2 is expected."));
+        console.line(ConsoleText::tr("1 or 2 is expected."));
     }
     return false;
 }
 
 core::BasicDialog::Result ConsolePresenter::showInputText(const InputTextRequest &request)
 {
-    console.line(titleLine("input", request.title, request.cancellable != 0));
+    console.line(titleLine(ConsoleText::tr("input"), request.title, request.cancellable != 0));
     auto question = request.message.toString();
     if (!request.inputMask.isEmpty())
         question += QStringLiteral(" (%1)").arg(InputMask(request.inputMask).outline());
@@ -88,7 +81,7 @@ core::BasicDialog::Result ConsolePresenter::showInputText(const InputTextRequest
         auto problem = shapeText(text, request.inputMask, request.validator);
         if (request.maximumLength > 0 && text.size() > request.maximumLength)
             problem =
-                QStringLiteral("At most %1 characters are expected.").arg(request.maximumLength);
+                ConsoleText::tr("At most %1 characters are expected.").arg(request.maximumLength);
         if (problem.isEmpty())
             return core::BasicDialog::Result(text);
         console.line(problem);
@@ -98,7 +91,7 @@ core::BasicDialog::Result ConsolePresenter::showInputText(const InputTextRequest
 
 QVariantMap ConsolePresenter::showForm(const FormRequest &request)
 {
-    console.line(titleLine("form", request.title, request.cancellable));
+    console.line(titleLine(ConsoleText::tr("form"), request.title, request.cancellable));
     if (!request.subtitle.isEmpty())
         console.line(request.subtitle.toString());
     QVariantMap answers;
@@ -137,7 +130,7 @@ std::optional<QString> ConsolePresenter::ask(const QString &question, bool cance
         else if (cancellable)
             return std::nullopt;
         else
-            console.line(QStringLiteral("This cannot be cancelled."));
+            console.line(ConsoleText::tr("This cannot be cancelled."));
     }
 }
 

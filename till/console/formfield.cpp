@@ -1,6 +1,7 @@
 #include "till/console/formfield.h"
 
 #include "till/console/inputmask.h"
+#include "till/console/texts.h"
 #include "till/core/numbers.h"
 
 #include <QRegularExpression>
@@ -21,12 +22,12 @@ QDate parseDate(const QString &text)
 QString dateProblem(const FormField &field, const QDate &date)
 {
     if (!date.isValid())
-        return QStringLiteral("A date such as 31.12.1990 is expected.");
+        return ConsoleText::tr("A date such as 31.12.1990 is expected.");
     if (field.minDate.isValid() && date < field.minDate)
-        return QStringLiteral("The date must not be before %1.")
+        return ConsoleText::tr("The date must not be before %1.")
             .arg(field.minDate.toString(dateFormat));
     if (field.maxDate.isValid() && date > field.maxDate)
-        return QStringLiteral("The date must not be after %1.")
+        return ConsoleText::tr("The date must not be after %1.")
             .arg(field.maxDate.toString(dateFormat));
     return {};
 }
@@ -40,7 +41,7 @@ FieldReading readChoice(const FormField &field, const QString &text)
         if (field.options.at(index).toString().compare(text, Qt::CaseInsensitive) == 0)
             return {index, {}};
     }
-    return {{}, QStringLiteral("A number from 1 to %1 is expected.").arg(count)};
+    return {{}, ConsoleText::tr("A number from 1 to %1 is expected.").arg(count)};
 }
 
 FieldReading readText(const FormField &field, QString text)
@@ -70,7 +71,7 @@ FieldReading readField(const FormField &field, const QString &typed)
         text.clear();
     if (text.isEmpty()) {
         if (field.mandatory)
-            return {{}, QStringLiteral("This field must be filled in.")};
+            return {{}, ConsoleText::tr("This field must be filled in.")};
         return {field.kind == FormFieldKind::Text ? QVariant(QString()) : QVariant(), {}};
     }
     switch (field.kind) {
@@ -102,15 +103,15 @@ QString fieldQuestion(const FormField &field)
     if (field.kind == FormFieldKind::Date) {
         limits.append(dateFormat.toString());
         if (field.minDate.isValid())
-            limits.append(QStringLiteral("from %1").arg(field.minDate.toString(dateFormat)));
+            limits.append(ConsoleText::tr("from %1").arg(field.minDate.toString(dateFormat)));
         if (field.maxDate.isValid())
-            limits.append(QStringLiteral("to %1").arg(field.maxDate.toString(dateFormat)));
+            limits.append(ConsoleText::tr("to %1").arg(field.maxDate.toString(dateFormat)));
     }
     for (int index = 0; index < field.options.size(); ++index)
         limits.append(
             QStringLiteral("%1 - %2").arg(index + 1).arg(field.options.at(index).toString()));
     if (!field.mandatory)
-        limits.append(QStringLiteral("may be empty"));
+        limits.append(ConsoleText::tr("may be empty"));
     auto question = field.label.toString();
     if (!limits.isEmpty())
         question += QStringLiteral(" (%1)").arg(limits.join(QLatin1String(", ")));
@@ -132,11 +133,11 @@ QString shapeText(QString &text, const QString &inputMask, const QString &valida
     const InputMask mask(inputMask);
     const auto shaped = mask.isEmpty() ? std::optional(text) : mask.apply(text);
     if (!shaped)
-        return QStringLiteral("The text does not fit %1.").arg(mask.outline());
+        return ConsoleText::tr("The text does not fit %1.").arg(mask.outline());
     text = *shaped;
     const QRegularExpression pattern(QRegularExpression::anchoredPattern(validator));
     if (!validator.isEmpty() && !pattern.match(text).hasMatch())
-        return QStringLiteral("The text is not of the form expected here.");
+        return ConsoleText::tr("The text is not of the form expected here.");
     return {};
 }
 

@@ -1,8 +1,7 @@
 #include "till/console/receipttext.h"
 
+#include "till/console/texts.h"
 #include "till/core/numbers.h"
-
-#include <host/abstractdocument.h>
 
 #include <QStringList>
 
@@ -10,9 +9,11 @@ namespace till {
 
 namespace {
 
-constexpr int codeWidth = 14;
-constexpr int nameWidth = 28;
-constexpr int numberWidth = 12;
+constexpr int codeWidth = 13;
+constexpr int nameWidth = 24;
+constexpr int quantityWidth = 10;
+constexpr int priceWidth = 10;
+constexpr int sumWidth = 12;
 
 /// The text in a column of that width, cut when it is longer.
 QString column(const QString &text, int width)
@@ -25,73 +26,74 @@ QString row(const QString &number, const QString &code, const QString &name,
 {
     return QStringLiteral("%1 %2 %3 %4 %5 %6")
         .arg(number.rightJustified(4), column(code, codeWidth), column(name, nameWidth),
-             quantity.rightJustified(numberWidth), price.rightJustified(numberWidth),
-             sum.rightJustified(numberWidth));
+             quantity.rightJustified(quantityWidth), price.rightJustified(priceWidth),
+             sum.rightJustified(sumWidth));
 }
 
-QString discountText(const DocumentImpactDetail &impact)
+QString heading(const ReceiptView &receipt)
 {
-    return QStringLiteral("discount, campaign %1, mode %2, source %3")
-        .arg(impact.getCampaignCode())
-        .arg(impact.getDiscountMode())
-        .arg(impact.getImpactSource());
+    const auto text = receipt.isReturn
+                          ? ConsoleText::tr("Return %1, shift %2, shop %3, register %4, begun %5")
+                          : ConsoleText::tr("Sale %1, shift %2, shop %3, register %4, begun %5");
+    return text.arg(receipt.number)
+        .arg(receipt.shift)
+        .arg(receipt.shop)
+        .arg(receipt.cash)
+        .arg(receipt.begun.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
+}
+
+QString discountText(const DiscountView &discount)
+{
+    return ConsoleText::tr("discount, campaign %1, mode %2, source %3")
+        .arg(discount.campaign)
+        .arg(discount.mode)
+        .arg(discount.source);
 }
 
 } // namespace
 
-QString receiptText(const AbstractDocument &document)
+QString receiptText(const ReceiptView &receipt)
 {
-    const auto &header = document.getHeader();
     const auto titles =
-        row(QStringLiteral("#"), QStringLiteral("Code"), QStringLiteral("Name"),
-            QStringLiteral("Quantity"), QStringLiteral("Price"), QStringLiteral("Sum"));
+        row(QStringLiteral("#"), ConsoleText::tr("Code"), ConsoleText::tr("Name"),
+            ConsoleText::tr("Quantity"), ConsoleText::tr("Price"), ConsoleText::tr("Sum"));
     const auto width = static_cast<int>(titles.size());
-    QStringList lines;
-    lines.append(QStringLiteral("%1 %2, shift %3, shop %4, register %5, begun %6")
-                     .arg(header.kind == 1 ? QStringLiteral("Sale") : QStringLiteral("Return"))
-                     .arg(header.num)
-                     .arg(header.shift)
-                     .arg(header.shopCode)
-                     .arg(header.cashCode)
-                     .arg(header.dateTimeBeg.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"))));
-    lines.append(titles);
-    lines.append(QString(width, u'-'));
-    for (const auto &item : document.getGoodsItems()) {
-        lines.append(row(QString::number(item->getPosnum()), item->getCode(), item->getName(),
-                         quantityText(item->getQuantity()), moneyText(item->getPrice()),
-                         moneyText(item->sumBeforeDiscounts())));
-        for (const auto &impact : document.getImpactDetails(item->getPosnum()))
-            lines.append((QStringLiteral("     ") + discountText(*impact))
-                             .leftJustified(width - numberWidth) +
-                         moneyText(-impact->getDiscountSum()).rightJustified(numberWidth));
+    const auto sumLine = [width](const QString &text, double sum) {
+        return column(text, width - sumWidth) + moneyText(sum).rightJustified(sumWidth);
+    };
+    QStringList lines{heading(receipt), titles, QString(width, u'-')};
+    for (const auto &position : receipt.positions) {
+        lines.append(row(QString::number(position.number), position.code, position.name,
+                         quantityText(position.quantity), moneyText(position.price),
+                         moneyText(position.fullSum)));
+        for (const auto &discount : position.discounts)
+            lines.append(sumLine(QStringLiteral("     ") + discountText(discount), -discount.sum));
     }
     lines.append(QString(width, u'-'));
-    lines.append(QStringLiteral("Total").leftJustified(width - numberWidth) +
-                 moneyText(document.getTotal()).rightJustified(numberWidth));
-    lines.append(holderText(document));
+    lines.append(sumLine(ConsoleText::tr("Total"), receipt.total));
+    lines.append(holderText(receipt));
     return lines.join(u'\n');
 }
 
-QString holderText(const AbstractDocument &document)
+QString holderText(const ReceiptView &receipt)
 {
-    const auto record = document.getCardRecord();
-    if (!record)
-        return QStringLiteral("No card.");
-    const auto number = record->getNumber().toString();
-    const auto client = record->getCard()->getClient();
-    if (!client)
-        return QStringLiteral("Card %1, holder unknown.").arg(number);
-    QStringList details{client->getName(), client->getPhoneNumber()};
-    if (!client->getEmail().isEmpty())
-        details.append(client->getEmail());
-    details.append(client->getSex() == Client::Sex::Male ? QStringLiteral("male")
-                                                         : QStringLiteral("female"));
-    if (client->getBirthday().isValid())
-        details.append(QStringLiteral("born %1").arg(
-            client->getBirthday().toString(QStringLiteral("dd.MM.yyyy"))));
-    if (client->hasOption(ClientOptions::ElectronicReceipt))
-        details.append(QStringLiteral("electronic receipts"));
-    return QStringLiteral("Card %1: %2.").arg(number, details.join(QLatin1String(", ")));
+    if (receipt.cardNumber.isEmpty())
+        return ConsoleText::tr("No card.");
+    if (!receipt.customer)
+        return ConsoleText::tr("Card %1, holder unknown.").arg(receipt.cardNumber);
+    const auto &customer = *receipt.customer;
+    QStringList details{customer.name, customer.phone};
+    if (!customer.email.isEmpty())
+        details.append(customer.email);
+    details.append(customer.sex == CustomerView::Sex::Male ? ConsoleText::tr("male")
+                                                           : ConsoleText::tr("female"));
+    if (customer.birthday.isValid())
+        details.append(ConsoleText::tr("born %1").arg(
+            customer.birthday.toString(QStringLiteral("dd.MM.yyyy"))));
+    if (customer.electronicReceipts)
+        details.append(ConsoleText::tr("electronic receipts"));
+    return ConsoleText::tr("Card %1: %2.")
+        .arg(receipt.cardNumber, details.join(QLatin1String(", ")));
 }
 
 } // namespace till

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QString>
+#include "till/core/receiptview.h"
 
-class AbstractDocument;
+#include <QString>
 
 namespace till {
 
-/// The receipt as a table for the cashier: positions with their discounts, total, card.
-QString receiptText(const AbstractDocument &document);
-
-/// One line on the card and its holder.
-QString holderText(const AbstractDocument &document);
+/// The receipt as a table of at most 79 columns.
+QString receiptText(const ReceiptView &receipt);
+/// The card on the receipt and its holder, in one line.
+QString holderText(const ReceiptView &receipt);
 
 } // namespace till

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QStringList>
 
@@ -9,10 +10,13 @@ namespace till {
 
 class Console;
 class Sale;
+class Till;
+struct SaleEvent;
 
 /// The cashier's commands, one a line.
-class SaleCommands
+class SaleCommands : public QObject
 {
+    Q_OBJECT
 public:
     enum class Outcome {
         Understood,    ///< Also when the sale refused the step.
@@ -20,8 +24,8 @@ public:
         Quit,
     };
 
-    /// `pluginDescription` answers the command "plugin". Both references must outlive this object.
-    SaleCommands(Sale &sale, Console &console, QString pluginDescription);
+    /// Shows from now on what happens in the sale. Both must outlive this object.
+    SaleCommands(Till &till, Console &console);
 
     /// Runs commands until "quit" or the end of the input. A line that begins with "#" is a
     /// comment and is shown. \return Whether every line was understood and no receipt is lost.
@@ -42,18 +46,27 @@ private:
         std::function<bool(SaleCommands &, const QStringList &)> run;
     };
 
-    static const QList<Command> &commands();
+    static QList<Command> commands();
+    static QList<Command> positionCommands();
+    static QList<Command> receiptCommands();
+    void tell(const SaleEvent &event);
     bool refuse(const QString &expected);
     bool open(const QStringList &arguments);
     bool add(const QStringList &arguments);
+    bool changeQuantity(const QStringList &arguments);
     bool discount(const QStringList &arguments);
-    bool action(const QStringList &arguments);
-    bool showQueue();
+    bool withNumber(const QStringList &arguments, const std::function<void(int)> &step);
+    void show();
+    void showHolder();
+    void cancel();
+    void closeShift();
+    bool confirm(const QString &question);
+    bool mayEnd();
     bool quit(const QStringList &arguments);
 
+    Till &till;
     Sale &sale;
     Console &console;
-    QString pluginDescription;
     bool quits = false;
 };
 

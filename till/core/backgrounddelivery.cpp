@@ -2,6 +2,7 @@
 
 #include "till/core/deliverer.h"
 #include "till/core/deliveryloop.h"
+#include "till/core/unstoredmessages.h"
 
 #include "interface/interface.h"
 
@@ -16,8 +17,8 @@ namespace till {
 class BackgroundDelivery::Thread : public DeliveryPause
 {
 public:
-    Thread(const QString &queueFile, const BackoffRange &range)
-        : thread([this, queueFile, range] { deliver(queueFile, range); })
+    Thread(const QString &queueFile, UnstoredMessages &unstored, const BackoffRange &range)
+        : thread([this, queueFile, &unstored, range] { deliver(queueFile, unstored, range); })
     {}
 
     ~Thread() override
@@ -48,12 +49,14 @@ public:
 
 private:
     /// The client and the broker belong to the thread that uses them.
-    void deliver(const QString &queueFile, const BackoffRange &range)
+    void deliver(const QString &queueFile, UnstoredMessages &unstored, const BackoffRange &range)
     {
         DBQueueBroker broker(queueFile);
         lmmindbox::Interface service;
         Deliverer deliverer(broker, service);
-        DeliveryLoop(deliverer, Backoff(range), *this).run();
+        DeliveryLoop loop(deliverer, Backoff(range), *this);
+        loop.setUnstoredMessages(&unstored);
+        loop.run();
     }
 
     template<typename Change>
@@ -73,8 +76,9 @@ private:
     std::thread thread; // the last member: it uses the others
 };
 
-BackgroundDelivery::BackgroundDelivery(const QString &queueFile, const BackoffRange &range)
-    : thread(std::make_unique<Thread>(queueFile, range))
+BackgroundDelivery::BackgroundDelivery(const QString &queueFile, UnstoredMessages &unstored,
+                                       const BackoffRange &range)
+    : thread(std::make_unique<Thread>(queueFile, unstored, range))
 {}
 
 BackgroundDelivery::~BackgroundDelivery() = default;

@@ -8,12 +8,16 @@
 
 namespace till {
 
+class UnstoredMessages;
+
 /// Delivery in a thread of its own, so that the cashier never waits for it.
 class BackgroundDelivery
 {
 public:
-    /// Begins to deliver the messages of that queue file.
-    BackgroundDelivery(const QString &queueFile, const BackoffRange &range);
+    /// Begins to deliver the messages of that queue file, and those that are in no store, which
+    /// must outlive the delivery.
+    BackgroundDelivery(const QString &queueFile, UnstoredMessages &unstored,
+                       const BackoffRange &range);
     /// Stops; waits at most for the answer to the message at hand.
     ~BackgroundDelivery();
     Q_DISABLE_COPY_MOVE(BackgroundDelivery)

@@ -1,12 +1,18 @@
 #include "till/core/deliverer.h"
 
+#include "till/core/answertext.h"
+#include "till/core/unstoredmessages.h"
+
 #include "interface/interface.h"
 #include "interface/ordermessage.h"
 
 #include <host/dbqueuebroker.h>
 #include <host/restclient.h>
 
-#include <QJsonDocument>
+#include <log4qt/logger.h>
+#include <log4qt/logmanager.h>
+
+#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -15,12 +21,20 @@ namespace till {
 
 namespace {
 
-/// An answer as it is kept with a parked message: enough to see why it was refused.
-QString compactAnswer(const QJsonObject &answer)
+/// Whether the code says that the message itself is not to blame. A wrong key must not park all
+/// that is waiting.
+bool blamesSomethingElse(int httpCode)
 {
-    constexpr qsizetype longest = 4096;
-    const auto text = QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact));
-    return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
+    constexpr std::array codes{401, 403, 429}; // unauthorized, forbidden, too many requests
+    constexpr int firstServerError = 500;
+    return httpCode >= firstServerError ||
+           std::find(codes.begin(), codes.end(), httpCode) != codes.end();
+}
+
+void logParked(const QueuedMessage &message, const QString &reason)
+{
+    static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.delivery"));
+    logger->error(QStringLiteral("message %1 is parked: %2"), message.id, reason);
 }
 
 } // namespace
@@ -33,7 +47,7 @@ QString loyaltyQueue()
 Deliverer::Deliverer(DBQueueBroker &broker, lmmindbox::Interface &service)
     : broker(broker)
     , service(service)
-    , lock(broker.file() + QLatin1String(".lock"))
+    , lock(QFileInfo(broker.file()).absolutePath())
 {}
 
 Deliverer::Round Deliverer::deliver(const std::function<bool()> &isStopped)
@@ -49,32 +63,71 @@ Deliverer::Round Deliverer::deliver(const std::function<bool()> &isStopped)
         error = lock.lastError();
         return {Outcome::Unusable};
     }
+    auto round = deliverAll(isStopped);
+    if (!removeAccepted()) {
+        error = broker.lastError();
+        round.outcome = Outcome::Unusable;
+    }
+    lock.release();
+    return round;
+}
+
+Deliverer::Round Deliverer::deliverAll(const std::function<bool()> &isStopped)
+{
     Round round;
-    while (round.outcome == Outcome::Emptied) {
-        if (isStopped()) {
-            round.outcome = Outcome::Stopped;
-            break;
-        }
-        const auto message = broker.first(loyaltyQueue());
-        if (!message) {
+    for (;;) {
+        if (isStopped())
+            return {Outcome::Stopped, round.settled, round.parked};
+        const auto message =
+            broker.next(loyaltyQueue(), accepted.isEmpty() ? 0 : accepted.constLast());
+        error = broker.lastError();
+        if (!message && error.isEmpty() && !accepted.isEmpty()) {
+            // A message put back meanwhile stands before these.
+            if (removeAccepted())
+                continue;
             error = broker.lastError();
-            if (!error.isEmpty())
-                round.outcome = Outcome::Unusable;
-            break;
+        }
+        if (!message) {
+            round.outcome = error.isEmpty() ? Outcome::Emptied : Outcome::Unusable;
+            return round;
         }
         const auto answer = send(*message);
         if (!settle(*message, answer)) {
             error = broker.lastError();
             round.outcome = Outcome::Unusable;
-        } else if (answer.verdict == Verdict::NoAnswer) {
+            return round;
+        }
+        if (answer.verdict == Verdict::NoAnswer || answer.verdict == Verdict::PutOff) {
             error = answer.reason;
             round.outcome = Outcome::Unreachable;
-        } else {
-            ++round.settled;
-            round.parked += answer.verdict == Verdict::Refused ? 1 : 0;
+            return round;
         }
+        ++round.settled;
+        round.parked += answer.verdict == Verdict::Refused ? 1 : 0;
     }
-    lock.release();
+}
+
+Deliverer::Round Deliverer::deliverUnstored(UnstoredMessages &messages,
+                                            const std::function<bool()> &isStopped)
+{
+    Round round;
+    while (const auto message = messages.first()) {
+        if (isStopped())
+            return {Outcome::Stopped, round.settled, round.parked};
+        const auto answer = send(*message);
+        if (answer.verdict == Verdict::NoAnswer || answer.verdict == Verdict::PutOff) {
+            error = answer.reason;
+            return {Outcome::Unreachable, round.settled, round.parked};
+        }
+        ++round.settled;
+        if (answer.verdict == Verdict::Accepted) {
+            messages.remove(message->id);
+            continue;
+        }
+        ++round.parked;
+        logParked(*message, answer.reason);
+        messages.park(message->id, answer.reason);
+    }
     return round;
 }
 
@@ -87,13 +140,14 @@ Deliverer::Answer Deliverer::send(const QueuedMessage &message)
         return {Verdict::Refused, QStringLiteral("malformed message: no payload")};
     constexpr bool skipQueue = true;
     if (method == words::create)
-        return judge(service.createAuthorizedOrder(payload.toObject(), skipQueue), message.id);
+        return judge(service.createAuthorizedOrder(payload.toObject(), skipQueue),
+                     message.deferrals);
     if (method == words::change)
-        return judge(service.changeOrderStatus(payload.toObject(), skipQueue), message.id);
+        return judge(service.changeOrderStatus(payload.toObject(), skipQueue), message.deferrals);
     return {Verdict::Refused, QStringLiteral("malformed message: unknown method")};
 }
 
-Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, qint64 message)
+Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, int deferralsBefore)
 {
     if (result.success())
         return {Verdict::Accepted, {}};
@@ -105,42 +159,41 @@ Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, qin
     // No JSON object: something between the till and the service has answered, or nothing at all.
     if (result.response.isEmpty())
         return {Verdict::NoAnswer, QStringLiteral("no answer of the service, %1").arg(codes)};
-    if (isPutOff(result.httpCode, message))
-        return {Verdict::NoAnswer,
-                QStringLiteral("not now, %1: %2").arg(codes, compactAnswer(result.response))};
-    return {Verdict::Refused, QStringLiteral("refused, HTTP code %1: %2")
-                                  .arg(result.httpCode)
-                                  .arg(compactAnswer(result.response))};
+    const auto answer = answerText(result.response);
+    // Only too many of these in answer to the same message say that it is to blame after all.
+    if (blamesSomethingElse(result.httpCode) && deferralsBefore + 1 < mostDeferrals)
+        return {Verdict::PutOff, QStringLiteral("not now, %1: %2").arg(codes, answer)};
+    return {Verdict::Refused, QStringLiteral("refused, %1: %2").arg(codes, answer)};
 }
 
-/// Whether the code says that the message itself is not to blame, which only too many of them in
-/// answer to the same message refute. A wrong key must not park all that is waiting.
-bool Deliverer::isPutOff(int httpCode, qint64 message)
-{
-    constexpr std::array codes{401, 403, 429}; // unauthorized, forbidden, too many requests
-    constexpr int firstServerError = 500;
-    if (httpCode < firstServerError &&
-        std::find(codes.begin(), codes.end(), httpCode) == codes.end())
-        return false;
-    deferrals = message == deferredMessage ? deferrals + 1 : 1;
-    deferredMessage = message;
-    if (deferrals < mostDeferrals)
-        return true;
-    deferredMessage = 0;
-    return false;
-}
-
+/// Keeps what has become of a message. \return Whether the queue's file could be written; a message
+/// that somebody has parked or removed meanwhile needs no more.
 bool Deliverer::settle(const QueuedMessage &message, const Answer &answer)
 {
-    switch (answer.verdict) {
-    case Verdict::Accepted:
-        return broker.remove(message.id);
-    case Verdict::Refused:
-        return broker.park(message.id, answer.reason);
-    case Verdict::NoAnswer:
-        return broker.noteFailure(message.id, answer.reason);
+    if (answer.verdict == Verdict::Accepted) {
+        if (accepted.isEmpty())
+            firstAccepted = std::chrono::steady_clock::now();
+        accepted.append(message.id);
+        const auto isFull = accepted.size() >= groupSize ||
+                            std::chrono::steady_clock::now() - firstAccepted >= groupTime;
+        return !isFull || removeAccepted();
     }
-    return false;
+    if (answer.verdict == Verdict::Refused) {
+        logParked(message, answer.reason);
+        return broker.park(message.id, answer.reason) || broker.isGone();
+    }
+    const auto deferrals = message.deferrals + (answer.verdict == Verdict::PutOff ? 1 : 0);
+    return broker.noteFailure(message.id, answer.reason, deferrals) || broker.isGone();
+}
+
+bool Deliverer::removeAccepted()
+{
+    if (accepted.isEmpty())
+        return true;
+    if (!broker.removeAll(accepted))
+        return false;
+    accepted.clear();
+    return true;
 }
 
 } // namespace till

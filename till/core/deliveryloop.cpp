@@ -1,7 +1,5 @@
 #include "till/core/deliveryloop.h"
 
-#include "till/core/deliverer.h"
-
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
@@ -27,9 +25,8 @@ DeliveryLoop::DeliveryLoop(Deliverer &deliverer, const Backoff &backoff, Deliver
 
 void DeliveryLoop::run()
 {
-    const auto isStopped = [this] { return pause.isStopped(); };
-    while (!isStopped()) {
-        const auto round = deliverer.deliver(isStopped);
+    while (!pause.isStopped()) {
+        const auto round = deliver();
         if (round.settled > 0) {
             backoff.reset();
             logger().info(QStringLiteral("settled %1 messages"), round.settled);
@@ -56,13 +53,29 @@ void DeliveryLoop::run()
 
 bool DeliveryLoop::runOnce()
 {
-    const auto isStopped = [this] { return pause.isStopped(); };
-    auto round = deliverer.deliver(isStopped);
-    while (round.outcome == Deliverer::Outcome::Busy && !isStopped()) {
+    auto round = deliver();
+    while (round.outcome == Deliverer::Outcome::Busy && !pause.isStopped()) {
         pause.rest(idleTime, true);
-        round = deliverer.deliver(isStopped);
+        round = deliver();
     }
     return round.outcome == Deliverer::Outcome::Emptied && round.parked == 0;
+}
+
+Deliverer::Round DeliveryLoop::deliver()
+{
+    const auto isStopped = [this] {
+        beforeEach();
+        return pause.isStopped();
+    };
+    auto round = deliverer.deliver(isStopped);
+    if (!unstored || round.outcome == Deliverer::Outcome::Unreachable)
+        return round;
+    const auto more = deliverer.deliverUnstored(*unstored, isStopped);
+    round.settled += more.settled;
+    round.parked += more.parked;
+    if (round.outcome == Deliverer::Outcome::Emptied)
+        round.outcome = more.outcome;
+    return round;
 }
 
 } // namespace till

@@ -1,14 +1,16 @@
 #pragma once
 
 #include "till/core/backoff.h"
+#include "till/core/deliverer.h"
 
 #include <QtGlobal>
 
 #include <chrono>
+#include <functional>
 
 namespace till {
 
-class Deliverer;
+class UnstoredMessages;
 
 /// Where a delivery rests between two rounds and hears that it is to end.
 class DeliveryPause
@@ -33,6 +35,11 @@ public:
     /// The references must outlive the loop.
     DeliveryLoop(Deliverer &deliverer, const Backoff &backoff, DeliveryPause &pause);
 
+    /// Has messages delivered as well that are in no store.
+    void setUnstoredMessages(UnstoredMessages *messages) { unstored = messages; }
+    /// Called before each message is sent.
+    void setBeforeEach(std::function<void()> callback) { beforeEach = std::move(callback); }
+
     /// Delivers until stopped.
     void run();
     /// Delivers until the queue is empty, a round fails or it is stopped; waits for another
@@ -40,9 +47,13 @@ public:
     bool runOnce();
 
 private:
+    Deliverer::Round deliver();
+
     Deliverer &deliverer;
     Backoff backoff;
     DeliveryPause &pause;
+    UnstoredMessages *unstored = nullptr;
+    std::function<void()> beforeEach = [] {};
 };
 
 } // namespace till

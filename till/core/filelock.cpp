@@ -2,6 +2,8 @@
 
 #include <host/privatefile.h>
 
+#include <QFileInfo>
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -23,7 +25,8 @@ FileLock::State FileLock::acquire()
 {
     if (descriptor >= 0)
         return State::Held;
-    const auto opened = privatefile::open(path, O_RDONLY | O_CREAT);
+    const auto opened = privatefile::open(path, QFileInfo(path).isDir() ? O_RDONLY | O_DIRECTORY
+                                                                        : O_RDONLY | O_CREAT);
     if (opened >= 0 && ::flock(opened, LOCK_EX | LOCK_NB) == 0) {
         descriptor = opened;
         return State::Held;

@@ -4,16 +4,17 @@
 
 namespace till {
 
-/// A lock on a file that holds between processes as long as this object lives.
+/// A lock on a file or a directory that holds between processes as long as this object lives.
 ///
-/// The kernel frees it when the process ends, however it ends. The file stays behind, empty.
+/// The kernel frees it when the process ends, however it ends. A file that is missing is created
+/// and stays behind, empty. Not for a database's own file, whose locks closing it would drop.
 class FileLock
 {
 public:
     enum class State {
         Held,
         Busy,        ///< Another object or process holds it.
-        Unavailable, ///< The file cannot be opened; see `lastError`.
+        Unavailable, ///< It cannot be opened; see `lastError`.
     };
 
     explicit FileLock(QString path);

@@ -25,16 +25,18 @@ std::optional<int> parseWhole(const QString &text, int minimum, int maximum)
 
 std::optional<double> parseDecimal(const QString &text, int decimals, double maximum)
 {
-    const auto point = text.indexOf(u'.');
-    const auto whole = QStringView(text).left(point < 0 ? text.size() : point);
-    const auto fraction = QStringView(text).mid(point < 0 ? text.size() : point + 1);
+    auto number = text;
+    number.replace(u',', u'.');
+    const auto point = number.indexOf(u'.');
+    const auto whole = QStringView(number).left(point < 0 ? number.size() : point);
+    const auto fraction = QStringView(number).mid(point < 0 ? number.size() : point + 1);
     if (!isDigits(whole) || (point >= 0 && !isDigits(fraction)) || fraction.size() > decimals)
         return std::nullopt;
     bool fits = false;
-    const auto number = text.toDouble(&fits);
-    if (!fits || number > maximum)
+    const auto value = number.toDouble(&fits);
+    if (!fits || value > maximum)
         return std::nullopt;
-    return number;
+    return value;
 }
 
 QString moneyText(double sum)

@@ -1,219 +1,270 @@
 #include "till/core/sale.h"
 
-#include "till/console/console.h"
-#include "till/core/numbers.h"
-#include "till/receiptcounter.h"
-#include "till/receiptstore.h"
-#include "till/console/receipttext.h"
+#include "till/core/toldtexts.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
+#include <host/receiptkeeper.h>
 #include <host/session.h>
+
+#include <utility>
 
 namespace till {
 
+/// Keeps the receipt at hand when the loyalty system asks for it.
+class Sale::Keeper : public ReceiptKeeper
+{
+public:
+    explicit Keeper(Sale &sale)
+        : sale(sale)
+    {
+        Singleton<Session>::instance()->setReceiptKeeper(this);
+    }
+    ~Keeper() override { Singleton<Session>::instance()->setReceiptKeeper(nullptr); }
+    Q_DISABLE_COPY_MOVE(Keeper)
+
+    bool keep(const QSharedPointer<AbstractDocument> &document) override
+    {
+        return document == sale.current.document && sale.save();
+    }
+
+private:
+    Sale &sale;
+};
+
 Sale::Sale(const SaleParts &parts)
     : parts(parts)
+    , keeper(std::make_unique<Keeper>(*this))
 {}
 
 Sale::~Sale()
 {
-    attach({}, {});
+    attach({});
 }
 
 void Sale::open(int kind)
 {
     if (!hasNoReceipt())
         return;
-    DocumentHeader header;
-    header.kind = kind;
-    header.shopCode = parts.place.shopCode;
-    header.cashCode = parts.place.cashCode;
-    header.shift = parts.counter.getShift();
-    header.dateTimeBeg = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch());
-    header.num = parts.counter.next();
-    tellUnsaved(parts.counter.save());
-    document = Receipt::create(header);
-    save();
-    parts.console.line(QStringLiteral("Receipt %1 is open.").arg(header.num));
+    current = parts.store.open(parts.place, kind);
+    attach(current.document);
+    const auto number = current.document->getHeader().num;
+    if (!current.isStored())
+        tellUnstored(number);
+    emit happened({.kind = SaleEvent::Kind::Opened, .number = number});
 }
 
 void Sale::add(const QString &code, const QString &name, double price, double quantity)
 {
-    const auto total = document ? document->getTotal() : 0;
+    const auto total = current.document ? current.document->getTotal() : 0;
     if (price * quantity + total > maximumSum) {
-        parts.console.line(
-            QStringLiteral("A receipt's sum must not be above %1.").arg(moneyText(maximumSum)));
+        refuse({.sum = maximumSum, .obstacle = Obstacle::SumTooLarge});
         return;
     }
-    openIfNeeded();
-    const auto item = document->addGoodsItem(code, name, price, quantity);
+    if (!current.document)
+        open(sold);
+    const auto item = current.document->addGoodsItem(code, name, price, quantity);
     save();
-    parts.console.line(
-        QStringLiteral("%1. %2 %3 x %4 = %5")
-            .arg(item->getPosnum())
-            .arg(name, quantityText(quantity), moneyText(price), moneyText(item->getSumb())));
+    tellPosition(SaleEvent::Kind::PositionAdded, item->getPosnum());
 }
 
-void Sale::discount(int posnum, double sum, int campaignCode, int mode, int source)
+void Sale::changeQuantity(int position, double quantity)
 {
-    if (!hasReceipt())
+    const auto item = findPosition(position);
+    if (!item)
         return;
-    const auto item = document->findGoodsItem(posnum);
-    if (!item) {
-        parts.console.line(QStringLiteral("There is no position %1.").arg(posnum));
+    const auto others = current.document->getTotal() - item->getSumb();
+    if (item->getPrice() * quantity + others > maximumSum) {
+        refuse({.sum = maximumSum, .obstacle = Obstacle::SumTooLarge});
         return;
     }
+    if (!current.document->changeQuantity(position, quantity)) {
+        refuse({.obstacle = Obstacle::DiscountsTooLarge});
+        return;
+    }
+    save();
+    tellPosition(SaleEvent::Kind::PositionChanged, position);
+}
+
+void Sale::remove(int position)
+{
+    if (!findPosition(position))
+        return;
+    const auto removed = positionOf(*current.document, position);
+    current.document->removeGoodsItem(position);
+    save();
+    emit happened({.kind = SaleEvent::Kind::PositionRemoved, .position = removed});
+}
+
+void Sale::discount(int position, double sum, int campaign, int mode, int source)
+{
+    const auto item = findPosition(position);
+    if (!item)
+        return;
     if (sum > item->getSumb()) {
-        parts.console.line(QStringLiteral("The discount is larger than the position's sum, %1.")
-                               .arg(moneyText(item->getSumb())));
+        refuse({.sum = item->getSumb(), .obstacle = Obstacle::DiscountTooLarge});
         return;
     }
-    document->addImpactDetail({posnum, campaignCode, mode, source, sum});
+    current.document->addImpactDetail({position, campaign, mode, source, sum});
     save();
-    parts.console.line(QStringLiteral("%1. %2 -%3 = %4")
-                           .arg(posnum)
-                           .arg(item->getName(), moneyText(sum), moneyText(item->getSumb())));
-}
-
-void Sale::show()
-{
-    if (hasReceipt())
-        parts.console.line(receiptText(*document));
+    tellPosition(SaleEvent::Kind::Discounted, position, sum);
 }
 
 void Sale::enterCard(const QString &text)
 {
     const auto answer = parts.system.getCardNumber({loyalty::CardNumberInputData::typed, text});
     if (!answer.success) {
-        parts.console.line(answer.message.isEmpty()
-                               ? QStringLiteral("The loyalty system does not take this number.")
-                               : answer.message.toString());
+        refuse({.obstacle = Obstacle::NumberNotTaken, .text = answer.message.toString()});
         return;
     }
-    openIfNeeded();
+    if (!current.document)
+        open(sold);
+    identify(answer.number);
+}
+
+void Sale::identify(const QString &number)
+{
     // Not saved before the holder is known: a card alone must not survive a restart.
-    auto record = QSharedPointer<DocumentCardRecord>::create(answer.number);
-    document->setCardRecord(record);
+    auto record = QSharedPointer<DocumentCardRecord>::create(number);
+    current.document->setCardRecord(record);
     if (parts.system.identifyByCard(record, ECardNumberType::Typed)) {
-        document->setCardRecord(record);
+        if (record != current.document->getCardRecord())
+            current.document->setCardRecord(record);
         save();
-        parts.console.line(holderText(*document));
+        emit happened({.kind = SaleEvent::Kind::Identified});
         return;
     }
     const auto error = parts.system.getLastErrorString();
     takeCardOff();
     save();
-    parts.console.line(error.isEmpty() ? QStringLiteral("The holder cannot be identified.")
-                                       : error);
-    parts.console.line(QStringLiteral("There is no card on the receipt."));
+    emit happened({.kind = SaleEvent::Kind::NotIdentified, .text = error});
 }
 
-void Sale::showHolder()
+void Sale::trigger(int action)
 {
-    if (hasReceipt())
-        parts.console.line(holderText(*document));
-}
-
-void Sale::trigger(int actionCode)
-{
-    switch (parts.system.handle(control::Action(actionCode))) {
-    case EContext::Result::Done:
-        if (document)
-            save();
-        parts.console.line(QStringLiteral("Done."));
-        break;
-    case EContext::Result::Failed:
-        parts.console.line(QStringLiteral("Failed."));
-        break;
-    case EContext::Result::Skipped:
-        parts.console.line(QStringLiteral("Nothing was done."));
-        break;
-    case EContext::Result::Unhandled:
-        parts.console.line(QStringLiteral("Nothing serves action %1.").arg(actionCode));
-        break;
-    }
+    static constexpr auto outcomeOf = [](EContext::Result result) {
+        switch (result) {
+        case EContext::Result::Done:
+            return ActionOutcome::Done;
+        case EContext::Result::Skipped:
+            return ActionOutcome::Skipped;
+        case EContext::Result::Unhandled:
+            return ActionOutcome::Unhandled;
+        case EContext::Result::Failed:
+            break;
+        }
+        return ActionOutcome::Failed;
+    };
+    const auto outcome = outcomeOf(parts.system.handle(control::Action(action)));
+    if (current.document)
+        save();
+    emit happened({.kind = SaleEvent::Kind::ActionEnded, .number = action, .action = outcome});
 }
 
 void Sale::clearLoyaltyData()
 {
     takeCardOff();
-    if (document)
+    if (current.document)
         save();
-    parts.console.line(QStringLiteral("The loyalty data is cleared."));
+    emit happened({.kind = SaleEvent::Kind::LoyaltyCleared});
 }
 
 void Sale::cancel()
 {
     if (!hasReceipt())
         return;
-    if (!parts.system.cancel(document)) {
-        parts.console.line(parts.system.getLastErrorString());
+    if (!parts.system.cancel(current.document)) {
+        refuse({.obstacle = Obstacle::LoyaltySystem, .text = parts.system.getLastErrorString()});
         return;
     }
-    const auto number = document->getHeader().num;
     takeCardOff();
-    attach({}, {});
-    document.reset();
-    tellUnsaved(parts.store.discard());
-    parts.console.line(QStringLiteral("Receipt %1 is cancelled.").arg(number));
+    attach({});
+    auto cancelled = std::exchange(current, {});
+    const auto number = cancelled.document->getHeader().num;
+    // One that the store never heard of need not be told to it.
+    if (cancelled.row != 0 && !parts.store.save(cancelled, ReceiptState::Cancelled))
+        tellUnstored(number);
+    emit happened({.kind = SaleEvent::Kind::Cancelled, .number = number});
 }
 
 void Sale::closeShift()
 {
     if (!hasNoReceipt())
         return;
-    const auto closed = parts.counter.getShift();
-    parts.counter.closeShift();
-    tellUnsaved(parts.counter.save());
-    parts.console.line(QStringLiteral("Shift %1 is closed, shift %2 begins.")
-                           .arg(closed)
-                           .arg(parts.counter.getShift()));
+    const auto closed = parts.store.shift(parts.place);
+    if (!parts.store.closeShift(parts.place))
+        tellUnstored(0);
+    emit happened({.kind = SaleEvent::Kind::ShiftClosed, .number = closed});
+}
+
+std::optional<ReceiptView> Sale::receipt() const
+{
+    return current.document ? std::optional(viewOf(*current.document)) : std::nullopt;
+}
+
+int Sale::shift()
+{
+    return parts.store.shift(parts.place);
+}
+
+void Sale::refuse(SaleEvent details)
+{
+    details.kind = SaleEvent::Kind::Refused;
+    emit happened(details);
 }
 
 bool Sale::hasReceipt()
 {
-    if (!document)
-        parts.console.line(QStringLiteral("No receipt is open."));
-    return !document.isNull();
+    if (!current.document)
+        refuse({.obstacle = Obstacle::NoReceipt});
+    return !current.document.isNull();
 }
 
 bool Sale::hasNoReceipt()
 {
-    if (document)
-        parts.console.line(QStringLiteral("Receipt %1 is open; commit or cancel it first.")
-                               .arg(document->getHeader().num));
-    return document.isNull();
+    if (current.document)
+        refuse({.number = current.document->getHeader().num, .obstacle = Obstacle::ReceiptOpen});
+    return current.document.isNull();
 }
 
-void Sale::openIfNeeded()
+QSharedPointer<GoodsItem> Sale::findPosition(int number)
 {
-    constexpr int sale = 1;
-    if (!document)
-        open(sale);
+    if (!hasReceipt())
+        return {};
+    auto item = current.document->findGoodsItem(number);
+    if (!item) {
+        PositionView missing;
+        missing.number = number;
+        refuse({.position = missing, .obstacle = Obstacle::NoSuchPosition});
+    }
+    return item;
 }
 
-void Sale::save()
+void Sale::tellPosition(SaleEvent::Kind kind, int position, double sum)
 {
-    const auto error = parts.store.save(document);
-    isSaved = !error;
-    tellUnsaved(error);
-    attach(document, parts.store.isOpenFileFree() ? parts.store.openFile() : QString());
-    if (isSaved)
-        fileUnfinished();
+    emit happened({.kind = kind, .sum = sum, .position = positionOf(*current.document, position)});
 }
 
-void Sale::tellUnsaved(const std::optional<QString> &error)
+/// Stores the receipt at hand, and with it what could not be stored before.
+bool Sale::save()
 {
-    if (error)
-        parts.console.line(QStringLiteral("[not saved] %1").arg(*error));
+    const auto isStored = parts.store.save(current, ReceiptState::Open);
+    if (isStored)
+        storeCommitted();
+    else
+        tellUnstored(current.document->getHeader().num);
+    return isStored;
 }
 
-void Sale::attach(const Receipt &receipt, const QString &file)
+void Sale::tellUnstored(int number)
 {
-    auto *const session = Singleton<Session>::instance();
-    session->setCurrentDocument(receipt);
-    session->setDocumentFile(file);
+    emit happened(
+        {.kind = SaleEvent::Kind::NotStored, .number = number, .text = parts.store.lastError()});
+}
+
+void Sale::attach(const QSharedPointer<AbstractDocument> &receipt)
+{
+    Singleton<Session>::instance()->setCurrentDocument(receipt);
     parts.system.setDocument(receipt);
 }
 
@@ -221,8 +272,8 @@ void Sale::takeCardOff()
 {
     parts.system.clearLoyaltyData();
     parts.system.clearData();
-    if (document)
-        document->setCardRecord({});
+    if (current.document)
+        current.document->setCardRecord({});
 }
 
 } // namespace till

@@ -2,7 +2,7 @@
 
 #include "till/core/saleevent.h"
 #include "till/core/store.h"
-#include "till/core/unstoredreceipt.h"
+#include "till/core/unstoredmessages.h"
 
 #include <QObject>
 
@@ -10,15 +10,26 @@
 #include <optional>
 
 class BasicLoyaltySystem;
-class ReceiptKeeper;
 
 namespace till {
+
+class ToldTexts;
+
+/// Who takes part in a sale. All must outlive it.
+struct SaleParts
+{
+    BasicLoyaltySystem &system;
+    Store &store;
+    UnstoredMessages &unstoredMessages;
+    ToldTexts &told; ///< Set as the presenter of all dialogs.
+    TillPlace place;
+};
 
 /// The receipt at the till and what the cashier can do with it.
 ///
 /// Every step tells by signals what it did or why it did not; a step that is refused changes
-/// nothing. The receipt is stored before `happened` tells of a change. When it cannot be stored, the
-/// signal comes all the same, behind one that says so, and the sale goes on.
+/// nothing. The receipt is stored before `happened` tells of a change. When it cannot be stored,
+/// the signal comes all the same, behind one that says so, and the sale goes on.
 ///
 /// Belongs to one thread, the loyalty system's. A step blocks while the loyalty system asks the
 /// cashier or the service.
@@ -30,8 +41,7 @@ public:
     static constexpr int sold = 1;     ///< Kind of a sale.
     static constexpr int returned = 2; ///< Kind of a return.
 
-    /// All must outlive the sale.
-    Sale(BasicLoyaltySystem &system, Store &store, UnstoredMessages &unstoredMessages);
+    explicit Sale(const SaleParts &parts);
     ~Sale() override;
     Q_DISABLE_COPY_MOVE(Sale)
 
@@ -61,11 +71,9 @@ public:
 
     /// The receipt at hand; nothing when none is open.
     std::optional<ReceiptView> receipt() const;
-    int shift() const;
+    int shift();
     /// Numbers of the receipts that are only in memory. Tries first to store them.
     QList<int> unstored();
-    /// Brings what is only in memory to the service, as far as it answers: before the till ends.
-    void deliverUnstored();
 
 signals:
     void happened(const till::SaleEvent &event);
@@ -74,30 +82,37 @@ signals:
 
 private:
     class Keeper;
-    struct Handover;
 
-    bool refuse(Obstacle obstacle, const SaleEvent &details = {});
+    /// A committed receipt that is not in the store yet; its messages are in `UnstoredMessages`.
+    struct UnstoredReceipt
+    {
+        StoredReceipt receipt;
+        ReportRecord report;
+        bool isTold = false; ///< Whether the cashier knows that it is not.
+    };
+
+    void refuse(SaleEvent details);
     bool hasReceipt();
     bool hasNoReceipt();
-    void openIfNeeded();
-    void save();
+    QSharedPointer<GoodsItem> findPosition(int number);
+    void tellPosition(SaleEvent::Kind kind, int position, double sum = 0);
     void tellUnstored(int number);
+    void tellUnreadable(const StoredReceipt &receipt);
+    bool save();
     void attach(const QSharedPointer<AbstractDocument> &receipt);
     void takeCardOff();
     void identify(const QString &number);
-    bool restore(const QSharedPointer<AbstractDocument> &receipt);
-    Handover handOver(const QSharedPointer<AbstractDocument> &receipt);
-    Report finish(StoredReceipt receipt);
-    void storeUnstored();
+    void reopen(const StoredReceipt &receipt);
+    void restore(const QSharedPointer<AbstractDocument> &receipt);
+    Report handOver(const StoredReceipt &receipt);
+    void storeCommitted();
+    Report reportAgain(const StoredReceipt &receipt);
     void reportInterrupted();
-    void reopen();
 
-    BasicLoyaltySystem &system;
-    Store &store;
-    UnstoredMessages &unstoredMessages;
+    SaleParts parts;
     std::unique_ptr<Keeper> keeper;
-    StoredReceipt current;             ///< Without a document when no receipt is open.
-    QList<UnstoredReceipt> committed;  ///< Committed, not in the store yet.
+    StoredReceipt current;            ///< Without a document when no receipt is open.
+    QList<UnstoredReceipt> committed; ///< Not in the store yet.
 };
 
 } // namespace till

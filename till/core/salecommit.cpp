@@ -1,13 +1,11 @@
+#include "till/core/answertext.h"
 #include "till/core/sale.h"
-
-#include "till/console/console.h"
-#include "till/core/numbers.h"
-#include "till/receiptcounter.h"
-#include "till/receiptstore.h"
+#include "till/core/toldtexts.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
 #include <host/dbqueuebroker.h>
+#include <host/restclient.h>
 
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
@@ -32,205 +30,199 @@ const Log4Qt::Logger &logger()
     return *sale;
 }
 
-QString numberOf(const AbstractDocument &receipt)
+int numberOf(const StoredReceipt &receipt)
 {
-    return QString::number(receipt.getHeader().num);
+    return receipt.document->getHeader().num;
+}
+
+/// What has become of the report, by the messages that are left of it.
+Report outcomeOf(const ReportRecord &report, const QList<QueuedMessage> &messages)
+{
+    const auto isParked = [](const QueuedMessage &message) { return message.isParked; };
+    if (std::any_of(messages.begin(), messages.end(), isParked))
+        return Report::Refused;
+    return messages.isEmpty() ? report.outcome : Report::Queued;
 }
 
 } // namespace
 
 void Sale::recover()
 {
-    for (const auto &name : parts.store.committing()) {
-        QString error;
-        const auto receipt = parts.store.load(parts.store.committingFile(name), error);
-        if (!receipt) {
-            parts.console.line(error);
-            continue;
-        }
-        parts.counter.continueFrom(receipt->getHeader().shift, receipt->getHeader().num);
-        unfinished.append({receipt});
+    reportInterrupted();
+    if (const auto left = parts.store.countIn(ReceiptState::Committing).value_or(0))
+        emit happened({.kind = SaleEvent::Kind::StillToReport, .number = static_cast<int>(left)});
+    for (const auto &receipt : parts.store.receiptsIn(ReceiptState::Committing, receiptsAtOnce)) {
+        if (!receipt.document)
+            tellUnreadable(receipt);
     }
-    reportUnfinished();
-    const auto left = std::count_if(unfinished.cbegin(), unfinished.cend(), isUnreported);
-    if (left > 0)
-        parts.console.line(
-            QStringLiteral("Receipts still to be reported: %1; up to %2 go with each commit.")
-                .arg(left)
-                .arg(receiptsAtOnce));
-    if (parts.store.hasOpenReceipt())
-        recoverOpenReceipt();
+    for (const auto &receipt : parts.store.receiptsIn(ReceiptState::Open, receiptsAtOnce)) {
+        if (!receipt.document)
+            tellUnreadable(receipt);
+        else if (!current.document)
+            reopen(receipt);
+    }
+}
+
+void Sale::reopen(const StoredReceipt &receipt)
+{
+    current = receipt;
+    restore(current.document);
+    emit happened({.kind = SaleEvent::Kind::Reopened,
+                   .number = numberOf(current),
+                   .sum = current.document->getTotal()});
 }
 
 void Sale::commit()
 {
     if (!hasReceipt())
         return;
-    if (document->getGoodsItems().isEmpty()) {
-        parts.console.line(QStringLiteral("The receipt has no positions."));
+    if (current.document->getGoodsItems().isEmpty()) {
+        refuse({.obstacle = Obstacle::NoPositions});
         return;
     }
-    if (!parts.system.requestCommit(document)) {
-        parts.console.line(parts.system.getLastErrorString());
+    if (!parts.system.requestCommit(current.document)) {
+        refuse({.obstacle = Obstacle::LoyaltySystem, .text = parts.system.getLastErrorString()});
         return;
     }
-    save();
-    const auto name = ReceiptStore::nameOf(*document);
-    tellUnsaved(parts.store.beginCommit(name));
-    Committed committed{std::exchange(document, {}), isSaved};
-    file(committed);
-    const auto &receipt = committed.receipt;
-    attach(receipt, parts.store.isOpenFileFree() ? parts.store.committingFile(name) : QString());
-    const auto isReported = handOver(committed);
-    parts.console.line(QStringLiteral("Receipt %1 is committed, total %2.")
-                           .arg(numberOf(*receipt), moneyText(receipt->getTotal())));
-    // What the queue could not take just now it would not take for an older receipt.
-    if (isReported)
-        reportUnfinished();
-    afterCommit();
+    // From here on a start commits it again, until it is stored as committed.
+    if (!parts.store.save(current, ReceiptState::Committing))
+        tellUnstored(numberOf(current));
+    const auto receipt = std::exchange(current, {});
+    const auto report = handOver(receipt);
+    emit happened({.kind = SaleEvent::Kind::Committed,
+                   .number = numberOf(receipt),
+                   .sum = receipt.document->getTotal(),
+                   .report = report});
+    reportInterrupted();
+    emit messagesQueued();
 }
 
-bool Sale::mayEnd()
+bool Sale::report(int number)
 {
-    if (document)
-        save();
-    else
-        reportUnfinished();
-    fileUnfinished();
-    tellUnsaved(parts.counter.save());
-    QStringList inMemory;
-    if (document && !isSaved)
-        inMemory.append(numberOf(*document));
-    for (const auto &committed : std::as_const(unfinished)) {
-        if (!committed.isOnDisk)
-            inMemory.append(numberOf(*committed.receipt));
+    const auto receipt = parts.store.committedReceipt(number);
+    if (!receipt || !receipt->document) {
+        if (receipt)
+            tellUnreadable(*receipt);
+        refuse({.number = number, .obstacle = Obstacle::UnknownReceipt});
+        return false;
     }
-    if (!inMemory.isEmpty())
-        parts.console.line(
-            QStringLiteral("Only in memory: receipt %1.").arg(inMemory.join(QLatin1String(", "))));
-    return inMemory.isEmpty();
+    const auto outcome = reportAgain(*receipt);
+    emit messagesQueued();
+    return outcome != Report::Refused;
+}
+
+QList<int> Sale::unstored()
+{
+    if (current.document && !current.isStored())
+        save();
+    storeCommitted();
+    QList<int> numbers;
+    if (current.document && !current.isStored())
+        numbers.append(numberOf(current));
+    for (const auto &receipt : std::as_const(committed))
+        numbers.append(numberOf(receipt.receipt));
+    return numbers;
 }
 
 /// Makes a receipt the one at hand, with what it says of the holder.
-bool Sale::restore(const Receipt &receipt, const QString &file)
+void Sale::restore(const QSharedPointer<AbstractDocument> &receipt)
 {
     // A receipt without a card leaves the system's holder as it is.
     parts.system.clearLoyaltyData();
-    attach(receipt, file);
-    if (parts.system.restoreLoyaltySystem())
-        return true;
-    parts.console.line(parts.system.getLastErrorString());
-    return false;
+    attach(receipt);
+    if (!parts.system.restoreLoyaltySystem())
+        logger().warn(QStringLiteral("the loyalty data is not restored: %1"),
+                      parts.system.getLastErrorString());
 }
 
-/// Has the loyalty system report the receipt at hand. \return Whether its order is safe.
-bool Sale::handOver(Committed committed)
+/// Has the loyalty system report the receipt at hand, and stores what became of it.
+Report Sale::handOver(const StoredReceipt &receipt)
 {
-    // The loyalty system does not look whether the queue takes a message, and the status of an
-    // order must not be queued without its creation.
+    const auto number = numberOf(receipt);
+    logger().info(QStringLiteral("receipt %1 goes to the loyalty system"), number);
     auto *const broker = Singleton<DBQueueBroker>::instance();
-    logger().info(QStringLiteral("receipt %1 goes to the loyalty system"),
-                  ReceiptStore::nameOf(*committed.receipt));
+    parts.told.take();
+    // No lock is held while the service is asked: the messages are stored with the receipt.
     broker->beginBatch();
-    const auto isAccepted = parts.system.commit(committed.receipt);
-    const auto isQueued = broker->endBatch();
-    committed.isReported = isAccepted && isQueued;
+    const auto isAccepted = parts.system.commit(receipt.document);
+    const auto messages = broker->takeBatch();
+    UnstoredReceipt unstored{receipt, {Report::None, {}, parts.told.take()}};
     if (!isAccepted)
-        parts.console.line(parts.system.getLastErrorString());
-    if (!isQueued)
-        parts.console.line(QStringLiteral("[not queued] %1").arg(broker->lastError()));
+        unstored.report.told = parts.system.getLastErrorString();
+    if (!isAccepted || !unstored.report.told.isEmpty())
+        unstored.report.outcome = Report::Refused;
+    else if (receipt.document->getKind() == sold)
+        unstored.report.outcome = Report::Reported;
+    if (unstored.report.outcome == Report::Refused)
+        unstored.report.answer = answerText(RestClient::lastResponse());
     parts.system.clearAfterClose();
     parts.system.clearLoyaltyData();
-    attach({}, {});
+    attach({});
 
-    const auto error = file(committed);
-    const auto number = numberOf(*committed.receipt);
-    if (committed.isReported) {
-        tellUnsaved(error);
-        if (!committed.isOnDisk)
-            parts.console.line(QStringLiteral("Receipt %1 is reported, but not on the disk. Do not "
-                                              "stop the till before there is room.")
-                                   .arg(number));
-    } else if (committed.isOnDisk)
-        parts.console.line(
-            QStringLiteral("Receipt %1 is kept and will be reported at the next commit or start.")
-                .arg(number));
-    else
-        parts.console.line(QStringLiteral("Receipt %1 is not on the disk; it will be reported at "
-                                          "the next commit. Do not stop the till before.")
-                               .arg(number));
-    if (error || !committed.isReported)
-        unfinished.append(committed);
-    return committed.isReported;
+    parts.unstoredMessages.add(number, messages);
+    const auto outcome = outcomeOf(unstored.report, messages);
+    committed.append(unstored);
+    storeCommitted();
+    if (!committed.isEmpty()) {
+        committed.last().isTold = true;
+        tellUnstored(number);
+    }
+    return outcome;
 }
 
-/// Brings a receipt's file up to date and to its place. \return Why that failed.
-std::optional<QString> Sale::file(Committed &committed)
+/// Stores the committed receipts that are only in memory, oldest first.
+void Sale::storeCommitted()
 {
-    std::optional<QString> error;
-    if (committed.isReported)
-        error = committed.isOnDisk ? parts.store.archive(ReceiptStore::nameOf(*committed.receipt))
-                                   : parts.store.writeCommitted(committed.receipt);
-    else if (!committed.isOnDisk)
-        error = parts.store.writeCommitting(committed.receipt);
-    committed.isOnDisk = committed.isOnDisk || !error;
-    return error;
-}
-
-/// Catches up on what the disk could not take.
-void Sale::fileUnfinished()
-{
-    for (auto committed = unfinished.begin(); committed != unfinished.end();) {
-        const auto isFinished = !file(*committed) && committed->isReported;
-        committed = isFinished ? unfinished.erase(committed) : committed + 1;
+    while (!committed.isEmpty()) {
+        auto &[receipt, report, isTold] = committed.first();
+        const auto number = numberOf(receipt);
+        const auto messages = parts.unstoredMessages.of(number);
+        report.outcome = outcomeOf(report, messages);
+        if (!parts.store.saveCommitted(receipt, report, messages))
+            return;
+        parts.unstoredMessages.forget(number);
+        if (committed.takeFirst().isTold)
+            emit happened({.kind = SaleEvent::Kind::StoredLate, .number = number});
     }
 }
 
-/// Catches up on what the queue could not take, as far as that does not make the cashier wait.
-void Sale::reportUnfinished()
+Report Sale::reportAgain(const StoredReceipt &receipt)
 {
+    restore(receipt.document);
+    const auto outcome = handOver(receipt);
+    emit happened(
+        {.kind = SaleEvent::Kind::ReportedAgain, .number = numberOf(receipt), .report = outcome});
+    return outcome;
+}
+
+/// Catches up on receipts whose commit was interrupted, as far as that does not make the cashier
+/// wait.
+void Sale::reportInterrupted()
+{
+    if (!committed.isEmpty())
+        return; // among them may be one that the store still knows as being committed
     QElapsedTimer timer;
     timer.start();
-    for (int tried = 0; tried < receiptsAtOnce && timer.elapsed() < patience; ++tried) {
-        const auto next = std::find_if(unfinished.begin(), unfinished.end(), isUnreported);
-        if (next == unfinished.end())
+    qint64 last = 0;
+    for (int tried = 0; tried < receiptsAtOnce && timer.elapsed() < patience;) {
+        const auto next = parts.store.receiptsIn(ReceiptState::Committing, 1, last);
+        if (next.isEmpty())
             return;
-        const auto committed = *next;
-        unfinished.erase(next);
-        if (!restore(committed.receipt, {})) {
-            unfinished.append(committed);
-            attach({}, {});
+        last = next.first().row;
+        if (!next.first().document)
+            continue; // told at the start
+        reportAgain(next.first());
+        if (!committed.isEmpty())
             return;
-        }
-        if (!handOver(committed))
-            return;
-        parts.console.line(
-            QStringLiteral("Receipt %1 is reported.").arg(numberOf(*committed.receipt)));
+        ++tried;
     }
 }
 
-void Sale::recoverOpenReceipt()
+void Sale::tellUnreadable(const StoredReceipt &receipt)
 {
-    QString error;
-    const auto receipt = parts.store.load(parts.store.openFile(), error);
-    if (!receipt) {
-        parts.console.line(error);
-        return;
-    }
-    const auto &header = receipt->getHeader();
-    parts.counter.continueFrom(header.shift, header.num);
-    if (parts.store.isCommitted(ReceiptStore::nameOf(*receipt))) {
-        const auto file = parts.store.openFile();
-        parts.console.line(QStringLiteral("%1: its receipt %2 is committed already; %3")
-                               .arg(file, numberOf(*receipt), parts.store.setAside(file)));
-        return;
-    }
-    document = receipt;
-    restore(document, parts.store.openFile());
-    parts.console.line(QStringLiteral("Receipt %1 is open again: %2 positions, total %3.")
-                           .arg(header.num)
-                           .arg(document->getGoodsItems().size())
-                           .arg(moneyText(document->getTotal())));
+    emit happened({.kind = SaleEvent::Kind::ReceiptUnreadable,
+                   .number = static_cast<int>(receipt.row),
+                   .text = parts.store.documentError()});
 }
 
 } // namespace till

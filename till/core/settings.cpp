@@ -2,7 +2,6 @@
 
 #include "till/core/loyaltyplugin.h"
 #include "till/core/numbers.h"
-#include "till/options.h"
 
 #include <host/config.h>
 
@@ -58,9 +57,9 @@ BackoffRange readBackoff(SettingsReader &reader)
 
 } // namespace
 
-Settings loadSettings(const Options &options, QString &error)
+Settings loadSettings(const SettingsOverrides &overrides, QString &error)
 {
-    const auto file = Config::filePath(options.config);
+    const auto file = Config::filePath(overrides.config);
     error = Singleton<Config>::instance()->load(file).value_or(QString());
     if (!error.isEmpty())
         return {};
@@ -69,12 +68,12 @@ Settings loadSettings(const Options &options, QString &error)
     SettingsReader reader;
     Settings settings;
     settings.pluginFile =
-        LoyaltyPlugin::filePath(reader.text(options.plugin, QStringLiteral("plugin")));
+        LoyaltyPlugin::filePath(reader.text(overrides.plugin, QStringLiteral("plugin")));
     settings.dataDirectory =
-        QFileInfo(reader.text(options.data, QStringLiteral("dataDir"), defaultData))
+        QFileInfo(reader.text(overrides.data, QStringLiteral("dataDir"), defaultData))
             .absoluteFilePath();
-    settings.language = reader.text(options.language, QStringLiteral("language"));
-    settings.logFile = reader.text(options.log, QStringLiteral("log"),
+    settings.language = reader.text(overrides.language, QStringLiteral("language"));
+    settings.logFile = reader.text(overrides.log, QStringLiteral("log"),
                                    settings.dataDirectory + QLatin1String("/till.log"));
     if (settings.logFile == QLatin1String("-"))
         settings.logFile.clear();

@@ -1,13 +1,21 @@
 #pragma once
 
 #include "till/core/backoff.h"
-#include "till/core/sale.h"
+#include "till/core/store.h"
 
 #include <QString>
 
 namespace till {
 
-struct Options;
+/// What takes precedence over the settings file; empty texts are left to it.
+struct SettingsOverrides
+{
+    QString config; ///< The file itself.
+    QString plugin;
+    QString data;
+    QString language;
+    QString log;
+};
 
 /// How the till is set up: its options, else its settings, else the defaults.
 struct Settings
@@ -18,12 +26,10 @@ struct Settings
     QString logFile;  ///< Empty for standard error.
     TillPlace place;
     BackoffRange backoff;
-
-    QString queueFile() const { return dataDirectory + QLatin1String("/queue.db"); }
 };
 
 /// Loads the settings file and reads the till's own settings from it. `error` says what is wrong
 /// with the file or a setting; empty when all is well.
-Settings loadSettings(const Options &options, QString &error);
+Settings loadSettings(const SettingsOverrides &overrides, QString &error);
 
 } // namespace till

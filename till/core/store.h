@@ -1,5 +1,6 @@
 #pragma once
 
+#include "till/core/deliverystate.h"
 #include "till/core/saleevent.h"
 
 #include <host/abstractdocument.h>
@@ -11,6 +12,7 @@
 #include <QSharedPointer>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace till {
@@ -111,13 +113,13 @@ public:
     /// Begins the next shift. When that cannot be stored it has begun all the same.
     [[nodiscard]] bool closeShift(const TillPlace &place);
 
-    /// The receipts in that state whose documents can be read, oldest first, at most so many of a
-    /// row above `afterRow`.
+    /// The receipts in that state, oldest first, at most so many of a row above `afterRow`. One
+    /// that cannot be read comes without a document.
     QList<StoredReceipt> receiptsIn(ReceiptState state, int limit, qint64 afterRow = 0);
-    qint64 countIn(ReceiptState state);
+    std::optional<qint64> countIn(ReceiptState state);
     /// The committed receipt of that number, of several the latest; nothing when there is none.
     std::optional<StoredReceipt> committedReceipt(int number);
-    /// Why the last receipt asked for could not be read although the store could.
+    /// Why the last receipt without a document has none.
     const QString &documentError() const { return unreadable; }
 
     std::optional<QList<ReceiptRecord>> list(const ReceiptFilter &filter);
@@ -125,6 +127,8 @@ public:
     std::optional<QList<ReceiptRecord>> find(int number);
     std::optional<QList<HistoryEntry>> history(qint64 row);
     std::optional<qint64> countReported(Report outcome);
+    /// How the delivery of the loyalty system's queue stands.
+    DeliveryState deliveryState(const QString &queue);
 
     /// Why the last call failed, naming the file; empty after a success.
     QString lastError() const { return database.lastError(); }
@@ -136,13 +140,15 @@ private:
         int number = 0;
     };
 
+    static std::optional<QList<ReceiptRecord>>
+    records(const std::optional<QList<Database::Row>> &rows);
     std::optional<Numbers> readNumbers(const TillPlace &place);
     bool writeNumbers(const TillPlace &place, const Numbers &given);
-    bool insert(StoredReceipt &receipt, ReceiptState state, const QString &json);
+    int nextNumber(const std::optional<Numbers> &known);
+    bool insert(StoredReceipt &receipt, ReceiptState state);
     bool write(StoredReceipt &receipt, ReceiptState state);
     StoredReceipt read(const Database::Row &row, ReceiptState state);
 
-    QString directory;
     Database database;
     std::unique_ptr<ReservedNumbers> reserved;
     Numbers last; ///< Given last, stored or not.

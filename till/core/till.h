@@ -5,16 +5,13 @@
 #include "till/core/loyaltyplugin.h"
 #include "till/core/settings.h"
 #include "till/core/store.h"
-#include "till/core/unstoredreceipt.h"
+#include "till/core/toldtexts.h"
+#include "till/core/unstoredmessages.h"
 
-#include <QObject>
 #include <QString>
-#include <QStringList>
 
 #include <memory>
 #include <optional>
-
-class DialogPresenter;
 
 namespace till {
 
@@ -23,41 +20,47 @@ class Sale;
 
 /// A till at work, without a face: lock, store, loyalty plugin, sale and delivery.
 ///
-/// The settings must be loaded. Made and used in one thread, in which the sale and the loyalty
-/// plugin live; the face's dialogs are called from it.
-class Till : public QObject
+/// The settings must be loaded into `Config`. Made and used in one thread, in which the sale and
+/// the loyalty plugin live; the face's dialogs are called from it.
+class Till
 {
-    Q_OBJECT
 public:
     /// The face must outlive the till.
     Till(const Settings &settings, DialogPresenter &face);
-    ~Till() override;
+    ~Till();
     Q_DISABLE_COPY_MOVE(Till)
 
-    /// Takes the data directory, opens the store, loads the plugin. \return Why the till cannot
+    /// Takes the data directory, opens the store and loads the plugin. \return Why the till cannot
     /// sell, nothing when it can.
     [[nodiscard]] std::optional<QString> start();
-    /// What the cashier is to be told after `start`: a damaged store put aside and the like.
-    const QStringList &notes() const { return startNotes; }
-    /// Begins to deliver in the background, if the settings want it.
+    /// What was found wrong at the start and is no reason not to sell: a damaged store put aside,
+    /// one that cannot be written. A text for the integrator, empty for nothing.
+    const QString &note() const { return startNote; }
+    /// Begins to deliver in the background.
     void startDelivery();
 
-    /// Not before a successful `start`; connect to its signals, then call `Sale::recover`.
+    /// Not before a successful `start`. Connect to its signals, then call `Sale::recover`.
     Sale &sale() { return *ownSale; }
-    /// Asks the store; for a state line. From the till's thread; a face in another thread asks a
-    /// `Store` of its own.
-    DeliveryState deliveryState();
     QString pluginDescription() const { return plugin.description(); }
+    DeliveryState deliveryState();
+
+    /// Whether nothing would be lost if the till ended now. Tries first to bring what is only in
+    /// memory to the disk, and to the service what the disk does not take.
+    bool mayEnd();
+    /// The receipts for which the last `mayEnd` answered false.
+    const QList<int> &onlyInMemory() const { return inMemory; }
 
 private:
     Settings settings;
     FileLock lock;
-    QStringList startNotes;
+    QString startNote;
+    ToldTexts told;
     Store store;
     UnstoredMessages unstoredMessages;
     LoyaltyPlugin plugin;
     std::unique_ptr<Sale> ownSale;
     std::unique_ptr<BackgroundDelivery> delivery;
+    QList<int> inMemory;
 };
 
 } // namespace till

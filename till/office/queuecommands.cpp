@@ -1,7 +1,7 @@
 #include "till/office/queuecommands.h"
 
-#include "till/console/console.h"
 #include "till/core/deliverer.h"
+#include "till/core/printable.h"
 
 #include "interface/ordermessage.h"
 
@@ -48,9 +48,9 @@ QJsonArray toJson(const QList<QueuedMessage> &messages)
     return array;
 }
 
-int fail(Console &console, const QString &reason)
+int fail(std::ostream &output, const QString &reason)
 {
-    console.line(reason);
+    printLine(output, reason);
     return 1;
 }
 
@@ -71,72 +71,73 @@ QString lineOf(const QueuedMessage &message)
              ageText(message.queuedAt), QString::number(message.tries));
 }
 
-int list(DBQueueBroker &broker, Console &console)
+int list(DBQueueBroker &broker, std::ostream &output)
 {
     constexpr int most = 50;
     for (const auto &message : broker.waiting(loyaltyQueue(), most))
-        console.line(lineOf(message));
-    console.line(queueStateText(broker));
+        printLine(output, lineOf(message));
+    printLine(output, queueStateText(broker));
     return broker.lastError().isEmpty() ? 0 : 1;
 }
 
-int listParked(DBQueueBroker &broker, Console &console)
+int listParked(DBQueueBroker &broker, std::ostream &output)
 {
     const auto messages = broker.parked(loyaltyQueue());
     if (!broker.lastError().isEmpty())
-        return fail(console, broker.lastError());
+        return fail(output, broker.lastError());
     for (const auto &message : messages)
-        console.line(QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
-    console.line(QStringLiteral("parked: %1").arg(messages.size()));
+        printLine(output, QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
+    printLine(output, QStringLiteral("parked: %1").arg(messages.size()));
     return 0;
 }
 
-int park(DBQueueBroker &broker, Console &console, const QString &which)
+int park(DBQueueBroker &broker, std::ostream &output, const QString &which)
 {
     bool isNumber = false;
     const auto id = which.toLongLong(&isNumber);
     if (!isNumber)
-        return fail(console, QStringLiteral("Expected a message's number, not \"%1\".").arg(which));
+        return fail(output, QStringLiteral("Expected a message's number, not \"%1\".").arg(which));
     if (!broker.park(id, QStringLiteral("by hand")))
-        return fail(console, broker.lastError());
-    console.line(QStringLiteral("parked: %1").arg(id));
+        return fail(output, broker.lastError());
+    printLine(output, QStringLiteral("parked: %1").arg(id));
     return 0;
 }
 
-int retry(DBQueueBroker &broker, Console &console, const QString &which)
+int retry(DBQueueBroker &broker, std::ostream &output, const QString &which)
 {
     const auto messages = broker.parked(loyaltyQueue());
     if (!broker.lastError().isEmpty())
-        return fail(console, broker.lastError());
+        return fail(output, broker.lastError());
     int count = 0;
     for (const auto &message : messages) {
         if (which != QLatin1String("all") && which != QString::number(message.id))
             continue;
         if (!broker.unpark(message.id))
-            return fail(console, broker.lastError());
+            return fail(output, broker.lastError());
         ++count;
     }
     if (count == 0 && which != QLatin1String("all"))
-        return fail(console, QStringLiteral("There is no parked message %1.").arg(which));
-    console.line(QStringLiteral("put back: %1").arg(count));
+        return fail(output, QStringLiteral("There is no parked message %1.").arg(which));
+    printLine(output, QStringLiteral("put back: %1").arg(count));
     return 0;
 }
 
-int exportTo(DBQueueBroker &broker, Console &console, const QString &file)
+int exportTo(DBQueueBroker &broker, std::ostream &output, const QString &file)
 {
     if (QFileInfo::exists(file) || QFileInfo(file).isSymLink())
-        return fail(console, QStringLiteral("%1: expected a new file").arg(file));
+        return fail(output, QStringLiteral("%1: expected a new file").arg(file));
     const auto waiting = broker.waiting(loyaltyQueue(), std::numeric_limits<int>::max());
     if (!broker.lastError().isEmpty())
-        return fail(console, broker.lastError());
+        return fail(output, broker.lastError());
     const auto parked = broker.parked(loyaltyQueue());
     if (!broker.lastError().isEmpty())
-        return fail(console, broker.lastError());
+        return fail(output, broker.lastError());
     const QJsonObject content{{QLatin1String("waiting"), toJson(waiting)},
                               {QLatin1String("parked"), toJson(parked)}};
     if (const auto error = privatefile::write(file, QJsonDocument(content).toJson()))
-        return fail(console, QStringLiteral("%1: cannot be written: %2").arg(file, *error));
-    console.line(
+        return fail(output, QStringLiteral("%1: cannot be written: %2").arg(file, *error));
+    printLine(
+        output,
         QStringLiteral("exported: %1 waiting, %2 parked").arg(waiting.size()).arg(parked.size()));
     return 0;
 }
@@ -160,22 +161,24 @@ QString queueStateText(DBQueueBroker &broker)
     return text;
 }
 
-int runQueueCommand(DBQueueBroker &broker, Console &console, const QStringList &arguments)
+int runQueueCommand(DBQueueBroker &broker, std::ostream &output, const QStringList &arguments)
 {
     const auto verb = arguments.value(0, QStringLiteral("list"));
     const auto count = qMax<qsizetype>(1, arguments.size());
     if (verb == QLatin1String("list") && count == 1)
-        return list(broker, console);
+        return list(broker, output);
     if (verb == QLatin1String("parked") && count == 1)
-        return listParked(broker, console);
+        return listParked(broker, output);
     if (verb == QLatin1String("park") && count == 2)
-        return park(broker, console, arguments.at(1));
+        return park(broker, output, arguments.at(1));
     if (verb == QLatin1String("retry") && count == 2)
-        return retry(broker, console, arguments.at(1));
+        return retry(broker, output, arguments.at(1));
     if (verb == QLatin1String("export") && count == 2)
-        return exportTo(broker, console, arguments.at(1));
-    console.line(QStringLiteral(
-        "Expected: till queue [list | parked | park ID | retry ID | retry all | export FILE]"));
+        return exportTo(broker, output, arguments.at(1));
+    printLine(
+        output,
+        QStringLiteral(
+            "Expected: till queue [list | parked | park ID | retry ID | retry all | export FILE]"));
     constexpr int badArguments = 2;
     return badArguments;
 }

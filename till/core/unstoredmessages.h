@@ -1,7 +1,5 @@
 #pragma once
 
-#include "till/core/store.h"
-
 #include <host/dbqueuebroker.h>
 
 #include <QList>
@@ -12,15 +10,8 @@
 
 namespace till {
 
-/// A committed receipt that is not in the store yet.
-struct UnstoredReceipt
-{
-    StoredReceipt receipt;
-    ReportRecord report;
-};
-
-/// The messages of receipts that are not in the store yet: they can be delivered from here while
-/// the disk is broken. For all threads.
+/// The messages of committed receipts that are not in the store yet, in memory: they are delivered
+/// from here while the disk is broken. For all threads.
 class UnstoredMessages
 {
 public:
@@ -37,7 +28,7 @@ public:
 private:
     struct Entry
     {
-        int receipt = 0;
+        int receipt = 0; ///< Its number.
         QueuedMessage message;
     };
 

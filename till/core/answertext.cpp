@@ -1,0 +1,23 @@
+#include "till/core/answertext.h"
+
+#include <host/httpresponse.h>
+
+#include <QJsonDocument>
+
+namespace till {
+
+QString answerText(const QJsonObject &answer)
+{
+    constexpr qsizetype longest = 4096;
+    if (answer.isEmpty())
+        return {};
+    const auto text = QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact));
+    return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
+}
+
+QString answerText(const http::Response &response)
+{
+    return answerText(response.responseObject());
+}
+
+} // namespace till

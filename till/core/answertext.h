@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+class QJsonObject;
+
+namespace http {
+class Response;
+}
+
+namespace till {
+
+/// An answer of the service as it is kept with what it was the answer to: compact JSON, long
+/// enough to see why something was refused. Empty for no answer.
+QString answerText(const QJsonObject &answer);
+QString answerText(const http::Response &response);
+
+} // namespace till

@@ -1,0 +1,392 @@
+#include "till/core/store.h"
+
+#include "till/core/reservednumbers.h"
+
+#include <host/documentjson.h>
+#include <host/privatefile.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace till {
+
+namespace {
+
+constexpr std::array stateNames{"open", "committing", "committed", "cancelled"};
+constexpr std::array reportNames{"", "reported", "queued", "refused"};
+
+template<typename Enum, size_t size>
+QString nameOf(const std::array<const char *, size> &names, Enum value)
+{
+    return QLatin1String(names.at(static_cast<size_t>(value)));
+}
+
+/// The value of that name; the first one for a name that is none.
+template<typename Enum, size_t size>
+Enum valueOf(const std::array<const char *, size> &names, const QString &name)
+{
+    const auto found = std::find_if(names.begin(), names.end(), [&name](const char *known) {
+        return name == QLatin1String(known);
+    });
+    return static_cast<Enum>(found == names.end() ? 0 : found - names.begin());
+}
+
+qint64 now()
+{
+    return QDateTime::currentMSecsSinceEpoch();
+}
+
+QDateTime utc(const QVariant &milliseconds)
+{
+    return QDateTime::fromMSecsSinceEpoch(milliseconds.toLongLong()).toUTC();
+}
+
+/// A null text would be no text to SQLite.
+QString kept(const QString &text)
+{
+    return text.isNull() ? QStringLiteral("") : text;
+}
+
+QString jsonOf(const AbstractDocument &document)
+{
+    QString error; // of values that no receipt of ours holds
+    return QString::fromUtf8(
+        QJsonDocument(documentjson::toJson(document, error)).toJson(QJsonDocument::Compact));
+}
+
+ReportRecord reportOf(const Database::Row &row, int column)
+{
+    return {valueOf<Report>(reportNames, row.at(column).toString()), row.at(column + 1).toString(),
+            row.at(column + 2).toString()};
+}
+
+#define RECORD_COLUMNS                                                                             \
+    "id, shop, cash, shift, number, kind, begun, state, report, answer, told, changed"
+
+ReceiptRecord recordOf(const Database::Row &row)
+{
+    ReceiptRecord record;
+    record.row = row.at(0).toLongLong();
+    record.header.shopCode = row.at(1).toInt();
+    record.header.cashCode = row.at(2).toInt();
+    record.header.shift = row.at(3).toInt();
+    record.header.num = row.at(4).toInt();
+    record.header.kind = row.at(5).toInt();
+    record.header.dateTimeBeg = QDateTime::fromString(row.at(6).toString(), Qt::ISODate);
+    record.state = valueOf<ReceiptState>(stateNames, row.at(7).toString());
+    record.report = reportOf(row, 8);
+    record.changed = utc(row.at(11));
+    if (row.size() > 12)
+        record.document = row.at(12).toString();
+    return record;
+}
+
+/// Moves the store's files into "damaged/" beside it. \return Where they are, or why not, in words.
+QString putAside(const QString &file)
+{
+    const auto directory = QFileInfo(file).path() + QLatin1String("/damaged");
+    if (const auto error = privatefile::createDirectory(directory))
+        return *error;
+    QString kept;
+    for (int number = 1; kept.isEmpty() || QFileInfo::exists(kept); ++number)
+        kept = QStringLiteral("%1/%2.%3").arg(directory, QFileInfo(file).fileName()).arg(number);
+    // The database itself last: without it the others would be taken for those of a new one.
+    for (const auto *suffix : {"-wal", "-shm", ""}) {
+        const auto from = QFile::encodeName(file) + suffix;
+        if (QFileInfo::exists(QFile::decodeName(from)) &&
+            std::rename(from.constData(), (QFile::encodeName(kept) + suffix).constData()) != 0)
+            return QStringLiteral("it cannot be moved to %1: %2").arg(kept, qt_error_string());
+    }
+    return privatefile::syncDirectory(directory) &&
+                   privatefile::syncDirectory(QFileInfo(file).path())
+               ? QStringLiteral("it is kept as %1").arg(kept)
+               : qt_error_string();
+}
+
+} // namespace
+
+Store::Store(const QString &directory)
+    : database(fileIn(directory))
+    , reserved(std::make_unique<ReservedNumbers>(directory + QLatin1String("/numbers")))
+{}
+
+Store::~Store() = default;
+
+QString Store::fileIn(const QString &directory)
+{
+    return directory + QLatin1String("/till.db");
+}
+
+QString Store::prepare()
+{
+    // Damage deeper in the file shows when its receipts are looked for.
+    if (database.open() && countIn(ReceiptState::Committing))
+        return {};
+    const auto problem = lastError();
+    if (database.problem() != Database::Problem::Damaged)
+        return problem;
+    database.close();
+    const auto place = putAside(database.file());
+    return database.open() ? QStringLiteral("%1; %2").arg(problem, place)
+                           : QStringLiteral("%1; %2; %3").arg(problem, place, lastError());
+}
+
+bool Store::isForeign() const
+{
+    return database.problem() == Database::Problem::Foreign ||
+           database.problem() == Database::Problem::Newer;
+}
+
+StoredReceipt Store::open(const TillPlace &place, int kind)
+{
+    DocumentHeader header;
+    header.kind = kind;
+    header.shopCode = place.shopCode;
+    header.cashCode = place.cashCode;
+    header.dateTimeBeg = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch());
+
+    Transaction transaction(database);
+    const auto known = transaction.begun() ? readNumbers(place) : std::nullopt;
+    header.shift = shift(place);
+    header.num = nextNumber(known);
+    reserved->reserve(header.num);
+    last.number = header.num;
+    StoredReceipt receipt{QSharedPointer<AbstractDocument>::create(header)};
+    auto stored = receipt;
+    if (known && insert(stored, ReceiptState::Open) && transaction.commit())
+        return stored;
+    return receipt;
+}
+
+bool Store::save(StoredReceipt &receipt, ReceiptState state)
+{
+    if (receipt.isStored() && receipt.state == state)
+        return true;
+    auto changed = receipt;
+    Transaction transaction(database);
+    if (!transaction.begun() || !write(changed, state) || !transaction.commit())
+        return false;
+    receipt = changed;
+    return true;
+}
+
+bool Store::saveCommitted(StoredReceipt &receipt, const ReportRecord &report,
+                          const QList<QueuedMessage> &messages)
+{
+    auto changed = receipt;
+    Transaction transaction(database);
+    if (!transaction.begun() || !write(changed, ReceiptState::Committed))
+        return false;
+    // Whatever an earlier report has left is settled by this one.
+    if (!database.write("DELETE FROM messages WHERE receipt = ?", {changed.row}) ||
+        !database.write("UPDATE receipts SET report = ?, answer = ?, told = ? WHERE id = ?",
+                        {nameOf(reportNames, report.outcome), kept(report.answer),
+                         kept(report.told), changed.row}))
+        return false;
+    const auto put = [&](const QueuedMessage &message) {
+        return DBQueueBroker::insert(database, message, changed.row);
+    };
+    if (!std::all_of(messages.begin(), messages.end(), put) || !transaction.commit())
+        return false;
+    receipt = changed;
+    return true;
+}
+
+int Store::shift(const TillPlace &place)
+{
+    if (const auto known = readNumbers(place))
+        last.shift = std::max(last.shift, known->shift);
+    return last.shift;
+}
+
+bool Store::closeShift(const TillPlace &place)
+{
+    Transaction transaction(database);
+    const auto known = transaction.begun() ? readNumbers(place) : std::nullopt;
+    last.shift = shift(place) + 1;
+    return known && writeNumbers(place, {last.shift, known->number}) && transaction.commit();
+}
+
+QList<StoredReceipt> Store::receiptsIn(ReceiptState state, int limit, qint64 afterRow)
+{
+    const auto rows = database.read("SELECT id, document FROM receipts WHERE state = ? AND id > ? "
+                                    "ORDER BY id LIMIT ?",
+                                    {nameOf(stateNames, state), afterRow, limit});
+    QList<StoredReceipt> receipts;
+    for (const auto &row : rows.value_or(QList<Database::Row>()))
+        receipts.append(read(row, state));
+    return receipts;
+}
+
+std::optional<qint64> Store::countIn(ReceiptState state)
+{
+    const auto rows =
+        database.read("SELECT count(*) FROM receipts WHERE state = ?", {nameOf(stateNames, state)});
+    return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
+}
+
+std::optional<StoredReceipt> Store::committedReceipt(int number)
+{
+    const auto rows = database.read("SELECT id, document FROM receipts WHERE number = ? "
+                                    "AND state = 'committed' ORDER BY id DESC LIMIT 1",
+                                    {number});
+    if (!rows || rows->isEmpty())
+        return std::nullopt;
+    return read(rows->first(), ReceiptState::Committed);
+}
+
+std::optional<QList<ReceiptRecord>> Store::list(const ReceiptFilter &filter)
+{
+    const auto report = filter.outcome ? nameOf(reportNames, *filter.outcome) : QStringLiteral("%");
+    const auto rows = database.read(
+        "SELECT " RECORD_COLUMNS " FROM receipts WHERE report LIKE ? AND begun >= ? "
+        "ORDER BY id DESC LIMIT ?",
+        {report, filter.since.isValid() ? filter.since.toString(Qt::ISODate) : QStringLiteral(""),
+         filter.limit});
+    return records(rows);
+}
+
+std::optional<QList<ReceiptRecord>> Store::find(int number)
+{
+    return records(database.read("SELECT " RECORD_COLUMNS ", document FROM receipts "
+                                 "WHERE number = ? ORDER BY id DESC",
+                                 {number}));
+}
+
+std::optional<QList<HistoryEntry>> Store::history(qint64 row)
+{
+    const auto rows = database.read(
+        "SELECT at, state, report, answer, told FROM history WHERE receipt = ? ORDER BY id", {row});
+    if (!rows)
+        return std::nullopt;
+    QList<HistoryEntry> entries;
+    for (const auto &entry : *rows)
+        entries.append({utc(entry.at(0)), valueOf<ReceiptState>(stateNames, entry.at(1).toString()),
+                        reportOf(entry, 2)});
+    return entries;
+}
+
+std::optional<qint64> Store::countReported(Report outcome)
+{
+    const auto rows = database.read("SELECT count(*) FROM receipts WHERE report = ?",
+                                    {nameOf(reportNames, outcome)});
+    return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
+}
+
+DeliveryState Store::deliveryState(const QString &queue)
+{
+    DeliveryState state;
+    const auto waiting = database.read("SELECT count(*), min(queuedAt) FROM messages "
+                                       "WHERE queue = ? AND parked = 0",
+                                       {queue});
+    const auto parked = database.read("SELECT count(*) FROM messages WHERE queue = ? "
+                                      "AND parked = 1",
+                                      {queue});
+    const auto refused = countReported(Report::Refused);
+    state.error = lastError();
+    if (!waiting || !parked || !refused)
+        return state;
+    state.waiting = waiting->first().at(0).toLongLong();
+    if (state.waiting > 0)
+        state.oldestWaiting = utc(waiting->first().at(1));
+    state.parked = parked->first().first().toLongLong();
+    state.refused = *refused;
+    return state;
+}
+
+std::optional<QList<ReceiptRecord>> Store::records(const std::optional<QList<Database::Row>> &rows)
+{
+    if (!rows)
+        return std::nullopt;
+    QList<ReceiptRecord> records;
+    for (const auto &row : *rows)
+        records.append(recordOf(row));
+    return records;
+}
+
+std::optional<Store::Numbers> Store::readNumbers(const TillPlace &place)
+{
+    const auto rows = database.read("SELECT shift, number FROM registers WHERE shop = ? "
+                                    "AND cash = ?",
+                                    {place.shopCode, place.cashCode});
+    if (!rows)
+        return std::nullopt;
+    if (rows->isEmpty())
+        return Numbers{};
+    return Numbers{rows->first().at(0).toInt(), rows->first().at(1).toInt()};
+}
+
+bool Store::writeNumbers(const TillPlace &place, const Numbers &given)
+{
+    return database
+        .write("INSERT INTO registers (shop, cash, shift, number) VALUES (?, ?, ?, ?) "
+               "ON CONFLICT DO UPDATE SET shift = max(shift, excluded.shift), "
+               "number = max(number, excluded.number)",
+               {place.shopCode, place.cashCode, given.shift, given.number})
+        .has_value();
+}
+
+/// The number after the last one; behind all that may have been given when the store does not know
+/// of any.
+int Store::nextNumber(const std::optional<Numbers> &known)
+{
+    const auto stored = known ? known->number : 0;
+    const auto given = std::max(stored, last.number);
+    return (stored > 0 ? given : std::max(given, last.number > 0 ? 0 : reserved->highest())) + 1;
+}
+
+bool Store::insert(StoredReceipt &receipt, ReceiptState state)
+{
+    const auto &header = receipt.document->getHeader();
+    const auto inserted = database.write(
+        "INSERT INTO receipts (shop, cash, shift, number, kind, begun, state, changed, document) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        {header.shopCode, header.cashCode, header.shift, header.num, header.kind,
+         header.dateTimeBeg.toString(Qt::ISODate), nameOf(stateNames, state), now(),
+         jsonOf(*receipt.document)});
+    if (!inserted)
+        return false;
+    receipt.row = database.lastRow();
+    receipt.revision = receipt.document->getRevision();
+    receipt.state = state;
+    return writeNumbers({header.shopCode, header.cashCode}, {header.shift, header.num});
+}
+
+/// Stores what has changed, as part of a transaction.
+bool Store::write(StoredReceipt &receipt, ReceiptState state)
+{
+    if (receipt.row == 0)
+        return insert(receipt, state);
+    const auto revision = receipt.document->getRevision();
+    const auto written =
+        receipt.isStored()
+            ? database.write("UPDATE receipts SET state = ?, changed = ? WHERE id = ?",
+                             {nameOf(stateNames, state), now(), receipt.row})
+            : database.write(
+                  "UPDATE receipts SET state = ?, changed = ?, document = ? WHERE id = ?",
+                  {nameOf(stateNames, state), now(), jsonOf(*receipt.document), receipt.row});
+    receipt.revision = revision;
+    receipt.state = state;
+    return written.has_value();
+}
+
+/// The receipt of a row; without a document when that cannot be read.
+StoredReceipt Store::read(const Database::Row &row, ReceiptState state)
+{
+    StoredReceipt receipt;
+    receipt.row = row.at(0).toLongLong();
+    receipt.state = state;
+    unreadable.clear();
+    const auto json = QJsonDocument::fromJson(row.at(1).toString().toUtf8()).object();
+    receipt.document = documentjson::fromJson(json, unreadable);
+    if (receipt.document)
+        receipt.revision = receipt.document->getRevision();
+    return receipt;
+}
+
+} // namespace till

@@ -1,0 +1,75 @@
+#include "till/core/till.h"
+
+#include "till/core/backgrounddelivery.h"
+#include "till/core/deliverer.h"
+#include "till/core/sale.h"
+
+#include "interface/interface.h"
+
+#include <host/dbqueuebroker.h>
+#include <host/dialog.h>
+
+namespace till {
+
+Till::Till(const Settings &settings, DialogPresenter &face)
+    : settings(settings)
+    , lock(settings.dataDirectory + QLatin1String("/till.lock"))
+    , told(face)
+    , store(settings.dataDirectory)
+{
+    Dialog::setPresenter(&told);
+    Singleton<DBQueueBroker>::instance()->setFile(Store::fileIn(settings.dataDirectory));
+}
+
+Till::~Till()
+{
+    delivery.reset();
+    ownSale.reset();
+    Singleton<DBQueueBroker>::instance()->setFile({});
+    Dialog::setPresenter(nullptr);
+}
+
+std::optional<QString> Till::start()
+{
+    const auto state = lock.acquire();
+    if (state == FileLock::State::Busy)
+        return QStringLiteral("%1: another till is selling here").arg(settings.dataDirectory);
+    if (state == FileLock::State::Unavailable)
+        startNote = lock.lastError() + u'\n';
+    startNote = (startNote + store.prepare()).trimmed();
+    if (store.isForeign())
+        return startNote;
+    if (auto error = plugin.load(settings.pluginFile))
+        return error;
+    ownSale = std::make_unique<Sale>(
+        SaleParts{plugin.getSystem(), store, unstoredMessages, told, settings.place});
+    QObject::connect(ownSale.get(), &Sale::messagesQueued, [this] {
+        if (delivery)
+            delivery->wake();
+    });
+    return std::nullopt;
+}
+
+void Till::startDelivery()
+{
+    delivery = std::make_unique<BackgroundDelivery>(Store::fileIn(settings.dataDirectory),
+                                                    unstoredMessages, settings.backoff);
+}
+
+DeliveryState Till::deliveryState()
+{
+    return store.deliveryState(loyaltyQueue());
+}
+
+bool Till::mayEnd()
+{
+    inMemory = ownSale->unstored();
+    if (inMemory.isEmpty() || !unstoredMessages.first())
+        return inMemory.isEmpty();
+    DBQueueBroker broker(Store::fileIn(settings.dataDirectory));
+    lmmindbox::Interface service;
+    Deliverer(broker, service).deliverUnstored(unstoredMessages, [] { return false; });
+    return false;
+}
+
+} // namespace till

@@ -1,0 +1,88 @@
+#include "till/office/delivercommand.h"
+
+#include "till/core/deliverer.h"
+#include "till/core/deliveryloop.h"
+#include "till/core/printable.h"
+#include "till/core/settings.h"
+#include "till/core/signalpause.h"
+#include "till/core/store.h"
+#include "till/office/queuecommands.h"
+
+#include "interface/interface.h"
+
+#include <host/dbqueuebroker.h>
+
+#include <QElapsedTimer>
+
+#include <ostream>
+#include <unistd.h>
+
+namespace till {
+
+namespace {
+
+/// How far a long delivery has come, in one line of a terminal that is written again and again.
+class DeliveryProgress
+{
+public:
+    DeliveryProgress(DBQueueBroker &broker, std::ostream &output)
+        : output(output)
+    {
+        constexpr qint64 worthShowing = 100;
+        const auto state = broker.state(loyaltyQueue());
+        if (state && state->waiting >= worthShowing && ::isatty(STDOUT_FILENO) != 0)
+            total = state->waiting;
+        sinceShown.start();
+    }
+    ~DeliveryProgress()
+    {
+        if (total > 0)
+            output << '\n';
+    }
+    Q_DISABLE_COPY_MOVE(DeliveryProgress)
+
+    void step()
+    {
+        constexpr qint64 pause = 200;
+        ++sent;
+        if (total == 0 || sinceShown.elapsed() < pause)
+            return;
+        sinceShown.start();
+        output << '\r' << printable(QStringLiteral("%1 / %2").arg(sent).arg(total)).toStdString()
+               << std::flush;
+    }
+
+private:
+    std::ostream &output;
+    QElapsedTimer sinceShown;
+    qint64 total = 0;
+    qint64 sent = 0;
+};
+
+} // namespace
+
+int runDelivery(const Settings &settings, bool once, std::ostream &output)
+{
+    SignalPause pause;
+    DBQueueBroker broker(Store::fileIn(settings.dataDirectory));
+    lmmindbox::Interface service;
+    Deliverer deliverer(broker, service);
+    DeliveryLoop loop(deliverer, Backoff(settings.backoff), pause);
+    if (!once) {
+        loop.run();
+        return 0;
+    }
+    const auto isDone = [&] {
+        DeliveryProgress progress(broker, output);
+        loop.setBeforeEach([&progress] { progress.step(); });
+        return loop.runOnce();
+    }();
+    const auto state = queueStateText(broker);
+    // A queue that cannot be read says the same in its state.
+    if (!isDone && deliverer.lastError() != state)
+        printLine(output, deliverer.lastError());
+    printLine(output, state);
+    return isDone ? 0 : 1;
+}
+
+} // namespace till
