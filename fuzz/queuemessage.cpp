@@ -2,7 +2,6 @@
 #include "tests/plugin/fakehttp.h"
 
 #include "interface/interface.h"
-#include "till/console/console.h"
 #include "till/core/deliverer.h"
 #include "till/office/queuecommands.h"
 
@@ -48,15 +47,13 @@ public:
     void retryParked()
     {
         std::ostringstream output;
-        till::ConsoleInput input(descriptorOf({}));
-        till::Console console(input, output);
-        require(till::runQueueCommand(broker, console, {QStringLiteral("parked")}) == 0);
-        require(till::runQueueCommand(broker, console,
+        require(till::runQueueCommand(broker, output, {QStringLiteral("parked")}) == 0);
+        require(till::runQueueCommand(broker, output,
                                       {QStringLiteral("retry"), QStringLiteral("all")}) == 0);
     }
 
     FakeRestClient http;
-    DBQueueBroker broker{scratchDirectory() + QLatin1String("/queue.db")};
+    DBQueueBroker broker{scratchDirectory() + QLatin1String("/till.db")};
 
 private:
     static QSqlDatabase openDatabase(const QString &file)

@@ -2,6 +2,7 @@
 
 #include "host/money.h"
 
+#include <algorithm>
 #include <numeric>
 #include <utility>
 
@@ -18,8 +19,7 @@ double AbstractDocument::getTotal() const
 QSharedPointer<GoodsItem> AbstractDocument::addGoodsItem(const QString &code, const QString &name,
                                                          double price, double quantity)
 {
-    const auto posnum = items.isEmpty() ? 1 : items.constLast()->getPosnum() + 1;
-    auto item = QSharedPointer<GoodsItem>::create(posnum, code, name, price, quantity);
+    auto item = QSharedPointer<GoodsItem>::create(lastPosnum + 1, code, name, price, quantity);
     restoreGoodsItem(item);
     ++revision;
     return item;
@@ -29,11 +29,42 @@ void AbstractDocument::restoreGoodsItem(const QSharedPointer<GoodsItem> &item)
 {
     items.append(item);
     itemsByPosnum.insert(item->getPosnum(), item);
+    lastPosnum = std::max(lastPosnum, item->getPosnum());
 }
 
 QSharedPointer<GoodsItem> AbstractDocument::findGoodsItem(int posnum) const
 {
     return itemsByPosnum.value(posnum);
+}
+
+bool AbstractDocument::removeGoodsItem(int posnum)
+{
+    const auto item = itemsByPosnum.take(posnum);
+    if (!item)
+        return false;
+    items.removeOne(item);
+    impacts.remove(posnum);
+    ++revision;
+    return true;
+}
+
+bool AbstractDocument::changeQuantity(int posnum, double quantity)
+{
+    const auto item = findGoodsItem(posnum);
+    if (!item || quantity <= 0)
+        return false;
+    const auto addSum = [](double sum, const auto &impact) {
+        return sum + impact->getDiscountSum();
+    };
+    const auto details = impacts.value(posnum);
+    const auto discounts = std::accumulate(details.cbegin(), details.cend(), 0.0, addSum);
+    const auto sum = roundToHundredths(roundToHundredths(item->getPrice() * quantity) - discounts);
+    if (sum < 0)
+        return false;
+    item->setQuantity(quantity);
+    item->setSumb(sum);
+    ++revision;
+    return true;
 }
 
 void AbstractDocument::addImpactDetail(const DocumentImpactDetail &detail)

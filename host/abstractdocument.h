@@ -49,6 +49,14 @@ public:
     /// The position of that number; null when there is none.
     QSharedPointer<GoodsItem> findGoodsItem(int posnum) const;
 
+    /// Takes a position off, and its discounts with it. Its number is not given again while the
+    /// receipt is open in this process. \return Whether there was one.
+    bool removeGoodsItem(int posnum);
+    /// Sells another quantity of a position; its discounts stay as they are.
+    /// \return False, with nothing changed, when there is no such position, when the quantity is
+    /// not above 0 or when the position would cost less than its discounts.
+    bool changeQuantity(int posnum, double quantity);
+
     /// Adds a discount to its position and lowers the position's sum by it; for a position that the
     /// receipt does not have, nothing is done.
     void addImpactDetail(const DocumentImpactDetail &detail);
@@ -83,5 +91,6 @@ private:
     QHash<int, QList<QSharedPointer<DocumentImpactDetail>>> impacts;
     QSharedPointer<DocumentCardRecord> cardRecord;
     QHash<QString, QVariantMap> pluginData;
+    int lastPosnum = 0; ///< Given last, also to a position that is gone.
     int revision = 0;
 };

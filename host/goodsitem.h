@@ -19,6 +19,8 @@ public:
     /// Price of one unit.
     double getPrice() const { return price; }
     double getQuantity() const { return quantity; }
+    /// The sum stays as it is; see `AbstractDocument::changeQuantity`.
+    void setQuantity(double newQuantity) { quantity = newQuantity; }
     /// The position's sum after its discounts, in the receipt's currency.
     double getSumb() const { return sumb; }
     void setSumb(double sum) { sumb = sum; }

@@ -27,31 +27,32 @@ def expected_order(receipt):
             "conflicts": 0}
 
 
-def check_files(run, till):
+def check_store(run, till):
     """Reads all that a till has kept; returns its committed receipts by number."""
     receipts = {}
     broken = run.findings["broken files"]
-    for path in sorted(till.data.rglob("*")):
-        name = path.relative_to(run.directory)
-        if path.suffix == ".json":
-            try:
-                content = json.loads(path.read_text())
-            except ValueError as error:
-                broken.append(f"{name}: {error}")
-                continue
-            if path.parent.name == "committed":
-                number = content["header"]["num"]
-                if number in receipts:
-                    run.findings["duplicated"].append(f"{name}: number {number} again")
-                receipts[number] = content
-        if path.parent.name in ("damaged", "committing") or re.search(r"\.json\..", path.name):
-            broken.append(f"{name}: left behind")
-    with contextlib.closing(sqlite3.connect(till.data / "queue.db")) as queue:
-        state = queue.execute("PRAGMA integrity_check").fetchone()[0]
+    with contextlib.closing(sqlite3.connect(till.data / "till.db")) as store:
+        state = store.execute("PRAGMA integrity_check").fetchone()[0]
         if state != "ok":
-            broken.append(f"{till.data.name}/queue.db: {state}")
-        for message, error in queue.execute("SELECT message, lastError FROM messages"):
+            broken.append(f"{till.data.name}/till.db: {state}")
+        for number, state, report, document in store.execute(
+                "SELECT number, state, report, document FROM receipts"):
+            where = f"till {till.number}, receipt {number}"
+            content = json.loads(document)
+            if state == "committing":
+                run.findings["lost"].append(f"{where}: left as being committed")
+            if state != "committed":
+                continue
+            if number in receipts:
+                run.findings["duplicated"].append(f"{where}: number again")
+            receipts[number] = content
+            expected = "reported" if content["header"]["kind"] == 1 else ""
+            if report != expected:
+                run.findings["wrong"].append(f"{where}: report {report!r}, expected {expected!r}")
+        for message, error in store.execute("SELECT message, lastError FROM messages"):
             run.findings["lost"].append(f"till {till.number}, not delivered: {message}: {error}")
+    if (till.data / "damaged").exists():
+        broken.append(f"{till.data.name}: a store was put aside")
     return receipts
 
 
@@ -61,6 +62,9 @@ def compare(run, till, receipts, orders):
     by_number = {}
     for order in orders:
         by_number.setdefault(int(order["ids"]["externalOrderIdLm"][10:17]), []).append(order)
+    for number in till.forgiven:
+        by_number.pop(number, None)
+        receipts.pop(number, None)
     for number, receipt in receipts.items():
         where = f"till {till.number}, receipt {number}"
         wanted = expected_order(receipt)
@@ -78,5 +82,5 @@ def compare(run, till, receipts, orders):
             finding["wrong"].append(f"{where}: cancelled, and committed all the same")
     finding["unexplained"] += [f"till {till.number}: {order['ids']}"
                                for rest in by_number.values() for order in rest]
-    gone = (till.opened - till.cancelling | set(till.announced)) - {till.receipt, *receipts}
+    gone = (till.opened - till.cancelling | set(till.announced)) - {till.receipt, *receipts, *till.forgiven}
     finding["lost"] += [f"till {till.number}: receipt {number} is nowhere" for number in gone]

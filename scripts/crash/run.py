@@ -35,7 +35,7 @@ class Run:
                             if name not in ("TILL_CONFIG", "QT_LOGGING_RULES",
                                             "QT_MESSAGE_PATTERN")}
         self.environment["SIMULATOR_SECRET_KEY"] = SECRET
-        self.receipts = 0
+        self.receipts = self.in_memory = 0
         self.processes = []  # that nobody has killed yet
         self.begun = time.monotonic()
 
@@ -86,14 +86,15 @@ class Run:
                 await process.wait()
 
     def table(self):
-        rows = [("receipts", self.receipts), ("kills", self.kills.total()),
+        rows = [("receipts", self.receipts), ("  only in memory, and told", self.in_memory),
+                ("kills", self.kills.total()),
                 *((f"  of {name}", self.kills[name]) for name in ("till", "deliverer", "simulator")),
                 *((f"  during {name}", self.phases[name]) for name in PHASES),
                 ("faults", self.faults.total()),
                 *((f"  {name}", count) for name, count in sorted(self.faults.items())),
                 *((kind, len(found)) for kind, found in self.findings.items()),
                 ("seconds", round(time.monotonic() - self.begun))]
-        return "\n".join(f"{name:24}{count:8}" for name, count in rows)
+        return "\n".join(f"{name:28}{count:8}" for name, count in rows)
 
 
 async def patiently(step, name):

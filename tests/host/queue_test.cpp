@@ -95,7 +95,7 @@ TEST_F(Queue, ParkedMessageMakesWayAndComesBackToItsPlace)
     for (const auto number : {1, 2, 3})
         ASSERT_TRUE(broker.put(queueName, message(number), {}));
     const auto id = broker.first(queueName)->id;
-    EXPECT_TRUE(broker.noteFailure(id, QStringLiteral("no connection")));
+    EXPECT_TRUE(broker.noteFailure(id, QStringLiteral("no connection"), 0));
     EXPECT_EQ(broker.first(queueName)->tries, 1);
     EXPECT_EQ(broker.first(queueName)->lastError, QStringLiteral("no connection"));
 
@@ -174,7 +174,7 @@ TEST_F(Queue, FileOfSomethingElseIsReportedAndLeftAlone)
         ASSERT_TRUE(DBQueueBroker(file()).put(queueName, message(1), {}));
     }
     {
-        PlainDatabase(file()).run(QStringLiteral("PRAGMA user_version = 2"));
+        PlainDatabase(file()).run(QStringLiteral("PRAGMA user_version = 9"));
     }
     const auto newer = read(file());
     {

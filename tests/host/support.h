@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/fulldisk.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/printqt.h"
 
@@ -9,32 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-/// A disk on which no file grows beyond `size` bytes, as long as this object lives.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t size)
-        : signalBefore(::signal(SIGXFSZ, SIG_IGN)) // the write then fails
-    {
-        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-        const rlimit limit{size, before.rlim_max};
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~FullDisk()
-    {
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
-        (void)::signal(SIGXFSZ, signalBefore);
-    }
-    Q_DISABLE_COPY_MOVE(FullDisk)
-
-private:
-    void (*signalBefore)(int);
-    rlimit before{};
-};
 
 /// A directory of the test's own, under a umask that takes no right away.
 class WithFiles : public testing::Test

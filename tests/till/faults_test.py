@@ -16,6 +16,7 @@ import urllib.request
 
 TILL, SIMULATOR = sys.argv.pop(1), sys.argv.pop(1)
 SECRET = "s3cret,key;of the test"
+VERSION_1 = pathlib.Path(__file__).with_name("version1.sql")
 PIPES = {"text": True, "stdout": subprocess.PIPE, "stderr": subprocess.STDOUT}
 
 
@@ -68,63 +69,61 @@ class Faults(unittest.TestCase):
     def command(self, *arguments):
         return subprocess.run([TILL, "--config", self.config, *arguments], check=False, **PIPES)
 
-    def kept(self, place):
-        return list((self.data / place).iterdir())
+    def rows(self, query):
+        with contextlib.closing(sqlite3.connect(self.data / "till.db")) as store:
+            return store.execute(query).fetchall()
 
     def committed(self):
-        """Numbers of the committed receipts with their counts of positions."""
-        receipts = [json.loads(file.read_text()) for file in self.kept("committed")]
-        return {receipt["header"]["num"]: len(receipt["items"]) for receipt in receipts}
+        """Numbers of the committed receipts with their counts of positions and their reports."""
+        rows = self.rows("SELECT number, document, report FROM receipts WHERE state = 'committed'")
+        return {number: (len(json.loads(receipt)["items"]), report)
+                for number, receipt, report in rows}
 
     def test_full_disk_is_told_and_caught_up_when_there_is_space_again(self):
         with Till(self.config) as till:
             till.say("add 1 Milk 2.00")
             till.let_files_grow(0)
-            self.assertIn("[not saved]", said := till.say("add 2 Bread 3.00", "commit"))
-            self.assertRegex(said, r"\[not queued\] .*queue\.db: .+\nReceipt 1 is not on the disk")
+            said = till.say("add 2 Bread 3.00", "commit")
+            self.assertRegex(said, r"\[not saved\] .*till\.db: .+\nReceipt 1 is only in memory")
             self.assertIn("Receipt 1 is committed, total 5.00", said)
             self.assertIn("Only in memory: receipt 1.\nThe till goes on", till.say("quit"))
             till.let_files_grow(resource.RLIM_INFINITY)
-            self.assertIn("Receipt 1 is reported", till.say("add 3 Tea 1.00", "commit"))
-        self.assertEqual(self.committed(), {1: 2, 2: 1})
-        self.assertEqual(self.kept("committing"), [])
+            self.assertIn("Receipt 1 is on the disk now", till.say("add 3 Tea 1.00", "commit"))
+        self.assertEqual(self.committed(), {1: (2, "queued"), 2: (1, "queued")})
 
-    def test_receipts_that_a_locked_or_newer_queue_does_not_take_are_kept_for_later(self):
+    def test_receipts_that_a_locked_store_does_not_take_are_stored_when_it_is_free(self):
         with Till(self.config) as till:
             till.say("add 1 Milk 2.00", "commit")
-            queue = sqlite3.connect(self.data / "queue.db", isolation_level=None)
-            self.addCleanup(queue.close)
-            queue.execute("BEGIN EXCLUSIVE")
+            store = sqlite3.connect(self.data / "till.db", isolation_level=None)
+            self.addCleanup(store.close)
+            store.execute("BEGIN EXCLUSIVE")
             self.assertRegex(till.say("add 2 Bread 3.00", "commit"),
-                             r"\[not queued\] .*queue\.db: .*locked\nReceipt 2 is kept")
-            queue.execute("ROLLBACK")
-        queue.execute("PRAGMA user_version = 9")
-        with Till(self.config) as till:
-            self.assertIn("newer version: version 9", till.start)
-            self.assertIn("newer version", till.say(*["add 3 Tea 1.00", "commit"] * 4))
-        for command in (["queue"], ["deliver", "--once"]):
-            answer = self.command(*command)
-            self.assertEqual((answer.returncode, answer.stdout.count("newer version")), (1, 1))
-        self.assertEqual(len(self.kept("committing")), 4)
-        queue.execute("PRAGMA user_version = 1")
-        with Till(self.config) as till:
-            self.assertEqual(till.start.count("is reported"), 3)
-            self.assertIn("Receipt 6 is reported", till.say("add 4 Rice 1.00", "commit"))
-        self.assertEqual(self.committed(), dict.fromkeys(range(1, 8), 1))
+                             r"\[not saved\] .*till\.db: .*locked\nReceipt 2 is only in memory")
+            store.execute("ROLLBACK")
+            self.assertIn("Receipt 2 is on the disk now", till.say("add 3 Tea 1.00"))
+        self.assertEqual(self.committed(), {1: (1, "queued"), 2: (1, "queued")})
 
-    def test_damaged_files_are_kept_aside_and_the_sale_goes_on(self):
+    def test_a_newer_store_is_refused_by_name_and_left_as_it_is(self):
         with Till(self.config) as till:
-            till.say("add 1 Milk 2.00", "commit", "add 2 Bread 3.00")
-        damaged = {"open.json": (self.data / "open.json").read_bytes()[:-9],
-                   "counter.json": b"\0\xff",
-                   "committing/0001-01-0001-0000007-20260101000000.json": b'{"format":"order"}'}
-        for name, content in damaged.items():
-            (self.data / name).write_bytes(content)
+            till.say("add 1 Milk 2.00", "commit")
+        with contextlib.closing(sqlite3.connect(self.data / "till.db")) as store:
+            store.execute("PRAGMA user_version = 9")
+        before = (self.data / "till.db").read_bytes()
+        for command, code in ([], 2), (["queue"], 1), (["deliver", "--once"], 1):
+            answer = self.command(*command)
+            self.assertEqual((answer.returncode, answer.stdout.count("newer version")), (code, 1))
+        self.assertEqual((self.data / "till.db").read_bytes(), before)
+
+    def test_a_queue_of_version_1_is_brought_forward_with_its_messages(self):
+        self.data.mkdir(mode=0o700)
+        with contextlib.closing(sqlite3.connect(self.data / "till.db")) as store:
+            store.executescript(VERSION_1.read_text())
+        answer = self.command("queue", "list")
+        self.assertRegex(answer.stdout, r"1 create, order 001-1, .*tries 3\n(?s:.*)waiting: 1, parked: 1")
+        self.assertEqual(self.rows("PRAGMA user_version"), [(2,)])
         with Till(self.config) as till:
-            self.assertEqual(till.start.count("it is kept as"), len(damaged))
-            self.assertIn("Receipt 8 is committed", till.say("add 3 Tea 1.00", "commit"))
-        self.assertEqual({file.read_bytes() for file in self.kept("damaged")},
-                         set(damaged.values()))
+            till.say("add 1 Milk 2.00", "commit")
+        self.assertEqual(self.committed(), {1: (1, "queued")})
 
     def test_a_whole_sale_leaves_no_secret_and_no_open_file(self):
         self.addCleanup(os.umask, os.umask(0))
@@ -139,7 +138,7 @@ class Faults(unittest.TestCase):
             code = re.search(r"code (\d+)", simulator.stdout.readline())[1]
             said = till.say(code, "edit", "Anna", "05.03.1990", "1", "b@example.org",
                             "add 1 Milk 2.00", "commit", "queue")
-            self.assertRegex(said, r"(?s)Done\..*\nwaiting: 1")
+            self.assertRegex(said, r"(?s)Done\..*\nMessages waiting: 1")
             arguments = pathlib.Path(f"/proc/{till.process.pid}/cmdline").read_text()
         till.output += self.command("queue", "export", self.data / "export.json").stdout
         till.output += self.command("deliver", "--once").stdout

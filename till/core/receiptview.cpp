@@ -28,8 +28,8 @@ CustomerView viewOf(const Client &client)
     view.name = client.getName();
     view.phone = client.getPhoneNumber();
     view.email = client.getEmail();
-    view.sex = client.getSex() == Client::Sex::Male ? CustomerView::Sex::Male
-                                                    : CustomerView::Sex::Female;
+    view.sex =
+        client.getSex() == Client::Sex::Male ? CustomerView::Sex::Male : CustomerView::Sex::Female;
     view.birthday = client.getBirthday();
     view.electronicReceipts = client.hasOption(ClientOptions::ElectronicReceipt);
     return view;

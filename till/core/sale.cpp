@@ -49,7 +49,8 @@ void Sale::open(int kind)
     current = parts.store.open(parts.place, kind);
     attach(current.document);
     const auto number = current.document->getHeader().num;
-    if (!current.isStored())
+    isUnstoredTold = !current.isStored();
+    if (isUnstoredTold)
         tellUnstored(number);
     emit happened({.kind = SaleEvent::Kind::Opened, .number = number});
 }
@@ -180,6 +181,7 @@ void Sale::cancel()
     takeCardOff();
     attach({});
     auto cancelled = std::exchange(current, {});
+    isUnstoredTold = false;
     const auto number = cancelled.document->getHeader().num;
     // One that the store never heard of need not be told to it.
     if (cancelled.row != 0 && !parts.store.save(cancelled, ReceiptState::Cancelled))
@@ -248,12 +250,16 @@ void Sale::tellPosition(SaleEvent::Kind kind, int position, double sum)
 /// Stores the receipt at hand, and with it what could not be stored before.
 bool Sale::save()
 {
-    const auto isStored = parts.store.save(current, ReceiptState::Open);
-    if (isStored)
-        storeCommitted();
-    else
-        tellUnstored(current.document->getHeader().num);
-    return isStored;
+    const auto number = current.document->getHeader().num;
+    if (!parts.store.save(current, ReceiptState::Open)) {
+        isUnstoredTold = true;
+        tellUnstored(number);
+        return false;
+    }
+    if (std::exchange(isUnstoredTold, false))
+        emit happened({.kind = SaleEvent::Kind::StoredLate, .number = number});
+    storeCommitted();
+    return true;
 }
 
 void Sale::tellUnstored(int number)

@@ -112,6 +112,7 @@ private:
     SaleParts parts;
     std::unique_ptr<Keeper> keeper;
     StoredReceipt current;            ///< Without a document when no receipt is open.
+    bool isUnstoredTold = false;      ///< Whether the cashier knows that it is not in the store.
     QList<UnstoredReceipt> committed; ///< Not in the store yet.
 };
 

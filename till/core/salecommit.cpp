@@ -84,10 +84,11 @@ void Sale::commit()
         refuse({.obstacle = Obstacle::LoyaltySystem, .text = parts.system.getLastErrorString()});
         return;
     }
-    // From here on a start commits it again, until it is stored as committed.
-    if (!parts.store.save(current, ReceiptState::Committing))
-        tellUnstored(numberOf(current));
+    // From here on a start commits it again, until it is stored as committed. A failure shows again
+    // then.
+    (void)parts.store.save(current, ReceiptState::Committing);
     const auto receipt = std::exchange(current, {});
+    isUnstoredTold = false;
     const auto report = handOver(receipt);
     emit happened({.kind = SaleEvent::Kind::Committed,
                    .number = numberOf(receipt),
@@ -174,11 +175,12 @@ Report Sale::handOver(const StoredReceipt &receipt)
 void Sale::storeCommitted()
 {
     while (!committed.isEmpty()) {
-        auto &[receipt, report, isTold] = committed.first();
-        const auto number = numberOf(receipt);
+        auto &next = committed.first();
+        const auto number = numberOf(next.receipt);
         const auto messages = parts.unstoredMessages.of(number);
+        auto report = next.report;
         report.outcome = outcomeOf(report, messages);
-        if (!parts.store.saveCommitted(receipt, report, messages))
+        if (!parts.store.saveCommitted(next.receipt, report, messages))
             return;
         parts.unstoredMessages.forget(number);
         if (committed.takeFirst().isTold)

@@ -39,25 +39,25 @@ enum class ActionOutcome { Done, Failed, Skipped, Unhandled };
 struct SaleEvent
 {
     enum class Kind {
-        Opened,           ///< Receipt `number`.
-        Reopened,         ///< Receipt `number`, found open at the start.
-        PositionAdded,    ///< `position`.
-        PositionChanged,  ///< `position`, its quantity.
-        PositionRemoved,  ///< `position`, as it was.
-        Discounted,       ///< `position`, cheaper by `sum`.
-        Identified,       ///< The receipt has a card with its holder.
-        NotIdentified,    ///< The receipt has no card; `text` may say why.
-        LoyaltyCleared,   ///< Card and loyalty data are off the receipt.
-        ActionEnded,      ///< `action`, with `number` its code.
-        Committed,        ///< Receipt `number` with the total `sum`; `report`.
-        ReportedAgain,    ///< Receipt `number` of before was reported; `report`.
-        Cancelled,        ///< Receipt `number`.
-        ShiftClosed,      ///< Shift `number`; the next one has begun.
-        NotStored,        ///< Receipt `number`, 0 for none, is not in the store yet: `text`.
-        StoredLate,       ///< Receipt `number`, told as not stored before, is in the store now.
-        StillToReport,    ///< So many (`number`) receipts of earlier runs go with later commits.
+        Opened,            ///< Receipt `number`.
+        Reopened,          ///< Receipt `number`, found open at the start.
+        PositionAdded,     ///< `position`.
+        PositionChanged,   ///< `position`, its quantity.
+        PositionRemoved,   ///< `position`, as it was.
+        Discounted,        ///< `position`, cheaper by `sum`.
+        Identified,        ///< The receipt has a card with its holder.
+        NotIdentified,     ///< The receipt has no card; `text` may say why.
+        LoyaltyCleared,    ///< Card and loyalty data are off the receipt.
+        ActionEnded,       ///< `action`, with `number` its code.
+        Committed,         ///< Receipt `number` with the total `sum`; `report`.
+        ReportedAgain,     ///< Receipt `number` of before was reported; `report`.
+        Cancelled,         ///< Receipt `number`.
+        ShiftClosed,       ///< Shift `number`; the next one has begun.
+        NotStored,         ///< Receipt `number`, 0 for none, is not in the store yet: `text`.
+        StoredLate,        ///< Receipt `number`, told as not stored before, is in the store now.
+        StillToReport,     ///< So many (`number`) receipts of earlier runs go with later commits.
         ReceiptUnreadable, ///< What the store holds of receipt `number` cannot be read: `text`.
-        Refused,          ///< A step was not taken: `obstacle`.
+        Refused,           ///< A step was not taken: `obstacle`.
     };
 
     Kind kind = Kind::Refused;

@@ -5,6 +5,9 @@
 #include <host/documentjson.h>
 #include <host/privatefile.h>
 
+#include <log4qt/logger.h>
+#include <log4qt/logmanager.h>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -54,9 +57,14 @@ QString kept(const QString &text)
 
 QString jsonOf(const AbstractDocument &document)
 {
-    QString error; // of values that no receipt of ours holds
-    return QString::fromUtf8(
-        QJsonDocument(documentjson::toJson(document, error)).toJson(QJsonDocument::Compact));
+    QString error;
+    const auto json = documentjson::toJson(document, error);
+    if (!error.isEmpty()) {
+        static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.store"));
+        logger->error(QStringLiteral("receipt %1 is stored without what cannot be: %2"),
+                      document.getHeader().num, error);
+    }
+    return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
 }
 
 ReportRecord reportOf(const Database::Row &row, int column)
@@ -152,7 +160,8 @@ StoredReceipt Store::open(const TillPlace &place, int kind)
 
     Transaction transaction(database);
     const auto known = transaction.begun() ? readNumbers(place) : std::nullopt;
-    header.shift = shift(place);
+    last.shift = std::max(last.shift, known ? known->shift : 0);
+    header.shift = last.shift;
     header.num = nextNumber(known);
     reserved->reserve(header.num);
     last.number = header.num;
@@ -168,8 +177,15 @@ bool Store::save(StoredReceipt &receipt, ReceiptState state)
     if (receipt.isStored() && receipt.state == state)
         return true;
     auto changed = receipt;
+    changed.state = state;
     Transaction transaction(database);
-    if (!transaction.begun() || !write(changed, state) || !transaction.commit())
+    if (!transaction.begun() || !write(changed, state))
+        return false;
+    if (receipt.row != 0 && receipt.state != state &&
+        !database.write("UPDATE receipts SET state = ?, changed = ? WHERE id = ?",
+                        {nameOf(stateNames, state), now(), changed.row}))
+        return false;
+    if (!transaction.commit())
         return false;
     receipt = changed;
     return true;
@@ -179,14 +195,16 @@ bool Store::saveCommitted(StoredReceipt &receipt, const ReportRecord &report,
                           const QList<QueuedMessage> &messages)
 {
     auto changed = receipt;
+    changed.state = ReceiptState::Committed;
     Transaction transaction(database);
-    if (!transaction.begun() || !write(changed, ReceiptState::Committed))
+    if (!transaction.begun() || !write(changed, changed.state))
         return false;
     // Whatever an earlier report has left is settled by this one.
     if (!database.write("DELETE FROM messages WHERE receipt = ?", {changed.row}) ||
-        !database.write("UPDATE receipts SET report = ?, answer = ?, told = ? WHERE id = ?",
+        !database.write("UPDATE receipts SET state = 'committed', report = ?, answer = ?, "
+                        "told = ?, changed = ? WHERE id = ?",
                         {nameOf(reportNames, report.outcome), kept(report.answer),
-                         kept(report.told), changed.row}))
+                         kept(report.told), now(), changed.row}))
         return false;
     const auto put = [&](const QueuedMessage &message) {
         return DBQueueBroker::insert(database, message, changed.row);
@@ -208,7 +226,7 @@ bool Store::closeShift(const TillPlace &place)
 {
     Transaction transaction(database);
     const auto known = transaction.begun() ? readNumbers(place) : std::nullopt;
-    last.shift = shift(place) + 1;
+    last.shift = std::max(last.shift, known ? known->shift : 0) + 1;
     return known && writeNumbers(place, {last.shift, known->number}) && transaction.commit();
 }
 
@@ -331,13 +349,11 @@ bool Store::writeNumbers(const TillPlace &place, const Numbers &given)
         .has_value();
 }
 
-/// The number after the last one; behind all that may have been given when the store does not know
-/// of any.
+/// The number after the last one given; behind all that may have been given when nobody knows.
 int Store::nextNumber(const std::optional<Numbers> &known)
 {
-    const auto stored = known ? known->number : 0;
-    const auto given = std::max(stored, last.number);
-    return (stored > 0 ? given : std::max(given, last.number > 0 ? 0 : reserved->highest())) + 1;
+    const auto given = std::max(known ? known->number : 0, last.number);
+    return (given > 0 ? given : reserved->highest()) + 1;
 }
 
 bool Store::insert(StoredReceipt &receipt, ReceiptState state)
@@ -357,22 +373,19 @@ bool Store::insert(StoredReceipt &receipt, ReceiptState state)
     return writeNumbers({header.shopCode, header.cashCode}, {header.shift, header.num});
 }
 
-/// Stores what has changed, as part of a transaction.
+/// Stores what has changed of the document, as part of a transaction; `state` is that of a receipt
+/// that the store does not know yet.
 bool Store::write(StoredReceipt &receipt, ReceiptState state)
 {
     if (receipt.row == 0)
         return insert(receipt, state);
-    const auto revision = receipt.document->getRevision();
-    const auto written =
-        receipt.isStored()
-            ? database.write("UPDATE receipts SET state = ?, changed = ? WHERE id = ?",
-                             {nameOf(stateNames, state), now(), receipt.row})
-            : database.write(
-                  "UPDATE receipts SET state = ?, changed = ?, document = ? WHERE id = ?",
-                  {nameOf(stateNames, state), now(), jsonOf(*receipt.document), receipt.row});
-    receipt.revision = revision;
-    receipt.state = state;
-    return written.has_value();
+    if (receipt.isStored())
+        return true;
+    receipt.revision = receipt.document->getRevision();
+    return database
+        .write("UPDATE receipts SET document = ?, changed = ? WHERE id = ?",
+               {jsonOf(*receipt.document), now(), receipt.row})
+        .has_value();
 }
 
 /// The receipt of a row; without a document when that cannot be read.

@@ -31,23 +31,41 @@ Till::~Till()
 
 std::optional<QString> Till::start()
 {
+    if (auto error = takePlace())
+        return error;
+    if (auto error = plugin.load(settings.pluginFile))
+        return error;
+    sellWith(plugin.getSystem());
+    return std::nullopt;
+}
+
+std::optional<QString> Till::start(BasicLoyaltySystem &system)
+{
+    auto error = takePlace();
+    if (!error)
+        sellWith(system);
+    return error;
+}
+
+std::optional<QString> Till::takePlace()
+{
     const auto state = lock.acquire();
     if (state == FileLock::State::Busy)
         return QStringLiteral("%1: another till is selling here").arg(settings.dataDirectory);
     if (state == FileLock::State::Unavailable)
         startNote = lock.lastError() + u'\n';
     startNote = (startNote + store.prepare()).trimmed();
-    if (store.isForeign())
-        return startNote;
-    if (auto error = plugin.load(settings.pluginFile))
-        return error;
-    ownSale = std::make_unique<Sale>(
-        SaleParts{plugin.getSystem(), store, unstoredMessages, told, settings.place});
+    return store.isForeign() ? std::optional(startNote) : std::nullopt;
+}
+
+void Till::sellWith(BasicLoyaltySystem &system)
+{
+    ownSale =
+        std::make_unique<Sale>(SaleParts{system, store, unstoredMessages, told, settings.place});
     QObject::connect(ownSale.get(), &Sale::messagesQueued, [this] {
         if (delivery)
             delivery->wake();
     });
-    return std::nullopt;
 }
 
 void Till::startDelivery()

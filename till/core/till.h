@@ -33,6 +33,8 @@ public:
     /// Takes the data directory, opens the store and loads the plugin. \return Why the till cannot
     /// sell, nothing when it can.
     [[nodiscard]] std::optional<QString> start();
+    /// The same with a loyalty system of the caller's, which must outlive the till.
+    [[nodiscard]] std::optional<QString> start(BasicLoyaltySystem &system);
     /// What was found wrong at the start and is no reason not to sell: a damaged store put aside,
     /// one that cannot be written. A text for the integrator, empty for nothing.
     const QString &note() const { return startNote; }
@@ -51,6 +53,9 @@ public:
     const QList<int> &onlyInMemory() const { return inMemory; }
 
 private:
+    std::optional<QString> takePlace();
+    void sellWith(BasicLoyaltySystem &system);
+
     Settings settings;
     FileLock lock;
     QString startNote;
