@@ -6,8 +6,6 @@
 #include <QTemporaryDir>
 
 #include <cstdlib>
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
@@ -44,14 +42,4 @@ QString writeScratchFile(const QString &name, Bytes bytes)
             file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
             file.write(bytesOf(bytes)) == static_cast<qint64>(bytes.size()));
     return path;
-}
-
-int descriptorOf(Bytes bytes)
-{
-    static const int descriptor = ::memfd_create("input", 0);
-    const auto size = static_cast<ssize_t>(bytes.size());
-    require(::ftruncate(descriptor, 0) == 0 &&
-            ::pwrite(descriptor, bytes.data(), bytes.size(), 0) == size &&
-            ::lseek(descriptor, 0, SEEK_SET) == 0);
-    return descriptor;
 }

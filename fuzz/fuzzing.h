@@ -21,6 +21,3 @@ QString scratchDirectory();
 /// Writes the bytes to the file of that name in the scratch directory.
 /// \return The file's path.
 QString writeScratchFile(const QString &name, Bytes bytes);
-
-/// A descriptor to read the bytes from, good until the next call.
-int descriptorOf(Bytes bytes);

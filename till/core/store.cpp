@@ -165,11 +165,11 @@ StoredReceipt Store::open(const TillPlace &place, int kind)
     header.num = nextNumber(known);
     reserved->reserve(header.num);
     last.number = header.num;
-    StoredReceipt receipt{QSharedPointer<AbstractDocument>::create(header)};
+    StoredReceipt receipt;
+    receipt.document = QSharedPointer<AbstractDocument>::create(header);
     auto stored = receipt;
-    if (known && insert(stored, ReceiptState::Open) && transaction.commit())
-        return stored;
-    return receipt;
+    const auto isStored = known && insert(stored, ReceiptState::Open) && transaction.commit();
+    return isStored ? stored : receipt;
 }
 
 bool Store::save(StoredReceipt &receipt, ReceiptState state)
