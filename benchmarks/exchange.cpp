@@ -36,19 +36,16 @@ void getCustomer(benchmark::State &state)
 }
 
 /// Identifications of a confirmed customer against the bare exchanges given.
-void identify(benchmark::State &state, const QString &phone, const QList<SentRequest> &requests,
-              const QString &receiptFile)
+void identify(benchmark::State &state, const QString &phone, const QList<SentRequest> &requests)
 {
     const LoadedPlugin plugin;
     BareExchange bare;
     plugin.attach(makeReceipt(1, 1));
-    Singleton<Session>::instance()->setDocumentFile(receiptFile);
     compare(
         state, 1, [&] { return plugin.identify(phone); },
         [&] {
             return std::ranges::all_of(requests, [&](const auto &sent) { return bare.post(sent); });
         });
-    Singleton<Session>::instance()->setDocumentFile({});
 }
 
 /// Identifies the customer of a receipt and commits it, and counts the connections it took. Its
@@ -74,18 +71,16 @@ void countConnections(benchmark::State &state, Setup &setup)
 void registerExchanges(Setup &setup)
 {
     benchmark::RegisterBenchmark("getCustomer", getCustomer)->UseManualTime();
-    const auto add = [](const char *name, const QString &phone, const QList<SentRequest> &requests,
-                        const QString &file = {}) {
+    const auto add = [](const char *name, const QString &phone,
+                        const QList<SentRequest> &requests) {
         benchmark::RegisterBenchmark(name, [=](benchmark::State &state) {
-            identify(state, phone, requests, file);
+            identify(state, phone, requests);
         })->UseManualTime();
     };
     const auto known = lookUp(confirmedPhone);
     const auto letterToKnown = letter(QStringLiteral("anna01@example.org"));
     add("identify/withoutEmail", phoneWithoutEmail, {lookUp(phoneWithoutEmail)});
-    add("identify/withEmail", confirmedPhone, {known});
     add("identify/withEmailBothExchanges", confirmedPhone, {known, letterToKnown});
-    add("identify/receiptKept", confirmedPhone, {known, letterToKnown}, setup.newFile());
     benchmark::RegisterBenchmark("connections",
                                  [&setup](auto &state) { countConnections(state, setup); })
         ->RangeMultiplier(10)
