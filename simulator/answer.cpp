@@ -2,7 +2,7 @@
 
 namespace simulator {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 
 Answer success(QJsonObject body)
 {

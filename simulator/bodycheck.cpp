@@ -3,210 +3,141 @@
 #include "simulator/answer.h"
 
 #include <QDate>
-#include <QDateTime>
+#include <QTime>
 
 #include <algorithm>
 #include <cmath>
 
 namespace simulator {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
+
+namespace kinds {
+
+using Value = QJsonValue;
+
+const Kind text{"must be a text"_L1, [](const Value &value) { return value.isString(); }};
+const Kind filledText{"must be a text that is not empty"_L1,
+                      [](const Value &value) { return !value.toString().isEmpty(); }};
+const Kind number{"must be a number"_L1, [](const Value &value) { return value.isDouble(); }};
+const Kind integer{"must be an integer"_L1, [](const Value &value) {
+                       return value.isDouble() && std::trunc(value.toDouble()) == value.toDouble();
+                   }};
+const Kind boolean{"must be true or false"_L1, [](const Value &value) { return value.isBool(); }};
+const Kind object{"must be an object"_L1, [](const Value &value) { return value.isObject(); }};
+const Kind objects{"must be an array of objects"_L1,
+                   [](const Value &value) { return value.isArray(); }};
+const Kind sex{R"(must be "male" or "female")"_L1,
+               [](const Value &value) { return value == "male"_L1 || value == "female"_L1; }};
+const Kind date{"must be a date that is past, dd.MM.yyyy"_L1, [](const Value &value) {
+                    const auto date = QDate::fromString(value.toString(), u"dd.MM.yyyy"_s);
+                    return date.isValid() && date <= QDate::currentDate();
+                }};
+// Date and time are read each for itself: read together they are local time, of which a change
+// of the clocks leaves out an hour.
+const Kind dateTime{"must be a time, dd.MM.yyyy HH:mm:ss"_L1, [](const Value &value) {
+                        const auto text = value.toString();
+                        const auto day = text.section(u' ', 0, 0), time = text.section(u' ', 1);
+                        return QDate::fromString(day, u"dd.MM.yyyy"_s).isValid() &&
+                               QTime::fromString(time, u"HH:mm:ss"_s).isValid();
+                    }};
+const Kind email{"must be an e-mail address"_L1,
+                 [](const Value &value) { return value.toString().indexOf(u'@') > 0; }};
+const Kind discount{R"(must be "discount")"_L1,
+                    [](const Value &value) { return value == "discount"_L1; }};
+const Kind identifier{"must be an integer or a text that is not empty"_L1, [](const Value &value) {
+                          return integer.holds(value) || filledText.holds(value);
+                      }};
+const Kind ids{"must be an object with exactly one identifier"_L1, [](const Value &value) {
+                   const auto ids = value.toObject();
+                   return ids.size() == 1 && !ids.begin().key().isEmpty() &&
+                          identifier.holds(*ids.begin());
+               }};
+const Kind lines = objects;
+const Kind probability{"must be a number from 0 to 1"_L1, [](const Value &value) {
+                           return value.isDouble() && value.toDouble() >= 0 &&
+                                  value.toDouble() <= 1;
+                       }};
+
+} // namespace kinds
 
 namespace {
 
 constexpr qsizetype maximumMessages = 20;
 
-/// Where a value stands, as a chain on the stack: a text is made of it only for a message.
-struct Location
+struct Finding
 {
-    QString text() const
-    {
-        const auto own = index < 0 ? QString(name) : QStringLiteral("%1[%2]").arg(name).arg(index);
-        return parent && !parent->name.isEmpty() ? parent->text() + u'.' + own : own;
-    }
-
-    const Location *parent = nullptr;
-    QLatin1String name;
-    qsizetype index = -1;
+    QString location;
+    QString message;
 };
+using Findings = QList<Finding>;
 
-bool isInteger(const QJsonValue &value)
+/// Says of findings inside a value where the value itself stands. Texts are made only of these:
+/// most bodies are right, and some are long.
+Findings at(const QString &place, Findings findings)
 {
-    return value.isDouble() && std::trunc(value.toDouble()) == value.toDouble();
-}
-
-bool isIdentifier(const QJsonValue &value)
-{
-    return isInteger(value) || !value.toString().isEmpty();
-}
-
-bool isPastDate(const QString &text)
-{
-    const auto date = QDate::fromString(text, QStringLiteral("dd.MM.yyyy"));
-    return date.isValid() && date <= QDate::currentDate();
-}
-
-bool isSingleId(const QJsonObject &ids)
-{
-    return ids.size() == 1 && !ids.begin().key().isEmpty() && isIdentifier(*ids.begin());
-}
-
-bool isTextArray(const QJsonValue &value)
-{
-    const auto array = value.toArray();
-    return value.isArray() && std::all_of(array.begin(), array.end(),
-                                          [](const QJsonValue &text) { return text.isString(); });
-}
-
-bool hasKind(const QJsonValue &value, Kind kind)
-{
-    switch (kind) {
-    case Kind::Text:
-        return value.isString();
-    case Kind::FilledText:
-        return !value.toString().isEmpty();
-    case Kind::Sex:
-        return value == "male"_L1 || value == "female"_L1;
-    case Kind::Date:
-        return isPastDate(value.toString());
-    case Kind::DateTime:
-        return QDateTime::fromString(value.toString(), QStringLiteral("dd.MM.yyyy HH:mm:ss"))
-            .isValid();
-    case Kind::Email:
-        return value.toString().indexOf(u'@') > 0;
-    case Kind::Discount:
-        return value == "discount"_L1;
-    case Kind::Number:
-        return value.isDouble();
-    case Kind::Integer:
-        return isInteger(value);
-    case Kind::Boolean:
-        return value.isBool();
-    case Kind::Identifier:
-        return isIdentifier(value);
-    case Kind::Ids:
-        return isSingleId(value.toObject());
-    case Kind::Object:
-        return value.isObject();
-    case Kind::Texts:
-        return isTextArray(value);
-    case Kind::Array:
-    case Kind::Lines:
-        return value.isArray();
+    for (auto &finding : findings) {
+        const bool goesOn = !finding.location.isEmpty() && !finding.location.startsWith(u'[');
+        finding.location = place + (goesOn ? u"."_s : QString()) + finding.location;
     }
-    return false;
+    return findings;
 }
 
-QLatin1String expectation(Kind kind)
+Findings checkObject(const QJsonObject &object, std::span<const Member> members);
+
+Findings checkArray(const QJsonArray &array, const Member &member)
 {
-    switch (kind) {
-    case Kind::Text:
-        return "must be a text"_L1;
-    case Kind::FilledText:
-        return "must be a text that is not empty"_L1;
-    case Kind::Sex:
-        return R"(must be "male" or "female")"_L1;
-    case Kind::Date:
-        return "must be a date that is past, dd.MM.yyyy"_L1;
-    case Kind::DateTime:
-        return "must be a time, dd.MM.yyyy HH:mm:ss"_L1;
-    case Kind::Email:
-        return "must be an e-mail address"_L1;
-    case Kind::Discount:
-        return R"(must be "discount")"_L1;
-    case Kind::Number:
-        return "must be a number"_L1;
-    case Kind::Integer:
-        return "must be an integer"_L1;
-    case Kind::Boolean:
-        return "must be true or false"_L1;
-    case Kind::Identifier:
-        return "must be an integer or a text that is not empty"_L1;
-    case Kind::Ids:
-        return "must be an object with exactly one identifier"_L1;
-    case Kind::Object:
-        return "must be an object"_L1;
-    case Kind::Texts:
-        return "must be an array of texts"_L1;
-    case Kind::Array:
-    case Kind::Lines:
-        return "must be an array of objects"_L1;
+    Findings found;
+    for (qsizetype i = 0; i < array.size() && found.size() < maximumMessages; ++i) {
+        auto inside = array[i].isObject() ? checkObject(array[i].toObject(), member.children)
+                                          : Findings{{{}, kinds::object.expectation}};
+        if (&member.kind == &kinds::lines && array[i]["lineNumber"_L1].toInteger() != i + 1)
+            inside.append({u"lineNumber"_s, u"must be %1"_s.arg(i + 1)});
+        if (!inside.isEmpty())
+            found += at(u"[%1]"_s.arg(i), inside);
     }
-    return {};
+    return found;
 }
 
-class BodyCheck
+Findings checkValue(const QJsonValue &value, const Member &member)
 {
-public:
-    void checkObject(const QJsonObject &object, const Location &at, std::span<const Member> members)
-    {
-        qsizetype known = 0;
-        for (const auto &member : members) {
-            const auto value = object.constFind(member.name);
-            if (value != object.constEnd()) {
-                ++known;
-                checkValue(*value, {&at, member.name}, member);
-            } else if (member.presence == Presence::Required) {
-                report({&at, member.name}, "is missing"_L1);
-            }
-        }
-        if (known != object.size())
-            reportUnknown(object, at, members);
-    }
+    if (!member.kind.holds(value))
+        return {{{}, member.kind.expectation}};
+    if (member.children.empty())
+        return {};
+    return value.isArray() ? checkArray(value.toArray(), member)
+                           : checkObject(value.toObject(), member.children);
+}
 
-    QJsonArray messages;
-
-private:
-    void checkValue(const QJsonValue &value, const Location &at, const Member &member)
-    {
-        if (!hasKind(value, member.kind))
-            report(at, expectation(member.kind));
-        else if (member.kind == Kind::Object)
-            checkObject(value.toObject(), at, member.children);
-        else if (member.kind == Kind::Array || member.kind == Kind::Lines)
-            checkArray(value.toArray(), at, member);
-    }
-
-    void checkArray(const QJsonArray &array, const Location &at, const Member &member)
-    {
-        for (qsizetype i = 0; i < array.size() && messages.size() < maximumMessages; ++i) {
-            const Location place{at.parent, at.name, i};
-            const auto element = array.at(i);
-            if (!element.isObject()) {
-                report(place, expectation(Kind::Object));
-                continue;
-            }
-            const auto object = element.toObject();
-            checkObject(object, place, member.children);
-            if (member.kind == Kind::Lines && object.value("lineNumber"_L1).toInteger() != i + 1)
-                report({&place, "lineNumber"_L1}, QStringLiteral("must be %1").arg(i + 1));
+Findings checkObject(const QJsonObject &object, std::span<const Member> members)
+{
+    Findings found;
+    qsizetype known = 0;
+    for (const auto &member : members) {
+        if (const auto value = object.constFind(member.name); value != object.constEnd()) {
+            ++known;
+            if (const auto inside = checkValue(*value, member); !inside.isEmpty())
+                found += at(member.name, inside);
+        } else if (member.presence == Presence::Required) {
+            found.append({member.name, u"is missing"_s});
         }
     }
-
-    void reportUnknown(const QJsonObject &object, const Location &at,
-                       std::span<const Member> members)
-    {
-        for (const auto &name : object.keys()) {
-            const auto expected = [&name](const Member &member) { return member.name == name; };
-            if (std::none_of(members.begin(), members.end(), expected))
-                report(at, QStringLiteral("has the unknown member '%1'").arg(name.left(100)));
-        }
+    for (const auto &name : known == object.size() ? QStringList() : object.keys()) {
+        const auto isName = [&name](const Member &member) { return member.name == name; };
+        if (std::none_of(members.begin(), members.end(), isName))
+            found.append({{}, u"has the unknown member '%1'"_s.arg(name.left(100))});
     }
-
-    void report(const Location &at, const QString &message)
-    {
-        if (messages.size() < maximumMessages)
-            messages.append(validationMessage(message, at.text()));
-    }
-};
+    return found;
+}
 
 } // namespace
 
 QJsonArray checkBody(const QJsonObject &body, std::span<const Member> members)
 {
-    BodyCheck check;
-    check.checkObject(body, {}, members);
-    return check.messages;
+    QJsonArray messages;
+    for (const auto &[location, message] : checkObject(body, members).mid(0, maximumMessages))
+        messages.append(validationMessage(message, location));
+    return messages;
 }
 
 } // namespace simulator

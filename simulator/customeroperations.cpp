@@ -5,7 +5,7 @@
 
 namespace simulator {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,10 +19,14 @@ QString sentPhone(const QJsonObject &body)
     return normalizedPhone(sentCustomer(body).value("mobilePhone"_L1).toString());
 }
 
-Answer noPhone()
+Answer phoneRefused(const QString &reason)
 {
-    return refusal(QStringLiteral("This is no mobile phone number"),
-                   QStringLiteral("customer.mobilePhone"));
+    return refusal(reason, u"customer.mobilePhone"_s);
+}
+
+Answer emailRefused(const QString &reason)
+{
+    return refusal(reason, u"customer.email"_s);
 }
 
 /// A customer in an answer; only the processing status for an empty one.
@@ -32,9 +36,15 @@ QJsonObject customerPart(QJsonObject customer, QLatin1String processingStatus)
     return {{"customer"_L1, customer}};
 }
 
-QJsonObject confirmationPart(QLatin1String processingStatus)
+Answer notFound()
 {
-    return {{"smsConfirmation"_L1, QJsonObject{{"processingStatus"_L1, processingStatus}}}};
+    return success(customerPart({}, "NotFound"_L1));
+}
+
+Answer confirmation(QLatin1String processingStatus)
+{
+    return success(
+        {{"smsConfirmation"_L1, QJsonObject{{"processingStatus"_L1, processingStatus}}}});
 }
 
 /// Takes over what was sent, in the form of the answers.
@@ -43,9 +53,8 @@ QJsonObject withData(QJsonObject customer, const QJsonObject &sent)
     customer.insert("firstName"_L1, sent.value("firstName"_L1));
     customer.insert("sex"_L1, sent.value("sex"_L1));
     if (const auto text = sent.value("birthDate"_L1).toString(); !text.isEmpty())
-        customer.insert(
-            "birthDate"_L1,
-            QDate::fromString(text, QStringLiteral("dd.MM.yyyy")).toString(Qt::ISODate));
+        customer.insert("birthDate"_L1,
+                        QDate::fromString(text, u"dd.MM.yyyy"_s).toString(Qt::ISODate));
     const auto email = sent.value("email"_L1);
     if (email.isString() && email != customer.value("email"_L1)) {
         customer.insert("email"_L1, email);
@@ -60,65 +69,58 @@ Answer Service::getCustomer(const QJsonObject &body)
 {
     const auto phone = sentPhone(body);
     if (phone.isEmpty())
-        return noPhone();
+        return phoneRefused(u"This is no mobile phone number"_s);
     if (failingReloads.remove(phone))
-        return protocolError(500, QStringLiteral("The customer cannot be read now"));
-    const auto customer = customers.customer(phone);
-    return success(customer ? customerPart(*customer, "Found"_L1)
-                            : customerPart({}, "NotFound"_L1));
+        return protocolError(500, u"The customer cannot be read now"_s);
+    const auto known = customer(phone);
+    return known.isEmpty() ? notFound() : success(customerPart(known, "Found"_L1));
 }
 
 Answer Service::registerCustomer(const QJsonObject &body)
 {
     const auto phone = sentPhone(body);
     if (phone.isEmpty())
-        return noPhone();
+        return phoneRefused(u"This is no mobile phone number"_s);
     if (behaviour(phone) == Behaviour::RegistrationRefused)
-        return refusal(QStringLiteral("The phone is blocked"),
-                       QStringLiteral("customer.mobilePhone"));
-    if (customers.customer(phone))
-        return refusal(QStringLiteral("The phone is registered already"),
-                       QStringLiteral("customer.mobilePhone"));
+        return phoneRefused(u"The phone is blocked"_s);
+    if (!customer(phone).isEmpty())
+        return phoneRefused(u"The phone is registered already"_s);
     const QJsonObject blank{
         {"mobilePhone"_L1, phone},
         {"isMobilePhoneConfirmed"_L1, false},
         {"isEmailConfirmed"_L1, false},
         {"lastName"_L1, QString()},
         {"customFields"_L1, QJsonObject{{"consentToElectronicChecks"_L1, false}}}};
-    const auto customer = withData(blank, sentCustomer(body));
-    if (!keep({CustomerStore::customerRecord(customer), newCodeRecord(phone)}))
-        return notKept();
+    const auto fresh = withData(blank, sentCustomer(body));
+    store.put(kept::customers, phone, fresh);
     sendCode(phone);
-    return success(customerPart(customer, "Created"_L1));
+    return success(customerPart(fresh, "Created"_L1));
 }
 
 Answer Service::editCustomer(const QJsonObject &body)
 {
     const auto phone = sentPhone(body);
-    const auto known = customers.customer(phone);
-    if (!known)
-        return refusal(QStringLiteral("The customer is unknown"),
-                       QStringLiteral("customer.mobilePhone"));
-    const auto customer = withData(*known, sentCustomer(body));
-    if (!keep({CustomerStore::customerRecord(customer)}))
-        return notKept();
+    const auto known = customer(phone);
+    if (known.isEmpty())
+        return phoneRefused(u"The customer is unknown"_s);
+    const auto edited = withData(known, sentCustomer(body));
+    store.put(kept::customers, phone, edited);
     if (behaviour(phone) == Behaviour::ReloadFails)
         failingReloads.insert(phone);
-    return success(customerPart(customer, "Changed"_L1));
+    return success(customerPart(edited, "Changed"_L1));
 }
 
 Answer Service::checkAuthorizationCode(const QJsonObject &body)
 {
     const auto phone = sentPhone(body);
-    const auto customer = customers.customer(phone);
-    if (!customer)
-        return success(customerPart({}, "NotFound"_L1));
+    const auto known = customer(phone);
+    if (known.isEmpty())
+        return notFound();
     const auto code = body.value("authentificationCode"_L1).toString();
     if (!isCodeRight(phone, code))
-        return success(confirmationPart("IncorrectConfirmationCode"_L1));
-    if (!keep({CustomerStore::codeRecord(phone, {})}))
-        return notKept();
-    auto answer = customerPart(*customer, "Found"_L1);
+        return confirmation("IncorrectConfirmationCode"_L1);
+    store.remove(kept::codes, phone);
+    auto answer = customerPart(known, "Found"_L1);
     answer.insert("authenticationCode"_L1, code);
     return success(answer);
 }
@@ -126,64 +128,64 @@ Answer Service::checkAuthorizationCode(const QJsonObject &body)
 Answer Service::confirmMobilePhone(const QJsonObject &body)
 {
     const auto phone = sentPhone(body);
-    auto customer = customers.customer(phone);
-    if (!customer)
-        return success(customerPart({}, "NotFound"_L1));
-    if (customer->value("isMobilePhoneConfirmed"_L1).toBool())
-        return success(confirmationPart("AlreadyConfirmed"_L1));
-    const auto code = body.value("smsConfirmation"_L1).toObject().value("code"_L1).toString();
-    if (!isCodeRight(phone, code))
-        return success(confirmationPart("IncorrectConfirmationCode"_L1));
-    customer->insert("isMobilePhoneConfirmed"_L1, true);
-    if (!keep({CustomerStore::customerRecord(*customer), CustomerStore::codeRecord(phone, {})}))
-        return notKept();
-    return success(confirmationPart("MobilePhoneConfirmed"_L1));
+    auto known = customer(phone);
+    if (known.isEmpty())
+        return notFound();
+    if (known.value("isMobilePhoneConfirmed"_L1).toBool())
+        return confirmation("AlreadyConfirmed"_L1);
+    if (!isCodeRight(phone, body["smsConfirmation"_L1]["code"_L1].toString()))
+        return confirmation("IncorrectConfirmationCode"_L1);
+    known.insert("isMobilePhoneConfirmed"_L1, true);
+    store.put(kept::customers, phone, known);
+    store.remove(kept::codes, phone);
+    return confirmation("MobilePhoneConfirmed"_L1);
 }
 
 Answer Service::resendConfirmationCode(const QJsonObject &body)
 {
     const auto phone = sentPhone(body);
-    const auto customer = customers.customer(phone);
-    if (!customer)
-        return success(customerPart({}, "NotFound"_L1));
-    if (!keep({newCodeRecord(phone)}))
-        return notKept();
+    const auto known = customer(phone);
+    if (known.isEmpty())
+        return notFound();
     sendCode(phone);
-    return success(customerPart(*customer, "Found"_L1));
+    return success(customerPart(known, "Found"_L1));
 }
 
 Answer Service::emailConfirmationLetter(const QJsonObject &body)
 {
     const auto email = sentCustomer(body).value("email"_L1).toString();
-    if (!customers.knowsEmail(email))
-        return refusal(QStringLiteral("No customer has this e-mail address"),
-                       QStringLiteral("customer.email"));
+    if (!store.knowsEmail(email))
+        return emailRefused(u"No customer has this e-mail address"_s);
     if (isLetterRefused(email))
-        return refusal(QStringLiteral("The mailbox does not accept letters"),
-                       QStringLiteral("customer.email"));
-    if (!keep({CustomerStore::letterRecord(email)}))
-        return notKept();
-    message = QStringLiteral("Letter to %1").arg(email);
+        return emailRefused(u"The mailbox does not accept letters"_s);
+    store.append(kept::letters,
+                 {{"email"_L1, email}, {"sentAt"_L1, QDateTime::currentMSecsSinceEpoch()}});
+    message = u"Letter to %1"_s.arg(email);
     return success(customerPart({}, "Found"_L1));
+}
+
+QJsonObject Service::customer(const QString &phone) const
+{
+    return store.get(kept::customers, phone);
 }
 
 bool Service::isCodeRight(const QString &phone, const QString &code) const
 {
-    const auto sent = customers.code(phone);
-    return !code.isEmpty() && sent.text == code &&
-           QDateTime::currentMSecsSinceEpoch() < sent.expiresAt;
-}
-
-QJsonObject Service::newCodeRecord(const QString &phone)
-{
-    return CustomerStore::codeRecord(
-        phone, {.text = QString::number(random.bounded(1000, 10000)),
-                .expiresAt = QDateTime::currentMSecsSinceEpoch() + options.codeLifetime.count()});
+    const auto sent = store.get(kept::codes, phone);
+    return sent.value("code"_L1) == code &&
+           QDateTime::currentMSecsSinceEpoch() < sent.value("expiresAt"_L1).toInteger();
 }
 
 void Service::sendCode(const QString &phone)
 {
-    message = QStringLiteral("SMS to %1: code %2").arg(phone, customers.code(phone).text);
+    const auto now = QDateTime::currentMSecsSinceEpoch();
+    const QJsonObject sent{{"mobilePhone"_L1, phone},
+                           {"code"_L1, QString::number(random.bounded(1000, 10000))},
+                           {"sentAt"_L1, now},
+                           {"expiresAt"_L1, now + qint64(options.codeLifetime.count())}};
+    store.put(kept::codes, phone, sent);
+    store.append(kept::sms, sent);
+    message = u"SMS to %1: code %2"_s.arg(phone, sent.value("code"_L1).toString());
 }
 
 } // namespace simulator

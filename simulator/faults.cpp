@@ -3,98 +3,98 @@
 #include "simulator/bodycheck.h"
 
 #include <QJsonArray>
-#include <QLocale>
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 namespace simulator {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-struct KindName
-{
-    FaultKind kind;
-    QLatin1String name;
-};
+constexpr auto kindNames = std::to_array<std::pair<FaultKind, QLatin1String>>({
+    {FaultKind::Delay, "delay"_L1},
+    {FaultKind::Drop, "drop"_L1},
+    {FaultKind::Cut, "cut"_L1},
+    {FaultKind::EmptyBody, "emptyBody"_L1},
+    {FaultKind::Http500, "http500"_L1},
+    {FaultKind::Busy, "busy"_L1},
+    {FaultKind::Html, "html"_L1},
+    {FaultKind::SlowDrip, "slowDrip"_L1},
+    {FaultKind::WrongCodeAsValidationError, "wrongCodeAsValidationError"_L1},
+});
 
-constexpr std::array kindNames{
-    KindName{FaultKind::Delay, "delay"_L1},
-    KindName{FaultKind::Drop, "drop"_L1},
-    KindName{FaultKind::Cut, "cut"_L1},
-    KindName{FaultKind::EmptyBody, "emptyBody"_L1},
-    KindName{FaultKind::Http500, "http500"_L1},
-    KindName{FaultKind::Html, "html"_L1},
-    KindName{FaultKind::SlowDrip, "slowDrip"_L1},
-    KindName{FaultKind::WrongCodeAsValidationError, "wrongCodeAsValidationError"_L1},
-};
+std::optional<FaultKind> faultKind(const QJsonValue &name)
+{
+    const auto *const known =
+        std::find_if(kindNames.begin(), kindNames.end(),
+                     [&name](const auto &kind) { return kind.second == name; });
+    return known == kindNames.end() ? std::nullopt : std::optional(known->first);
+}
+
+template<qint64 least, qint64 most>
+bool isFrom(const QJsonValue &value)
+{
+    const auto number = value.toInteger(least - 1);
+    return least <= number && number <= most;
+}
+
+const Kind kind{"must be a kind of fault"_L1,
+                [](const QJsonValue &value) { return faultKind(value).has_value(); }};
+const Kind someKinds{"must be kinds of faults"_L1, [](const QJsonValue &value) {
+                         const auto names = value.toArray();
+                         return !names.isEmpty() &&
+                                std::all_of(names.begin(), names.end(), kind.holds);
+                     }};
+const Kind count{"must be from 0 to 1000000"_L1, isFrom<0, 1'000'000>};
+const Kind duration{"must be from 0 to 600000"_L1, isFrom<0, 600'000>};
+const Kind httpCode{"must be from 200 to 599"_L1, isFrom<200, 599>};
+const Kind seed{"must be from 0 to 4294967295"_L1, isFrom<0, 0xffff'ffff>};
 
 constexpr auto faultMembers = std::to_array<Member>({
-    {"kind"_L1, Kind::FilledText},
-    {"operation"_L1, Kind::Text, Presence::Optional},
-    {"count"_L1, Kind::Integer, Presence::Optional},
-    {"executed"_L1, Kind::Boolean, Presence::Optional},
-    {"milliseconds"_L1, Kind::Integer, Presence::Optional},
-    {"httpCode"_L1, Kind::Integer, Presence::Optional},
+    {"kind"_L1, kind},
+    {"operation"_L1, kinds::text, Presence::Optional},
+    {"count"_L1, count, Presence::Optional},
+    {"executed"_L1, kinds::boolean, Presence::Optional},
+    {"milliseconds"_L1, duration, Presence::Optional},
+    {"httpCode"_L1, httpCode, Presence::Optional},
+    {"retryAfter"_L1, duration, Presence::Optional},
+    {"probability"_L1, kinds::probability, Presence::Optional},
 });
 
 constexpr auto randomMembers = std::to_array<Member>({
-    {"seed"_L1, Kind::Integer},
-    {"probability"_L1, Kind::Number},
-    {"kinds"_L1, Kind::Texts},
-    {"milliseconds"_L1, Kind::Integer, Presence::Optional},
+    {"seed"_L1, seed},
+    {"probability"_L1, kinds::probability},
+    {"kinds"_L1, someKinds},
+    {"milliseconds"_L1, duration, Presence::Optional},
 });
 
 constexpr auto randomOrder = std::to_array<Member>({nested("random"_L1, randomMembers)});
 
-struct Range
+Fault fromJson(const QJsonObject &order)
 {
-    QLatin1String member;
-    qint64 least;
-    qint64 most;
-};
-
-constexpr std::array ranges{
-    Range{"count"_L1, 1, 1'000'000}, Range{"milliseconds"_L1, 0, 600'000},
-    Range{"httpCode"_L1, 200, 599},  Range{"seed"_L1, 0, std::numeric_limits<quint32>::max()},
-    Range{"probability"_L1, 0, 1},
-};
-
-/// Says which number of an order, or of its "random", lies outside its range; empty for none.
-QString outOfRange(const QJsonObject &order)
-{
-    for (const auto &[member, least, most] : ranges) {
-        const auto number = order.value(member).toDouble(static_cast<double>(least));
-        if (number < static_cast<double>(least) || number > static_cast<double>(most))
-            return QStringLiteral("%1 must be from %2 to %3, not %4")
-                .arg(member)
-                .arg(least)
-                .arg(most)
-                .arg(number, 0, 'g', QLocale::FloatingPointShortest);
-    }
-    return {};
+    const Fault usual;
+    return {.kind = *faultKind(order.value("kind"_L1)),
+            .operation = order.value("operation"_L1).toString(),
+            .count = order.value("count"_L1).toInt(usual.count),
+            .executed = order.value("executed"_L1).toBool(usual.executed),
+            .milliseconds = order.value("milliseconds"_L1).toInt(usual.milliseconds),
+            .httpCode = order.value("httpCode"_L1).toInt(usual.httpCode),
+            .retryAfter = order.value("retryAfter"_L1).toInt(usual.retryAfter),
+            .probability = order.value("probability"_L1).toDouble(usual.probability)};
 }
 
-std::optional<FaultKind> faultKind(const QString &name)
+QJsonObject toJson(const Fault &fault)
 {
-    const auto *const known = std::find_if(kindNames.begin(), kindNames.end(),
-                                           [&name](const auto &kind) { return kind.name == name; });
-    return known == kindNames.end() ? std::nullopt : std::optional(known->kind);
-}
-
-QString unknownKind(const QString &name)
-{
-    return QStringLiteral("unknown kind of fault '%1'").arg(name);
-}
-
-QString firstMessage(const QJsonArray &messages)
-{
-    const auto message = messages.first().toObject();
-    return (message.value("location"_L1).toString() + u' ' + message.value("message"_L1).toString())
-        .trimmed();
+    return {{"kind"_L1, faultName(fault.kind)},
+            {"operation"_L1, fault.operation},
+            {"count"_L1, fault.count},
+            {"executed"_L1, fault.executed},
+            {"milliseconds"_L1, fault.milliseconds},
+            {"httpCode"_L1, fault.httpCode},
+            {"retryAfter"_L1, fault.retryAfter},
+            {"probability"_L1, fault.probability}};
 }
 
 } // namespace
@@ -102,70 +102,58 @@ QString firstMessage(const QJsonArray &messages)
 QString faultName(FaultKind kind)
 {
     return std::find_if(kindNames.begin(), kindNames.end(),
-                        [kind](const auto &known) { return known.kind == kind; })
-        ->name;
+                        [kind](const auto &known) { return known.first == kind; })
+        ->second;
 }
 
 void FaultPlan::add(const Fault &fault)
 {
     const std::lock_guard lock(mutex);
-    if (fault.count > 0)
-        waiting.append(fault);
+    const auto drawn = std::find_if(waiting.begin(), waiting.end(),
+                                    [](const Fault &other) { return other.isDrawn; });
+    waiting.insert(fault.isDrawn ? waiting.end() : drawn, fault);
 }
 
 QString FaultPlan::addJson(const QJsonObject &order)
 {
     const bool isRandom = order.contains("random"_L1);
-    const auto messages = isRandom ? checkBody(order, randomOrder) : checkBody(order, faultMembers);
-    if (!messages.isEmpty())
-        return firstMessage(messages);
-    const auto content = isRandom ? order.value("random"_L1).toObject() : order;
-    if (auto wrong = outOfRange(content); !wrong.isEmpty())
-        return wrong;
-    return isRandom ? setRandom(content) : addFault(content);
-}
-
-QString FaultPlan::addFault(const QJsonObject &order)
-{
-    const Fault usual;
-    const auto name = order.value("kind"_L1).toString();
-    const auto kind = faultKind(name);
-    if (!kind)
-        return unknownKind(name);
-    add({.kind = *kind,
-         .operation = order.value("operation"_L1).toString(),
-         .count = order.value("count"_L1).toInt(usual.count),
-         .executed = order.value("executed"_L1).toBool(usual.executed),
-         .milliseconds = order.value("milliseconds"_L1).toInt(usual.milliseconds),
-         .httpCode = order.value("httpCode"_L1).toInt(usual.httpCode)});
+    const auto wrong = isRandom ? checkBody(order, randomOrder) : checkBody(order, faultMembers);
+    if (!wrong.isEmpty())
+        return (wrong[0]["location"_L1].toString() + u' ' + wrong[0]["message"_L1].toString())
+            .trimmed();
+    if (isRandom)
+        addRandom(order.value("random"_L1).toObject());
+    else
+        add(fromJson(order));
     return {};
 }
 
-QString FaultPlan::setRandom(const QJsonObject &order)
+void FaultPlan::addRandom(const QJsonObject &order)
 {
-    const RandomFaults usual;
-    RandomFaults faults{.seed = static_cast<quint32>(order.value("seed"_L1).toInteger()),
-                        .probability = order.value("probability"_L1).toDouble(),
-                        .milliseconds = order.value("milliseconds"_L1).toInt(usual.milliseconds)};
-    for (const auto name : order.value("kinds"_L1).toArray()) {
-        const auto kind = faultKind(name.toString());
-        if (!kind)
-            return unknownKind(name.toString());
-        faults.kinds.append(*kind);
+    {
+        const std::lock_guard lock(mutex);
+        waiting.removeIf([](const Fault &fault) { return fault.isDrawn; });
+        generator.seed(static_cast<quint32>(order.value("seed"_L1).toInteger()));
     }
-    if (faults.kinds.isEmpty())
-        return QStringLiteral("kinds must name a kind of fault");
-    const std::lock_guard lock(mutex);
-    random = faults;
-    generator.seed(faults.seed);
-    return {};
+    const auto names = order.value("kinds"_L1).toArray();
+    const auto share = order.value("probability"_L1).toDouble() / double(names.size());
+    // A kind is tried only when those before it did not hit, so that each gets the same share.
+    for (double before = 0; const auto name : names) {
+        auto fault =
+            fromJson({{"kind"_L1, name}, {"milliseconds"_L1, order.value("milliseconds"_L1)}});
+        fault.count = 0;
+        fault.probability = share / (1 - before);
+        fault.isDrawn = true;
+        add(fault);
+        before += share;
+    }
 }
 
-void FaultPlan::clear()
+void FaultPlan::clear(const QString &kind)
 {
     const std::lock_guard lock(mutex);
-    waiting.clear();
-    random = {};
+    waiting.removeIf(
+        [&kind](const Fault &fault) { return kind.isEmpty() || faultName(fault.kind) == kind; });
 }
 
 void FaultPlan::reset()
@@ -178,20 +166,26 @@ void FaultPlan::reset()
 std::optional<Fault> FaultPlan::next(const QString &operation)
 {
     const std::lock_guard lock(mutex);
-    const auto ordered = std::find_if(waiting.begin(), waiting.end(), [&](const Fault &fault) {
-        return fault.operation.isEmpty() || fault.operation == operation;
-    });
-    std::optional<Fault> fault;
-    if (ordered != waiting.end()) {
-        fault = *ordered;
-        if (--ordered->count == 0)
-            waiting.erase(ordered);
-    } else {
-        fault = draw();
+    const auto found = std::find_if(waiting.begin(), waiting.end(),
+                                    [&](const Fault &fault) { return hits(fault, operation); });
+    if (found == waiting.end())
+        return {};
+    auto fault = *found;
+    if (fault.count > 0 && --found->count == 0)
+        waiting.erase(found);
+    if (fault.isDrawn) {
+        fault.executed = generator.bounded(2) == 1;
+        if (fault.kind == FaultKind::Delay)
+            fault.milliseconds = generator.bounded(fault.milliseconds + 1);
     }
-    if (fault)
-        ++played[faultName(fault->kind)];
+    ++played[faultName(fault.kind)];
     return fault;
+}
+
+bool FaultPlan::hits(const Fault &fault, const QString &operation)
+{
+    return (fault.operation.isEmpty() || fault.operation == operation) &&
+           (fault.probability >= 1 || generator.generateDouble() < fault.probability);
 }
 
 QJsonObject FaultPlan::toJson() const
@@ -200,22 +194,10 @@ QJsonObject FaultPlan::toJson() const
     QJsonObject counts;
     for (auto count = played.begin(); count != played.end(); ++count)
         counts.insert(count.key(), *count);
-    qint64 requests = 0;
+    QJsonArray orders;
     for (const auto &fault : waiting)
-        requests += fault.count;
-    return {{"played"_L1, counts}, {"waiting"_L1, requests}};
-}
-
-std::optional<Fault> FaultPlan::draw()
-{
-    if (random.kinds.isEmpty() || generator.generateDouble() >= random.probability)
-        return {};
-    Fault fault;
-    fault.kind = random.kinds.at(generator.bounded(static_cast<int>(random.kinds.size())));
-    fault.executed = generator.bounded(2) == 1;
-    fault.milliseconds = fault.kind == FaultKind::Delay ? generator.bounded(random.milliseconds + 1)
-                                                        : random.milliseconds;
-    return fault;
+        orders.append(simulator::toJson(fault));
+    return {{"played"_L1, counts}, {"waiting"_L1, orders}};
 }
 
 } // namespace simulator

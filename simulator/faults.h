@@ -16,8 +16,9 @@ enum class FaultKind {
     Delay,                     ///< The answer comes after `milliseconds`.
     Drop,                      ///< The connection closes without a byte.
     Cut,                       ///< The connection closes after half of the answer's body.
-    EmptyBody,                 ///< The HTTP code `httpCode` and no body.
+    EmptyBody,                 ///< The HTTP code `httpCode`, by itself 200, and no body.
     Http500,                   ///< HTTP code 500 and no body.
+    Busy,                      ///< `httpCode`, by itself 503, no body, `Retry-After: retryAfter`.
     Html,                      ///< A page with HTTP code 200 where JSON is expected.
     SlowDrip,                  ///< The answer's body comes byte by byte, one every `milliseconds`.
     WrongCodeAsValidationError ///< A wrong SMS code is answered as a validation error.
@@ -31,22 +32,17 @@ struct Fault
 {
     FaultKind kind = FaultKind::Drop;
     QString operation{}; ///< Name of the only operation hit; empty for every operation.
-    int count = 1;       ///< How many requests are hit; none below 1.
+    int count = 1;       ///< How many requests are hit; 0 for all until it is dropped.
     /// Whether the operation is done before the fault plays: a lost answer, else a lost request.
     /// Delay does it after the wait when this is false; SlowDrip and WrongCodeAsValidationError
     /// carry the operation's own answer and always do it.
     bool executed = true;
     int milliseconds = 100;
-    int httpCode = 200;
-};
-
-/// Faults drawn by lot for every request that no ordered fault hits.
-struct RandomFaults
-{
-    quint32 seed = 0;
-    double probability = 0; ///< 0 to 1; 0 draws nothing.
-    QList<FaultKind> kinds{};
-    int milliseconds = 100; ///< Longest delay, and the time a dripped answer takes a byte.
+    int httpCode = 0;       ///< 0 for what the kind has by itself.
+    int retryAfter = 1;     ///< Seconds.
+    double probability = 1; ///< Whether a request is hit, by lot.
+    /// Whether `executed` and the length of a delay, up to `milliseconds`, are drawn by lot, too.
+    bool isDrawn = false;
 };
 
 /// Faults waiting to be played, and how many of each kind were. Usable from several threads.
@@ -54,28 +50,28 @@ class FaultPlan
 {
 public:
     void add(const Fault &fault);
-    /// Takes an order of the control door: one fault, or {"random": {...}}. Returns what is wrong
-    /// with it, a member out of its range included; empty when it was taken.
+    /// Takes an order of the control door: one fault, or {"random": {...}}, by which any of some
+    /// kinds hits what no fault ordered singly does. Returns what is wrong with it, a member out
+    /// of its range included; empty when it was taken.
     QString addJson(const QJsonObject &order);
-    /// Drops every waiting fault, the random ones too; the counts stay.
-    void clear();
+    /// Drops every waiting fault, or those of one kind; the counts stay.
+    void clear(const QString &kind = {});
     /// Drops the counts as well.
     void reset();
 
     /// The fault to play on this request, taken off the plan and counted.
     std::optional<Fault> next(const QString &operation);
-    /// Members "played" (counts by name of the kind) and "waiting".
+    /// Members "played" (counts by name of the kind) and "waiting" (orders as `addJson` takes
+    /// them).
     QJsonObject toJson() const;
 
 private:
-    QString addFault(const QJsonObject &order);
-    QString setRandom(const QJsonObject &order);
-    std::optional<Fault> draw();
+    void addRandom(const QJsonObject &order);
+    bool hits(const Fault &fault, const QString &operation);
 
     mutable std::mutex mutex;
-    QList<Fault> waiting;
-    RandomFaults random;
-    QRandomGenerator generator;
+    QList<Fault> waiting; ///< The drawn ones at the end.
+    QRandomGenerator generator = QRandomGenerator::securelySeeded();
     QMap<QString, int> played;
 };
 

@@ -1,17 +1,16 @@
 #include "simulator/operationsendpoint.h"
 
-#include "simulator/connections.h"
 #include "simulator/wire.h"
 
 #include <QJsonDocument>
 
-#include <chrono>
 #include <functional>
+#include <string>
 #include <utility>
 
 namespace simulator {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -60,13 +59,18 @@ void sendInPieces(
                                   });
 }
 
+void sendEmpty(const Fault &fault, int usualCode, httplib::Response &response)
+{
+    send({.httpCode = fault.httpCode > 0 ? fault.httpCode : usualCode}, response);
+}
+
 /// The code is wrong all the same, only said in the other form that services use.
 Answer asValidationError(const Answer &answer)
 {
     const auto status = answer.body.value("smsConfirmation"_L1).toObject();
     if (status.value("processingStatus"_L1) != "IncorrectConfirmationCode"_L1)
         return answer;
-    return refusal(QStringLiteral("The code is wrong"), QStringLiteral("smsConfirmation"));
+    return refusal(u"The code is wrong"_s, u"smsConfirmation"_s);
 }
 
 } // namespace
@@ -75,40 +79,62 @@ OperationsEndpoint::OperationsEndpoint(Service &service, FaultPlan &faults, cons
     : service(service)
     , faults(faults)
     , options(options)
+    , capacity(options.capacity)
 {}
 
 void OperationsEndpoint::answer(const httplib::Request &request, httplib::Response &response)
 {
     const auto received = receive(request);
     count(received);
-    if (const auto fault = faults.next(operationOf(received))) {
+    if (const auto fault = nextFault(operationOf(received)))
         play(*fault, received, request, response);
-        return;
+    else
+        send(carryOut(received), response);
+}
+
+std::optional<Fault> OperationsEndpoint::nextFault(const QString &operation)
+{
+    if (const auto wait = capacity.enter()) {
+        if (*wait > Capacity::Clock::duration(0))
+            pause(*wait);
+        return faults.next(operation);
     }
-    const auto answer = service.answer(received);
-    print(received, &answer);
-    send(answer, response);
+    return Fault{.kind = FaultKind::Busy,
+                 .executed = false,
+                 .retryAfter = static_cast<int>(Capacity::longestWait.count())};
 }
 
 void OperationsEndpoint::play(const Fault &fault, const ReceivedRequest &received,
                               const httplib::Request &request, httplib::Response &response)
 {
-    if (options.verbose && options.print)
-        options.print(QStringLiteral("fault: %1").arg(faultName(fault.kind)));
-    if (fault.kind == FaultKind::Delay && !fault.executed)
-        pause(fault.milliseconds);
-    const bool done = fault.executed || fault.kind == FaultKind::Delay ||
-                      fault.kind == FaultKind::SlowDrip ||
-                      fault.kind == FaultKind::WrongCodeAsValidationError;
-    const auto answer = done ? service.answer(received) : success();
-    print(received, done ? &answer : nullptr);
-    if (fault.kind == FaultKind::Drop) {
+    print(u"fault: %1"_s.arg(faultName(fault.kind)));
+    const bool isDelay = fault.kind == FaultKind::Delay;
+    if (isDelay && !fault.executed)
+        pause(std::chrono::milliseconds(fault.milliseconds));
+    const auto answer =
+        carryOut(received, fault.executed || isDelay || fault.kind == FaultKind::SlowDrip ||
+                               fault.kind == FaultKind::WrongCodeAsValidationError);
+    if (isDelay && fault.executed)
+        pause(std::chrono::milliseconds(fault.milliseconds));
+    if (fault.kind == FaultKind::Drop)
         shutConnections(request.local_port, request.remote_port);
-        return;
+    else
+        sendFaulty(fault, answer, response);
+}
+
+Answer OperationsEndpoint::carryOut(const ReceivedRequest &received, bool isDone)
+{
+    const auto answer = isDone ? service.answer(received) : success();
+    if (options.verbose) {
+        const auto sent = QJsonDocument::fromJson(received.body);
+        const auto given =
+            u"answer %1\n%2"_s.arg(QString::number(answer.httpCode),
+                                   QString::fromUtf8(QJsonDocument(answer.body).toJson()));
+        print(u"%1\n%2%3"_s.arg(operationOf(received),
+                                QString::fromUtf8(sent.isNull() ? received.body : sent.toJson()),
+                                isDone ? given : u"not done"_s));
     }
-    if (fault.kind == FaultKind::Delay && fault.executed)
-        pause(fault.milliseconds);
-    sendFaulty(fault, answer, response);
+    return answer;
 }
 
 void OperationsEndpoint::sendFaulty(const Fault &fault, const Answer &answer,
@@ -123,15 +149,19 @@ void OperationsEndpoint::sendFaulty(const Fault &fault, const Answer &answer,
         break;
     case FaultKind::SlowDrip:
         sendInPieces(answer, response, [this, fault](const auto &body, auto offset, auto &sink) {
-            pause(fault.milliseconds);
+            pause(std::chrono::milliseconds(fault.milliseconds));
             return sink.write(body.data() + offset, 1);
         });
         break;
     case FaultKind::EmptyBody:
-        send({.httpCode = fault.httpCode}, response);
+        sendEmpty(fault, 200, response);
+        break;
+    case FaultKind::Busy:
+        sendEmpty(fault, 503, response);
+        response.set_header("Retry-After", std::to_string(fault.retryAfter));
         break;
     case FaultKind::Http500:
-        send({.httpCode = 500}, response);
+        sendEmpty(fault, 500, response);
         break;
     case FaultKind::Html:
         response.status = 200;
@@ -157,26 +187,16 @@ void OperationsEndpoint::count(const ReceivedRequest &received)
     last = received;
 }
 
-void OperationsEndpoint::print(const ReceivedRequest &received, const Answer *answer) const
+void OperationsEndpoint::print(const QString &text) const
 {
-    if (!options.verbose || !options.print)
-        return;
-    const auto sent = QJsonDocument::fromJson(received.body);
-    const auto given = answer ? QStringLiteral("answer %1\n%2")
-                                    .arg(QString::number(answer->httpCode),
-                                         QString::fromUtf8(QJsonDocument(answer->body).toJson()))
-                              : QStringLiteral("not done");
-    options.print(QStringLiteral("%1\n%2%3")
-                      .arg(operationOf(received),
-                           QString::fromUtf8(sent.isNull() ? received.body : sent.toJson()),
-                           given));
+    if (options.verbose && options.print)
+        options.print(text);
 }
 
-void OperationsEndpoint::pause(int milliseconds)
+void OperationsEndpoint::pause(std::chrono::nanoseconds time)
 {
     std::unique_lock lock(waitMutex);
-    waitEnded.wait_for(lock, std::chrono::milliseconds(milliseconds),
-                       [this] { return interrupted; });
+    waitEnded.wait_for(lock, time, [this] { return interrupted; });
 }
 
 void OperationsEndpoint::setInterrupted(bool on)

@@ -1,13 +1,16 @@
 #pragma once
 
+#include "simulator/capacity.h"
 #include "simulator/faults.h"
 #include "simulator/receivedrequest.h"
 #include "simulator/service.h"
 
 #include <QMap>
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 
 namespace httplib {
 struct Request;
@@ -16,7 +19,8 @@ struct Response;
 
 namespace simulator {
 
-/// Where operations arrive: counts them, plays the plan's faults on them, has them answered.
+/// Where operations arrive: counts them, turns away those that come too fast, plays the plan's
+/// faults on the others and has them answered.
 class OperationsEndpoint
 {
 public:
@@ -34,17 +38,21 @@ public:
     void reset();
 
 private:
+    /// Has the operation done, or pretends to, and prints it with verbose on.
+    Answer carryOut(const ReceivedRequest &received, bool isDone = true);
+    /// What befalls the request that came now, when its turn has come or it was turned away.
+    std::optional<Fault> nextFault(const QString &operation);
     void play(const Fault &fault, const ReceivedRequest &received, const httplib::Request &request,
               httplib::Response &response);
     void sendFaulty(const Fault &fault, const Answer &answer, httplib::Response &response);
     void count(const ReceivedRequest &received);
-    /// With verbose on; `answer` is null when the operation was not done.
-    void print(const ReceivedRequest &received, const Answer *answer) const;
-    void pause(int milliseconds);
+    void print(const QString &text) const;
+    void pause(std::chrono::nanoseconds time);
 
     Service &service;
     FaultPlan &faults;
     const Options &options;
+    Capacity capacity;
 
     std::mutex waitMutex;
     std::condition_variable waitEnded;

@@ -3,54 +3,112 @@
 
 namespace simulator {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-Answer orderAnswer(const QString &processingStatus)
+Answer orderAnswer(const QJsonValue &processingStatus)
 {
     return success({{"order"_L1, QJsonObject{{"processingStatus"_L1, processingStatus}}}});
+}
+
+/// What identifies the order that a body is about: its one external identifier.
+QString orderId(const QJsonObject &order)
+{
+    const auto ids = order.value("ids"_L1).toObject();
+    return ids.isEmpty() ? QString()
+                         : ids.begin().key() + u'=' + ids.begin()->toVariant().toString();
+}
+
+/// The order that a creation makes, as the dump shows it.
+QJsonObject newOrder(const QJsonObject &body, const QString &processingStatus)
+{
+    auto order = body.value("order"_L1).toObject();
+    order.insert("mobilePhone"_L1, body["customer"_L1]["mobilePhone"_L1]);
+    order.insert("pointOfContact"_L1, body.value("pointOfContact"_L1));
+    order.insert("executionDateTimeUtc"_L1, body.value("executionDateTimeUtc"_L1));
+    order.insert("processingStatus"_L1, processingStatus);
+    for (const auto count :
+         {"repetitions"_L1, "conflicts"_L1, "statusChanges"_L1, "statusRepetitions"_L1})
+        order.insert(count, 0);
+    return order;
+}
+
+void count(QJsonObject &order, QLatin1String what)
+{
+    order.insert(what, order.value(what).toInt() + 1);
+}
+
+/// The lines as a creation has them: without status, the line's sum by its first name.
+QJsonArray createdLines(const QJsonObject &order)
+{
+    auto lines = order.value("lines"_L1).toArray();
+    for (auto entry : lines) {
+        auto line = entry.toObject();
+        line.remove("status"_L1);
+        if (line.contains("discountedPriceOfLine"_L1))
+            line.insert("discountedPricePerLine"_L1, line.take("discountedPriceOfLine"_L1));
+        entry = line;
+    }
+    return lines;
+}
+
+/// Whether a creation says the same as the one that made the order; when it was executed and
+/// through which point of contact does not count.
+bool isSame(const QJsonObject &order, const QJsonObject &body)
+{
+    const auto sent = body.value("order"_L1).toObject();
+    return createdLines(order) == sent.value("lines"_L1) &&
+           order.value("totalPrice"_L1) == sent.value("totalPrice"_L1) &&
+           order.value("mobilePhone"_L1) == body["customer"_L1]["mobilePhone"_L1];
 }
 
 } // namespace
 
 Answer Service::createAuthorizedOrder(const QJsonObject &body)
 {
-    const auto key = OrderStore::key(body);
-    if (const auto *known = orderStore.order(key)) {
-        const auto processingStatus = known->processingStatus;
-        if (!keep({OrderStore::repetitionRecord(key, !known->isSameAs(body))}))
-            return notKept();
-        return orderAnswer(processingStatus);
+    const auto id = orderId(body.value("order"_L1).toObject());
+    if (auto known = store.get(kept::orders, id); !known.isEmpty()) {
+        count(known, "repetitions"_L1);
+        if (!isSame(known, body))
+            count(known, "conflicts"_L1);
+        store.put(kept::orders, id, known);
+        return orderAnswer(known.value("processingStatus"_L1));
     }
-    const auto sent = body.value("customer"_L1).toObject().value("mobilePhone"_L1).toString();
+    const auto sent = body["customer"_L1]["mobilePhone"_L1].toString();
     const auto phone = normalizedPhone(sent);
     // A sale without a card is an order too; a phone that nobody has is a mistake.
-    const bool anonymous = sent.isEmpty();
-    if (!anonymous && (!customers.customer(phone) || behaviour(phone) == Behaviour::OrderRefused))
-        return orderAnswer(QStringLiteral("NotProcessed"));
-    const auto processingStatus = behaviour(phone) == Behaviour::OrderCalculated
-                                      ? QStringLiteral("Calculated")
-                                      : QStringLiteral("Processed");
-    if (!keep({OrderStore::orderRecord(body, processingStatus)}))
-        return notKept();
-    return orderAnswer(processingStatus);
+    if (!sent.isEmpty() &&
+        (customer(phone).isEmpty() || behaviour(phone) == Behaviour::OrderRefused))
+        return orderAnswer("NotProcessed"_L1);
+    const auto status =
+        behaviour(phone) == Behaviour::OrderCalculated ? u"Calculated"_s : u"Processed"_s;
+    store.put(kept::orders, id, newOrder(body, status));
+    return orderAnswer(status);
 }
 
 Answer Service::changeStatus(const QJsonObject &body)
 {
-    const auto *order = orderStore.order(OrderStore::key(body));
-    if (!order || !order->hasLinesOf(body)) {
-        auto answer = refusal(order ? QStringLiteral("The order has other lines")
-                                    : QStringLiteral("The order is unknown"),
-                              QStringLiteral("order"));
-        answer.body.insert("errorMessage"_L1, QStringLiteral("The status was not changed"));
+    const auto change = body.value("order"_L1).toObject();
+    auto order = store.get(kept::orders, orderId(change));
+    if (order.isEmpty() || createdLines(order) != createdLines(change)) {
+        auto answer =
+            refusal(order.isEmpty() ? u"The order is unknown"_s : u"The order has other lines"_s,
+                    u"order"_s);
+        answer.body.insert("errorMessage"_L1, "The status was not changed"_L1);
         return answer;
     }
-    const auto processingStatus = order->processingStatus;
-    if (!keep({OrderStore::statusRecord(body)}))
-        return notKept();
-    return orderAnswer(processingStatus);
+    auto lines = createdLines(order);
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        auto line = lines.at(i).toObject();
+        line.insert("status"_L1, change["lines"_L1][i]["status"_L1]);
+        lines.replace(i, line);
+    }
+    const bool isRepeated = order["statusChanges"_L1].toInt() > 0 && order["lines"_L1] == lines;
+    count(order, isRepeated ? "statusRepetitions"_L1 : "statusChanges"_L1);
+    order.insert("lines"_L1, lines);
+    store.put(kept::orders, orderId(order), order);
+    return orderAnswer(order.value("processingStatus"_L1));
 }
 
 } // namespace simulator

@@ -1,34 +1,30 @@
 #include "simulator/presets.h"
 
-#include <QHash>
-
 #include <algorithm>
 
 namespace simulator {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Contact { Full, PhoneNotConfirmed, NoEmail, EmailNotConfirmed };
-
-Preset preset(const QString &spelling, const QString &description, Contact contact = Contact::Full,
-              Behaviour behaviour = Behaviour::Usual)
+/// A customer who has everything, but for what differs; null is for what he has not.
+Preset preset(const QString &spelling, const QString &description,
+              const QJsonObject &differing = {}, Behaviour behaviour = Behaviour::Usual)
 {
     const auto phone = normalizedPhone(spelling);
-    QJsonObject customer{
-        {"mobilePhone"_L1, phone},
-        {"isMobilePhoneConfirmed"_L1, contact != Contact::PhoneNotConfirmed},
-        {"isEmailConfirmed"_L1, contact == Contact::Full || contact == Contact::PhoneNotConfirmed},
-        {"firstName"_L1, QStringLiteral("Анна")},
-        {"lastName"_L1, QStringLiteral("Иванова")},
-        {"birthDate"_L1, "1990-03-05"_L1},
-        {"sex"_L1, "female"_L1},
-        {"customFields"_L1, QJsonObject{{"consentToElectronicChecks"_L1, true}}}};
-    if (contact != Contact::NoEmail)
-        customer.insert("email"_L1, QStringLiteral("anna%1@example.org").arg(phone.right(2)));
-    else
-        customer.insert("isEmailConfirmed"_L1, false);
+    QJsonObject customer{{"mobilePhone"_L1, phone},
+                         {"isMobilePhoneConfirmed"_L1, true},
+                         {"email"_L1, u"anna%1@example.org"_s.arg(phone.right(2))},
+                         {"isEmailConfirmed"_L1, true},
+                         {"firstName"_L1, u"Анна"_s},
+                         {"lastName"_L1, u"Иванова"_s},
+                         {"birthDate"_L1, "1990-03-05"_L1},
+                         {"sex"_L1, "female"_L1},
+                         {"customFields"_L1, QJsonObject{{"consentToElectronicChecks"_L1, true}}}};
+    for (auto member = differing.begin(); member != differing.end(); ++member)
+        customer.insert(member.key(),
+                        member->isNull() ? QJsonValue(QJsonValue::Undefined) : *member);
     return {.mobilePhone = phone,
             .description = description,
             .behaviour = behaviour,
@@ -37,28 +33,26 @@ Preset preset(const QString &spelling, const QString &description, Contact conta
 
 QList<Preset> makePresets()
 {
+    const QJsonObject emailNotConfirmed{{"isEmailConfirmed"_L1, false}};
+    const QJsonObject noEmail{{"isEmailConfirmed"_L1, false}, {"email"_L1, QJsonValue::Null}};
     return {
-        preset(QStringLiteral("79160000001"),
-               QStringLiteral("known, phone and e-mail confirmed, agreed to electronic receipts")),
-        preset(QStringLiteral("79160000002"), QStringLiteral("phone not confirmed"),
-               Contact::PhoneNotConfirmed),
-        preset(QStringLiteral("79160000003"), QStringLiteral("no e-mail"), Contact::NoEmail),
-        preset(QStringLiteral("79160000004"), QStringLiteral("e-mail not confirmed"),
-               Contact::EmailNotConfirmed),
-        preset(QStringLiteral("+7 (916) 000-00-05"),
-               QStringLiteral("registered as +7 (916) 000-00-05, found under every spelling")),
-        preset(QStringLiteral("79160000006"), QStringLiteral("the letter is refused"),
-               Contact::EmailNotConfirmed, Behaviour::LetterRefused),
-        {.mobilePhone = QStringLiteral("79160000007"),
-         .description = QStringLiteral("unknown, and the registration is refused"),
+        preset(u"79160000001"_s,
+               u"known, phone and e-mail confirmed, agreed to electronic receipts"_s),
+        preset(u"79160000002"_s, u"phone not confirmed"_s, {{"isMobilePhoneConfirmed"_L1, false}}),
+        preset(u"79160000003"_s, u"no e-mail"_s, noEmail),
+        preset(u"79160000004"_s, u"e-mail not confirmed"_s, emailNotConfirmed),
+        preset(u"+7 (916) 000-00-05"_s,
+               u"registered as +7 (916) 000-00-05, found under every spelling"_s),
+        preset(u"79160000006"_s, u"the letter is refused"_s, emailNotConfirmed,
+               Behaviour::LetterRefused),
+        {.mobilePhone = u"79160000007"_s,
+         .description = u"unknown, and the registration is refused"_s,
          .behaviour = Behaviour::RegistrationRefused},
-        preset(QStringLiteral("79160000008"),
-               QStringLiteral("an edit is accepted, the look-up that follows it fails"),
-               Contact::Full, Behaviour::ReloadFails),
-        preset(QStringLiteral("79160000009"), QStringLiteral("the order is refused"), Contact::Full,
-               Behaviour::OrderRefused),
-        preset(QStringLiteral("79160000010"), QStringLiteral("the order is answered as calculated"),
-               Contact::Full, Behaviour::OrderCalculated),
+        preset(u"79160000008"_s, u"an edit is accepted, the look-up that follows it fails"_s, {},
+               Behaviour::ReloadFails),
+        preset(u"79160000009"_s, u"the order is refused"_s, {}, Behaviour::OrderRefused),
+        preset(u"79160000010"_s, u"the order is answered as calculated"_s, {},
+               Behaviour::OrderCalculated),
     };
 }
 
@@ -72,13 +66,11 @@ const QList<Preset> &presets()
 
 Behaviour behaviour(const QString &mobilePhone)
 {
-    static const auto behaviours = [] {
-        QHash<QString, Behaviour> hash;
-        for (const auto &preset : presets())
-            hash.insert(preset.mobilePhone, preset.behaviour);
-        return hash;
-    }();
-    return behaviours.value(mobilePhone, Behaviour::Usual);
+    for (const auto &preset : presets()) {
+        if (preset.mobilePhone == mobilePhone)
+            return preset.behaviour;
+    }
+    return Behaviour::Usual;
 }
 
 bool isLetterRefused(const QString &email)

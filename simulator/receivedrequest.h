@@ -1,10 +1,15 @@
 #pragma once
 
+#include "simulator/answer.h"
+#include "simulator/options.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QMultiHash>
 #include <QPair>
 #include <QString>
+
+#include <optional>
 
 namespace simulator {
 
@@ -22,5 +27,9 @@ struct ReceivedRequest
     QByteArray body;
     QList<QPair<QString, QString>> query; ///< In the order sent.
 };
+
+/// Checks what surrounds the body of a request: query items and headers, exactly as agreed.
+/// Returns the refusal, or nothing when the request may be read on.
+std::optional<Answer> checkEnvelope(const ReceivedRequest &request, const Options &options);
 
 } // namespace simulator

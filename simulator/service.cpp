@@ -1,8 +1,6 @@
 #include "simulator/service.h"
 
 #include "simulator/bodyshapes.h"
-#include "simulator/envelopecheck.h"
-#include "simulator/presets.h"
 
 #include <QJsonDocument>
 
@@ -10,60 +8,44 @@
 
 namespace simulator {
 
+using namespace Qt::StringLiterals;
+
 struct Service::Operation
 {
     std::span<const Member> body;
     Answer (Service::*handler)(const QJsonObject &body);
 };
 
-Service::Service(Options options)
-    : options(std::move(options))
-    , random(this->options.seed ? QRandomGenerator(*this->options.seed)
-                                : QRandomGenerator::securelySeeded())
+Service::Service(const Options &options)
+    : options(options)
+    , random(options.seed ? QRandomGenerator(*options.seed) : QRandomGenerator::securelySeeded())
 {}
 
-bool Service::open()
+QString Service::open()
 {
     const std::lock_guard lock(mutex);
-    if (options.journalFile.isEmpty())
-        return true;
-    // A start that failed may have read half of the journal.
-    customers = CustomerStore();
-    orderStore = OrderStore();
-    if (!journal.open(options.journalFile,
-                      [this](const QJsonObject &record) { return apply(record); }))
-        return false;
-    if (journal.wasTorn())
-        qWarning("journal %s: dropped a last line that was cut short",
-                 qPrintable(options.journalFile));
-    return true;
-}
-
-QString Service::errorString() const
-{
-    const std::lock_guard lock(mutex);
-    return journal.errorString();
+    return options.stateFile.isEmpty() ? QString() : store.open(options.stateFile);
 }
 
 Answer Service::answer(const ReceivedRequest &request)
 {
     if (auto refused = checkEnvelope(request, options))
         return *std::move(refused);
-    const auto name = request.queryItem(QLatin1String("operation"));
+    const auto name = request.queryItem("operation"_L1);
     const auto operation = operations().constFind(name);
     if (operation == operations().constEnd())
-        return protocolError(400, QStringLiteral("Unknown operation '%1'").arg(name));
+        return protocolError(400, u"Unknown operation '%1'"_s.arg(name));
     QJsonParseError error;
     const auto document = QJsonDocument::fromJson(request.body, &error);
     if (!document.isObject())
-        return protocolError(400, QStringLiteral("The body is no JSON object: %1 at byte %2")
-                                      .arg(error.errorString())
-                                      .arg(error.offset));
+        return protocolError(400,
+                             u"The body is no JSON object: %1 at byte %2"_s.arg(error.errorString())
+                                 .arg(error.offset));
     const auto body = document.object();
     if (const auto messages = checkBody(body, operation->body); !messages.isEmpty())
         return validationError(messages);
     std::unique_lock lock(mutex);
-    auto answer = (this->*operation->handler)(body);
+    auto answer = carryOut(*operation, body);
     const auto sent = std::exchange(message, {});
     // Whoever receives the text may ask the service.
     lock.unlock();
@@ -72,77 +54,52 @@ Answer Service::answer(const ReceivedRequest &request)
     return answer;
 }
 
-QString Service::lastCode(const QString &phone) const
+Answer Service::carryOut(const Operation &operation, const QJsonObject &body)
 {
-    const std::lock_guard lock(mutex);
-    return customers.code(normalizedPhone(phone)).text;
-}
-
-QJsonArray Service::orders() const
-{
-    const std::lock_guard lock(mutex);
-    return orderStore.toJson();
+    auto answer = (this->*operation.handler)(body);
+    const auto error = store.commit();
+    if (error.isEmpty())
+        return answer;
+    qWarning("%s", qPrintable(error));
+    message.clear();
+    return {.httpCode = 500};
 }
 
 QJsonObject Service::dump() const
 {
     const std::lock_guard lock(mutex);
-    auto result = customers.toJson();
-    result.insert(QLatin1String("orders"), orderStore.toJson());
-    return result;
+    QJsonObject collections;
+    for (const auto name : {kept::customers, kept::codes, kept::letters, kept::orders})
+        collections.insert(name, store.all(name));
+    return collections;
 }
 
 void Service::reset()
 {
     const std::lock_guard lock(mutex);
-    customers = CustomerStore();
-    orderStore = OrderStore();
     failingReloads.clear();
-    if (!journal.clear())
-        qWarning("%s", qPrintable(journal.errorString()));
+    store.reset();
+    if (const auto error = store.commit(); !error.isEmpty())
+        qWarning("%s", qPrintable(error));
 }
 
 const QHash<QString, Service::Operation> &Service::operations()
 {
     static const QHash<QString, Operation> table{
-        {QStringLiteral("Offline.GetCustomer"), {shapes::phone, &Service::getCustomer}},
-        {QStringLiteral("Offline.RegisterCustomer"),
-         {shapes::customer, &Service::registerCustomer}},
-        {QStringLiteral("Offline.EditCustomer"), {shapes::customer, &Service::editCustomer}},
-        {QStringLiteral("Offline.CheckMobilePhoneAuthorizationCode"),
+        {u"Offline.GetCustomer"_s, {shapes::phone, &Service::getCustomer}},
+        {u"Offline.RegisterCustomer"_s, {shapes::customer, &Service::registerCustomer}},
+        {u"Offline.EditCustomer"_s, {shapes::customer, &Service::editCustomer}},
+        {u"Offline.CheckMobilePhoneAuthorizationCode"_s,
          {shapes::authorizationCode, &Service::checkAuthorizationCode}},
-        {QStringLiteral("Offline.ConfirmMobilePhone"),
-         {shapes::confirmation, &Service::confirmMobilePhone}},
-        {QStringLiteral("Offline.ResendMobilePhoneConfirmationCode"),
+        {u"Offline.ConfirmMobilePhone"_s, {shapes::confirmation, &Service::confirmMobilePhone}},
+        {u"Offline.ResendMobilePhoneConfirmationCode"_s,
          {shapes::phone, &Service::resendConfirmationCode}},
-        {QStringLiteral("Offline.EmailConfirmationLetter"),
-         {shapes::email, &Service::emailConfirmationLetter}},
-        {QStringLiteral("Offline.CreateAuthorizedOrder"),
+        {u"Offline.EmailConfirmationLetter"_s, {shapes::email, &Service::emailConfirmationLetter}},
+        {u"Offline.CreateAuthorizedOrder"_s,
          {shapes::authorizedOrder, &Service::createAuthorizedOrder}},
-        {QStringLiteral("Offline.ChangeStatus"), {shapes::statusChange, &Service::changeStatus}},
+        {u"Offline.ChangeStatus"_s, {shapes::statusChange, &Service::changeStatus}},
     };
     return table;
-}
-
-bool Service::keep(std::initializer_list<QJsonObject> records)
-{
-    if (!journal.append(records)) {
-        qWarning("%s", qPrintable(journal.errorString()));
-        return false;
-    }
-    for (const auto &record : records)
-        apply(record);
-    return true;
-}
-
-bool Service::apply(const QJsonObject &record)
-{
-    return customers.apply(record) || orderStore.apply(record);
-}
-
-Answer Service::notKept()
-{
-    return {.httpCode = 500};
 }
 
 } // namespace simulator

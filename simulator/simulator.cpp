@@ -1,35 +1,148 @@
 #include "simulator/simulator.h"
 
-#include "simulator/httpfront.h"
-#include "simulator/service.h"
+#include "simulator/wire.h"
 
+#include <QJsonDocument>
+
+#include <chrono>
+#include <condition_variable>
+#include <limits>
+#include <mutex>
 #include <utility>
 
 namespace simulator {
 
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto host = "127.0.0.1";
+constexpr auto operationsPath = "/v3/operations/sync";
+constexpr std::size_t maximumBody = 64UL * 1024 * 1024;
+
+/// A thread for every connection: a kept one holds its thread while it is idle, and with a fixed
+/// number of them the tills could shut each other, and the control door, out.
+class ConnectionThreads : public httplib::TaskQueue
+{
+    /// Newer versions of the library want to hear whether the task was taken.
+    using Taken = decltype(std::declval<httplib::TaskQueue &>().enqueue({}));
+
+public:
+    Taken enqueue(std::function<void()> serve) override
+    {
+        {
+            const std::lock_guard lock(mutex);
+            ++running;
+        }
+        std::thread([this, serve = std::move(serve)] {
+            serve();
+            const std::lock_guard lock(mutex);
+            --running;
+            // Under the lock: after it the queue may be gone.
+            ended.notify_all();
+        }).detach();
+        return static_cast<Taken>(true);
+    }
+
+    void shutdown() override
+    {
+        std::unique_lock lock(mutex);
+        ended.wait(lock, [this] { return running == 0; });
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable ended;
+    int running = 0;
+};
+
+} // namespace
+
 Simulator::Simulator(Options options)
     : options(std::move(options))
-    , service(std::make_unique<Service>(this->options))
-    , front(std::make_unique<HttpFront>(*service, faults, this->options))
+    , service(this->options)
+    , endpoint(service, faults, this->options)
 {}
 
-Simulator::~Simulator() = default;
+Simulator::~Simulator()
+{
+    stop();
+}
 
 bool Simulator::start()
 {
-    front->stop();
-    if (!opened && !service->open()) {
-        error = service->errorString();
-        return false;
-    }
-    opened = true;
-    error = front->start(front->port() == 0 ? options.port : front->port());
+    stop();
+    error = openAndListen();
     return error.isEmpty();
+}
+
+QString Simulator::openAndListen()
+{
+    if (!isOpen) {
+        if (auto wrong = service.open(); !wrong.isEmpty())
+            return wrong;
+    }
+    isOpen = true;
+    if (!makeServer())
+        return u"certificate %1 and private key %2 cannot be used"_s.arg(options.certificateFile,
+                                                                         options.privateKeyFile);
+    addRoutes();
+    const int wanted = boundPort == 0 ? options.port : boundPort;
+    const int port = wanted == 0                          ? server->bind_to_any_port(host)
+                     : server->bind_to_port(host, wanted) ? wanted
+                                                          : -1;
+    if (port < 0)
+        return u"port %1 cannot be listened on"_s.arg(wanted);
+    // The library lets five tills wait to be connected and has the others cut off.
+    ::listen(listeningSocket, SOMAXCONN);
+    boundPort = port;
+    endpoint.setInterrupted(false);
+    listening = true;
+    listener = std::thread([this] {
+        server->listen_after_bind();
+        listening = false;
+    });
+    // A stop before the library's loop has begun would go unheard.
+    while (listening && !server->is_running())
+        std::this_thread::yield();
+    return {};
+}
+
+bool Simulator::makeServer()
+{
+    const auto certificate = options.certificateFile.toStdString();
+    const auto privateKey = options.privateKeyFile.toStdString();
+    if (certificate.empty() && privateKey.empty())
+        server = std::make_unique<httplib::Server>();
+    else
+        server = std::make_unique<httplib::SSLServer>(certificate.c_str(), privateKey.c_str());
+    server->new_task_queue = [] { return new ConnectionThreads; };
+    server->set_keep_alive_max_count(std::numeric_limits<std::size_t>::max());
+    server->set_keep_alive_timeout(options.keepAlive.count());
+    server->set_payload_max_length(maximumBody);
+    server->set_tcp_nodelay(true);
+    // The library would also share the port, so that a second simulator took half of the calls.
+    server->set_socket_options([this](int socket) {
+        const int on = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+        listeningSocket = socket;
+    });
+    return server->is_valid();
 }
 
 void Simulator::stop()
 {
-    front->stop();
+    if (!listener.joinable())
+        return;
+    endpoint.setInterrupted(true);
+    server->stop();
+    // Again and again: a connection accepted just now may not have been among the descriptors.
+    while (listening) {
+        shutConnections(boundPort);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    listener.join();
+    server.reset();
 }
 
 QString Simulator::errorString() const
@@ -39,14 +152,15 @@ QString Simulator::errorString() const
 
 int Simulator::port() const
 {
-    return front->port();
+    return boundPort;
 }
 
-QString Simulator::url(const QString &host) const
+QString Simulator::url() const
 {
-    const auto scheme =
-        options.certificateFile.isEmpty() ? QStringLiteral("http") : QStringLiteral("https");
-    return QStringLiteral("%1://%2:%3/v3/operations/sync").arg(scheme, host).arg(port());
+    const auto scheme = options.certificateFile.isEmpty() ? u"http"_s : u"https"_s;
+    return u"%1://%2:%3%4"_s.arg(scheme, QLatin1String(host))
+        .arg(boundPort)
+        .arg(QLatin1String(operationsPath));
 }
 
 void Simulator::addFault(const Fault &fault)
@@ -54,24 +168,67 @@ void Simulator::addFault(const Fault &fault)
     faults.add(fault);
 }
 
-QString Simulator::lastCode(const QString &phone) const
+QJsonObject Simulator::dump() const
 {
-    return service->lastCode(phone);
+    auto result = service.dump();
+    result.insert("faults"_L1, faults.toJson());
+    const auto counts = endpoint.counts();
+    for (auto count = counts.begin(); count != counts.end(); ++count)
+        result.insert(count.key(), *count);
+    return result;
 }
 
 QJsonArray Simulator::orders() const
 {
-    return service->orders();
-}
-
-QJsonObject Simulator::dump() const
-{
-    return front->dump();
+    return dump().value("orders"_L1).toArray();
 }
 
 ReceivedRequest Simulator::lastRequest() const
 {
-    return front->lastRequest();
+    return endpoint.lastRequest();
+}
+
+void Simulator::addRoutes()
+{
+    server->Post(operationsPath, [this](const auto &request, auto &response) {
+        endpoint.answer(request, response);
+    });
+    server->Get("/simulator/dump",
+                [this](const auto &, auto &response) { send({.body = dump()}, response); });
+    server->Post("/simulator/faults",
+                 [this](const auto &request, auto &response) { takeFaults(request, response); });
+    server->Delete("/simulator/faults", [this](const auto &request, auto &response) {
+        faults.clear(QString::fromStdString(request.get_param_value("kind")));
+        send(success(), response);
+    });
+    server->Post("/simulator/reset", [this](const auto &, auto &response) {
+        reset();
+        send(success(), response);
+    });
+    // Called for every answer of 400 and above, the faults' empty ones included.
+    server->set_error_handler([](const httplib::Request &request, httplib::Response &response) {
+        const bool isOperation = request.path == operationsPath;
+        if (!response.body.empty() || (isOperation && request.method == "POST"))
+            return;
+        send(isOperation ? protocolError(405, u"Only POST is served here"_s)
+                         : protocolError(404, u"Nothing is served at this path"_s),
+             response);
+    });
+}
+
+void Simulator::takeFaults(const httplib::Request &request, httplib::Response &response)
+{
+    const auto document = QJsonDocument::fromJson(bytes(request.body));
+    const auto wrong =
+        document.isObject() ? faults.addJson(document.object()) : u"the body is no JSON object"_s;
+    send(wrong.isEmpty() ? success() : protocolError(400, wrong), response);
+}
+
+void Simulator::reset()
+{
+    service.reset();
+    faults.reset();
+    endpoint.reset();
 }
 
 } // namespace simulator

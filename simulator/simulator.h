@@ -1,21 +1,25 @@
 #pragma once
 
 #include "simulator/faults.h"
+#include "simulator/operationsendpoint.h"
 #include "simulator/options.h"
-#include "simulator/receivedrequest.h"
+#include "simulator/service.h"
 
 #include <QJsonArray>
-#include <QJsonObject>
 #include <QString>
 
+#include <atomic>
 #include <memory>
+#include <thread>
+
+namespace httplib {
+class Server;
+} // namespace httplib
 
 namespace simulator {
 
-class HttpFront;
-class Service;
-
-/// The loyalty service on loopback, over real HTTP.
+/// The loyalty service on loopback, over real HTTP: the operations, and the control door under
+/// /simulator/ for faults, the dump and the reset.
 ///
 ///     simulator::Simulator simulator;
 ///     ASSERT_TRUE(simulator.start()) << qPrintable(simulator.errorString());
@@ -31,38 +35,51 @@ public:
     Q_DISABLE_COPY_MOVE(Simulator)
 
     /// Serves on threads of its own from now on. Returns false with `errorString` set when the
-    /// port, the journal or the certificate cannot be used.
+    /// port, the state or the certificate cannot be used.
     [[nodiscard]] bool start();
-    /// Closes every connection at once and waits until no request is served.
+    /// Closes every connection at once, waiting answers included, and waits until no request is
+    /// served.
     void stop();
     QString errorString() const;
 
     /// 0 before the first start.
     int port() const;
-    /// Address of the operations, with the host name that a certificate may ask for.
-    QString url(const QString &host = QStringLiteral("127.0.0.1")) const;
+    /// Address of the operations.
+    QString url() const;
 
     void addFault(const Fault &fault);
 
-    /// The unused code last sent to the phone, in any spelling; empty when there is none.
-    QString lastCode(const QString &phone) const;
-    /// Each with "ids", "mobilePhone", "lines" (with "status" once changed), "totalPrice",
-    /// "pointOfContact", "executionDateTimeUtc" when sent, "processingStatus" and the counts
-    /// "repetitions", "conflicts", "statusChanges" and "statusRepetitions".
-    QJsonArray orders() const;
-    /// Members "customers", "codes", "letters", "orders", "requests" (counts by operation),
-    /// "connections" (TCP connections that carried operations) and "faults".
+    /// What GET /simulator/dump answers: "customers", "codes" (the unused one last sent to a
+    /// phone), "letters", "orders", "faults" and the counts "requests" (by operation) and
+    /// "connections".
     QJsonObject dump() const;
+    /// As they came, each with "ids", "mobilePhone", "lines" (with "status" once changed),
+    /// "totalPrice", "pointOfContact", "executionDateTimeUtc" when sent, "processingStatus" and
+    /// the counts "repetitions", "conflicts" (repetitions whose content differed; the first one
+    /// stands), "statusChanges" and "statusRepetitions".
+    QJsonArray orders() const;
     /// The last operation request as it came off the wire, dropped ones included.
     ReceivedRequest lastRequest() const;
 
 private:
+    QString openAndListen();
+    bool makeServer();
+    void addRoutes();
+    void takeFaults(const httplib::Request &request, httplib::Response &response);
+    void reset();
+
     const Options options;
     FaultPlan faults;
-    std::unique_ptr<Service> service;
-    std::unique_ptr<HttpFront> front;
-    bool opened = false;
+    Service service;
+    OperationsEndpoint endpoint;
+    bool isOpen = false;
     QString error;
+
+    std::unique_ptr<httplib::Server> server;
+    std::thread listener;
+    std::atomic<bool> listening = false;
+    int listeningSocket = -1;
+    int boundPort = 0;
 };
 
 } // namespace simulator

@@ -25,8 +25,8 @@ class Service:
 
     async def start(self):
         self.process = await self.run.start(
-            "simulator", "--verbose", "--port", self.port, "--journal",
-            self.run.directory / "journal", log="simulator.log")
+            "simulator", "--verbose", "--port", self.port, "--state",
+            self.run.directory / "service.db", log="simulator.log")
         first = (await patiently(self.process.stdout.readline(), "the simulator")).decode()
         listening = re.search(r":(\d+)/", first)
         if not listening:

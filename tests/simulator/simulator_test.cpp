@@ -9,10 +9,13 @@
 #include <httplib.h>
 
 #include <array>
+#include <cstdlib>
 #include <list>
+#include <thread>
 #include <tuple>
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using simulator::FaultKind;
 using simulator::Simulator;
 
@@ -85,6 +88,17 @@ struct Till
     httplib::Client client;
 };
 
+/// The unused code last sent to the phone.
+QString lastCode(const Simulator &service, const QString &phone)
+{
+    QString last;
+    for (const auto code : service.dump()["codes"_L1].toArray()) {
+        if (code["mobilePhone"_L1] == phone)
+            last = code["code"_L1].toString();
+    }
+    return last;
+}
+
 struct SimulatorTest : testing::Test
 {
     // Whoever is told of an SMS may ask the service for its code.
@@ -135,6 +149,21 @@ TEST_F(SimulatorTest, NamesThePlaceOfEveryFaultInTheBody)
     }
 }
 
+TEST_F(SimulatorTest, ReadsTimesOfExecutionAsUtcInTheHourThatTheClocksLeaveOutToo)
+{
+    setenv("TZ", "Europe/Berlin", 1);
+    const auto at = [&](const char *time) {
+        return till.outcome(
+            create,
+            orderBody(20).insert(1, uR"("executionDateTimeUtc":"%1",)"_s.arg(QLatin1String(time))));
+    };
+    EXPECT_EQ(at("31.03.2024 02:30:00"), "Processed"_L1);
+    EXPECT_EQ(at("31.03.2024 02:60:00"), "ValidationError"_L1);
+    EXPECT_EQ(at("30.02.2024 02:30:00"), "ValidationError"_L1);
+    EXPECT_EQ(at("2024-03-31T02:30:00Z"), "ValidationError"_L1);
+    unsetenv("TZ");
+}
+
 TEST_F(SimulatorTest, KeepsOneOrderHoweverOftenItIsSent)
 {
     const auto executed = R"("executionDateTimeUtc":"01.02.2024 14:05:09",)"_L1;
@@ -177,7 +206,7 @@ TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
     };
     EXPECT_EQ(confirm(till, {}), "IncorrectConfirmationCode"_L1) << "none sent yet";
     till.call(u"ResendMobilePhoneConfirmationCode"_s, body);
-    const auto code = service.lastCode(u"9160000002"_s);
+    const auto code = lastCode(service, u"79160000002"_s);
     EXPECT_EQ(confirm(till, code + u'0'), "IncorrectConfirmationCode"_L1);
     service.addFault({.kind = FaultKind::WrongCodeAsValidationError, .count = 2});
     EXPECT_EQ(confirm(till, code + u'0'), "ValidationError"_L1);
@@ -187,7 +216,8 @@ TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
     ASSERT_TRUE(forgetful.start());
     Till other(forgetful);
     other.call(u"ResendMobilePhoneConfirmationCode"_s, body);
-    EXPECT_EQ(confirm(other, forgetful.lastCode(u"9160000002"_s)), "IncorrectConfirmationCode"_L1);
+    EXPECT_EQ(confirm(other, lastCode(forgetful, u"79160000002"_s)),
+              "IncorrectConfirmationCode"_L1);
 }
 
 TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
@@ -199,6 +229,7 @@ TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
          {FaultKind::Cut, true, 0},
          {FaultKind::EmptyBody, false, 200},
          {FaultKind::Http500, true, 500},
+         {FaultKind::Busy, false, 503},
          {FaultKind::Html, true, 200},
          {FaultKind::Delay, true, 200},
          {FaultKind::SlowDrip, true, 200}});
@@ -216,6 +247,7 @@ TEST_F(SimulatorTest, PlaysFaultsOnTheWire)
         const auto result =
             till.post(edit, customerBody(phone + QString(data).replace(u"Ив"_s, name)));
         EXPECT_EQ(result ? result->status : 0, code);
+        EXPECT_EQ(result && result->get_header_value("Retry-After") == "1", code == 503);
         EXPECT_EQ(result && result->body.find("Changed") != std::string::npos, slow);
         EXPECT_GE(timer.elapsed(), slow ? 20 : 0);
         EXPECT_LT(timer.elapsed(), 30000);
@@ -228,6 +260,9 @@ TEST_F(SimulatorTest, RefusesByNameWhatIsOutOfRangeInAFaultOrder)
 {
     const auto cases = std::to_array<std::pair<const char *, const char *>>(
         {{R"({"kind":"drop","count":5000000000})", "count"},
+         {R"({"kind":"drop","count":-1})", "count"},
+         {R"({"kind":"dropp"})", "kind"},
+         {R"({"kind":"busy","retryAfter":"1"})", "retryAfter"},
          {R"({"kind":"delay","milliseconds":2147483647})", "milliseconds"},
          {R"({"kind":"emptyBody","httpCode":100})", "httpCode"},
          {R"({"random":{"seed":1,"probability":7,"kinds":["cut"]}})", "probability"},
@@ -237,6 +272,57 @@ TEST_F(SimulatorTest, RefusesByNameWhatIsOutOfRangeInAFaultOrder)
         const auto result = till.client.Post("/simulator/faults", order, "application/json");
         EXPECT_TRUE(result && result->body.find(named) != std::string::npos) << order;
     }
+}
+
+TEST_F(SimulatorTest, PlaysAFaultOnAllRequestsOrByLotUntilItsKindIsDropped)
+{
+    const auto hits = [this](int requests) {
+        int hit = 0;
+        for (int i = 0; i < requests; ++i)
+            hit += till.post(get, customerBody(phone))->status == 429;
+        return hit;
+    };
+    const auto order = [this](const char *fault) {
+        EXPECT_EQ(till.client.Post("/simulator/faults", fault, "application/json")->status, 200);
+    };
+    order(R"({"kind":"busy","httpCode":429,"count":0})");
+    order(R"({"random":{"seed":1,"probability":1,"kinds":["drop","cut"]}})");
+    EXPECT_EQ(hits(20), 20) << "before what is drawn from several kinds";
+    till.client.Delete("/simulator/faults");
+    order(R"({"kind":"busy","httpCode":429,"count":0,"probability":0.5})");
+    const auto byLot = hits(200);
+    EXPECT_GT(byLot, 60);
+    EXPECT_LT(byLot, 140);
+    till.client.Delete("/simulator/faults?kind=drop");
+    EXPECT_GT(hits(100), 0);
+    till.client.Delete("/simulator/faults?kind=busy");
+    EXPECT_EQ(hits(20), 0);
+    EXPECT_EQ(service.dump()["faults"_L1]["waiting"_L1].toArray(), QJsonArray());
+}
+
+TEST(Capacity, WhatComesFasterWaitsAndIsThenTurnedAwayUnserved)
+{
+    Simulator service({.capacity = 20});
+    ASSERT_TRUE(service.start());
+    std::atomic<int> done = 0;
+    std::atomic<int> slow = 0;
+    std::atomic<int> away = 0;
+    std::list<std::jthread> tills;
+    for (int i = 0; i < 60; ++i)
+        tills.emplace_back([&, i] {
+            Till till(service);
+            QElapsedTimer timer;
+            timer.start();
+            const auto result = till.post(create, orderBody(1, phone, i));
+            slow += timer.elapsed() > 500;
+            done += result && result->status == 200;
+            away += result && result->status == 503 && result->has_header("Retry-After");
+        });
+    tills.clear();
+    EXPECT_EQ(done + away, 60);
+    EXPECT_NEAR(done, 2 * 20, 12) << "two seconds' worth wait";
+    EXPECT_GT(slow, 20);
+    EXPECT_EQ(service.orders().size(), done);
 }
 
 TEST_F(SimulatorTest, CountsConnectionsAndStopsAtOnceWhileTheyAreKept)
@@ -255,42 +341,56 @@ TEST_F(SimulatorTest, CountsConnectionsAndStopsAtOnceWhileTheyAreKept)
     EXPECT_LT(timer.elapsed(), 5000) << "the keep-alive time is 30 s";
 }
 
-TEST(Journal, BringsEverythingBackAfterAKillInTheMiddleOfALine)
+TEST(State, OutlivesTheProcessAndBelongsToOneSimulator)
 {
     const QTemporaryDir directory;
-    QFile file(directory.filePath(u"journal"_s));
-    const simulator::Options options{.journalFile = file.fileName()};
+    const auto file = directory.filePath(u"state"_s);
+    const simulator::Options options{.stateFile = file};
     const auto number = uR"("mobilePhone":"79161234567")"_s;
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("Journal of") > 0);
-    file.close(); // Killed before the first line was whole.
     QJsonArray orders;
     {
         Simulator service(options);
-        ASSERT_TRUE(service.start());
+        ASSERT_TRUE(service.start()) << qPrintable(service.errorString());
         Till till(service);
         till.call(u"RegisterCustomer"_s, customerBody(number + data + u',' + email));
         till.call(create, orderBody(20, number));
+        till.call(create, orderBody(10, phone, 5));
         till.call(change, statusBody);
         orders = service.orders();
-        EXPECT_FALSE(Simulator(options).start()) << "two on one journal";
+        Simulator second(options);
+        EXPECT_FALSE(second.start());
+        EXPECT_TRUE(second.errorString().contains("another simulator"_L1));
+        // What a kill leaves: everything is there although nothing was closed.
+        for (const auto *const suffix : {"", "-wal"})
+            ASSERT_TRUE(
+                QFile::copy(file + QLatin1String(suffix), file + u"2"_s + QLatin1String(suffix)));
     }
-    EXPECT_FALSE(QFile::permissions(file.fileName()) & (QFile::ReadGroup | QFile::ReadOther));
-    ASSERT_TRUE(file.open(QIODevice::Append) && file.write(R"({"record":"ord)") > 0);
-    file.close();
-    for (int start = 1; start <= 2; ++start) {
-        Simulator service(options);
+    for (const auto &name : {file, file + u'2'}) {
+        EXPECT_FALSE(QFile::permissions(name) & (QFile::ReadGroup | QFile::ReadOther));
+        Simulator service({.stateFile = name});
         ASSERT_TRUE(service.start()) << qPrintable(service.errorString());
         EXPECT_EQ(service.orders(), orders);
         EXPECT_EQ(orders[0]["lines"_L1][0]["status"_L1].toString(), "Paid"_L1);
-        EXPECT_EQ(service.lastCode(u"89161234567"_s).size(), 4);
-        // What is appended after the dropped line must be readable at the next start.
-        Till(service).call(u"EmailConfirmationLetter"_s, customerBody(email));
-        EXPECT_EQ(service.dump()["letters"_L1].toArray().size(), start);
+        EXPECT_EQ(lastCode(service, u"79161234567"_s).size(), 4);
+        Till till(service);
+        till.call(u"EmailConfirmationLetter"_s, customerBody(email));
+        EXPECT_EQ(service.dump()["letters"_L1].toArray().size(), 1);
+        till.client.Post("/simulator/reset");
+        EXPECT_EQ(service.orders(), QJsonArray());
+        EXPECT_EQ(till.outcome(get, customerBody(number)), "NotFound"_L1);
     }
+}
+
+TEST(State, AForeignFileIsLeftAlone)
+{
+    const QTemporaryDir directory;
+    QFile file(directory.filePath(u"state"_s));
     for (const QByteArray foreign : {"[Settings]\n", "secret"}) {
         ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(foreign) > 0);
         file.close();
-        EXPECT_FALSE(Simulator(options).start());
-        EXPECT_EQ(file.size(), foreign.size()) << "a foreign file is left alone";
+        EXPECT_FALSE(Simulator({.stateFile = file.fileName()}).start());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), foreign);
+        file.close();
     }
 }

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "simulator/statefile.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <map>
+#include <memory>
+
+namespace simulator {
+
+/// The collections of a store; phones are in normal form.
+namespace kept {
+
+inline constexpr QLatin1String customers{"customers"}; ///< By phone, as in the answers.
+inline constexpr QLatin1String codes{"codes"};         ///< By phone, the one last sent, unused.
+inline constexpr QLatin1String sms{"sms"};             ///< As they were sent.
+inline constexpr QLatin1String letters{"letters"};     ///< As they were sent.
+inline constexpr QLatin1String orders{"orders"};       ///< By their external identifier.
+
+} // namespace kept
+
+/// What the service holds: collections of JSON objects, in memory and, when wanted, in a file that
+/// outlives a kill.
+///
+/// Changes are seen when they are committed, all of them or none.
+class Store
+{
+public:
+    /// Starts with the preset customers.
+    Store();
+
+    /// Takes over what the file holds, a new one nothing but what is here. Returns what is wrong
+    /// with it, empty when it can be used.
+    [[nodiscard]] QString open(const QString &path);
+
+    /// Empty when there is none.
+    QJsonObject get(QLatin1String collection, const QString &key) const;
+    /// In the order in which they were first put.
+    QJsonArray all(QLatin1String collection) const;
+    /// Whether a customer has this e-mail address, compared exactly.
+    bool knowsEmail(const QString &email) const;
+
+    void put(QLatin1String collection, const QString &key, const QJsonObject &content);
+    /// Puts it under a key of its own.
+    void append(QLatin1String collection, const QJsonObject &content);
+    void remove(QLatin1String collection, const QString &key);
+    /// Back to the preset customers.
+    void reset();
+    /// Makes what was put and removed since the last call the state, in the file first. Returns
+    /// what went wrong; then nothing of it is kept. Empty when all is well.
+    [[nodiscard]] QString commit();
+
+private:
+    qint64 numberOf(QLatin1String collection, const QString &key) const;
+    void change(qint64 number, QLatin1String collection, const QString &key,
+                const QJsonObject &content);
+    void apply(const KeptObject &object);
+
+    std::map<qint64, KeptObject> objects; ///< By their numbers.
+    QHash<QString, qint64> numbers;       ///< By collection and key.
+    QList<KeptObject> changes;            ///< Not committed yet.
+    qint64 lastNumber = 0;
+    std::unique_ptr<StateFile> file;
+};
+
+} // namespace simulator
