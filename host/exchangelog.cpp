@@ -1,126 +1,141 @@
 #include "host/exchangelog.h"
 
 #include "host/httpresponse.h"
+#include "host/secretkey.h"
 
 #include <QJsonArray>
-#include <QJsonObject>
+#include <QJsonDocument>
+#include <QRegularExpression>
 #include <QStringList>
+#include <QUrlQuery>
 
 #include <log4qt/logger.h>
+
+#include <utility>
 
 namespace {
 
 constexpr qsizetype longestBody = 1LL << 16;
+constexpr qsizetype longestMessage = 200;
+constexpr qsizetype shortestCode = 4; ///< A shorter one stands in every other number.
 
 constexpr auto mask = QLatin1String("***");
 
-bool isConfirmationCode(const QString &key)
+/// A confirmation code in compact JSON: what stands before its value, and the value.
+const QRegularExpression &confirmationCode()
 {
-    return key == QLatin1String("code") || key == QLatin1String("authentificationCode") ||
-           key == QLatin1String("authenticationCode");
+    static const QRegularExpression expression(QStringLiteral(
+        R"re(("(?:code|authenti(?:fi)?cationCode)":)("(?:[^"\\]|\\.)*+"|[\[{][^\]}]*+[\]}]|[^,\]}]++))re"));
+    return expression;
 }
 
-QJsonValue withoutSecrets(const QJsonValue &value, const QStringList &secrets)
+QString shortened(const QString &text, qsizetype longest)
 {
-    if (value.isString()) {
-        auto text = value.toString();
-        for (const auto &secret : secrets)
-            text.replace(secret, mask);
-        return text;
-    }
-    if (value.isArray()) {
-        QJsonArray result;
-        for (const auto &element : value.toArray())
-            result.append(withoutSecrets(element, secrets));
-        return result;
-    }
-    if (value.isObject()) {
-        const auto object = value.toObject();
-        QJsonObject result;
-        for (auto member = object.begin(); member != object.end(); ++member) {
-            auto key = withoutSecrets(member.key(), secrets).toString();
-            if (isConfirmationCode(key))
-                result.insert(key, mask);
-            else
-                result.insert(key, withoutSecrets(member.value(), secrets));
-        }
-        return result;
-    }
-    return value;
+    return text.size() <= longest
+               ? text
+               : text.left(longest) + QStringLiteral("... (%1 in all)").arg(text.size());
 }
 
-/// What the headers' values hold between quotes.
-QStringList quotedTexts(const QHash<QString, QString> &headers)
+/// "status Success, order Processed": what the answer says of itself and of each thing in it.
+QStringList statuses(const QJsonObject &answer)
 {
-    QStringList result;
-    for (const auto &value : headers) {
-        const auto first = value.indexOf(QLatin1Char('"'));
-        const auto last = value.lastIndexOf(QLatin1Char('"'));
-        if (last > first + 1)
-            result.append(value.mid(first + 1, last - first - 1));
+    QStringList result{QLatin1String("status ") +
+                       answer.value(QLatin1String("status")).toString(QStringLiteral("-"))};
+    for (auto member = answer.begin(); member != answer.end(); ++member) {
+        const auto status = member->toObject().value(QLatin1String("processingStatus"));
+        if (status.isString())
+            result += member.key() + QLatin1Char(' ') + status.toString();
     }
     return result;
 }
 
+QString messages(const QJsonObject &answer)
+{
+    QStringList result;
+    if (const auto message = answer.constFind(QLatin1String("errorMessage"));
+        message != answer.constEnd())
+        result += message->toString();
+    for (const auto &message : answer.value(QLatin1String("validationMessages")).toArray())
+        result += message[QLatin1String("message")].toString();
+    return result.join(QLatin1String("; "));
+}
+
 } // namespace
 
-ExchangeLog::ExchangeLog(const Log4Qt::Logger *logger, bool compact, const QUrl &url,
-                         const QHash<QString, QString> &headers)
+ExchangeLog::ExchangeLog(const Log4Qt::Logger *logger, bool compact, Request request)
     : logger(logger)
     , detailed(logger && !compact && logger->isDebugEnabled())
-    , url(url)
+    , request(std::move(request))
 {
     duration.start();
-    if (detailed)
-        secrets = quotedTexts(headers);
 }
 
-void ExchangeLog::writeRequest(const QJsonDocument &document) const
+void ExchangeLog::writeRequest() const
 {
     if (detailed)
-        logger->debug(QStringLiteral("POST ") + printableUrl() + QLatin1Char(' ') +
-                      printableBody(document));
+        logger->debug(QStringLiteral("POST %1 %2"),
+                      request.url.toString(QUrl::RemoveUserInfo | QUrl::FullyEncoded),
+                      shortened(harmless(QString::fromUtf8(request.body)), longestBody));
 }
 
-void ExchangeLog::writeAnswer(const http::Response &response) const
+void ExchangeLog::writeAnswer(const http::Response &response, const QString &note) const
 {
-    if (!detailed)
+    if (!logger)
         return;
+    constexpr int success = 200;
     const auto elapsed = duration.elapsed();
-    const auto &body = response.getBody();
-    const auto document = QJsonDocument::fromJson(body);
-    const auto text = document.isNull()
-                          ? QStringLiteral("%1 bytes that are no JSON").arg(body.size())
-                          : printableBody(document);
-    logger->debug(QStringLiteral("HTTP %1 in %2 ms: ").arg(response.getHttpCode()).arg(elapsed) +
-                  text);
+    const auto answer = response.responseObject();
+    const auto size = response.getBody().size();
+    auto text = answer.isEmpty() ? QStringLiteral("%1 bytes that are no JSON object").arg(size)
+                                 : statuses(answer).join(QLatin1String(", "));
+    if (const auto told = messages(answer); !told.isEmpty())
+        text += QLatin1String(": ") + shortened(harmless(told), longestMessage);
+    if (response.getHttpCode() != success)
+        text += note;
+    logger->info(QStringLiteral("%1: HTTP %2 in %3 ms, %4"), subject(), response.getHttpCode(),
+                 elapsed, withoutSecretKey(text));
+    if (detailed && !answer.isEmpty())
+        logger->debug(QStringLiteral("answer: %1"),
+                      shortened(harmless(QString::fromUtf8(
+                                    QJsonDocument(answer).toJson(QJsonDocument::Compact))),
+                                longestBody));
 }
 
 void ExchangeLog::writeFailure(const QString &reason, int transportCode) const
 {
     if (logger)
-        logger->warn(QStringLiteral("no answer from ") + printableUrl() + QLatin1String(": ") +
-                     reason +
-                     QStringLiteral(" (transport code %1, after %2 ms)")
-                         .arg(transportCode)
-                         .arg(duration.elapsed()));
+        logger->warn(QStringLiteral("%1: no answer from %2 in %3 ms, transport code %4: %5"),
+                     subject(), address(), duration.elapsed(), transportCode,
+                     withoutSecretKey(reason));
 }
 
-QString ExchangeLog::printableUrl() const
+/// "sale Offline.CreateOrder 00120300017", with "-" for the identifier where there is no order.
+QString ExchangeLog::subject() const
 {
-    return url.toString(QUrl::RemoveUserInfo | QUrl::FullyEncoded);
+    const auto operation =
+        QUrlQuery(request.url).queryItemValue(QStringLiteral("operation"), QUrl::FullyDecoded);
+    const auto ids =
+        request.object[QLatin1String("order")][QLatin1String("ids")].toObject().toVariantMap();
+    return QStringLiteral("%1 %2 %3")
+        .arg(request.purpose, operation.isEmpty() ? QStringLiteral("-") : operation,
+             ids.isEmpty() ? QStringLiteral("-") : ids.first().toString());
 }
 
-QString ExchangeLog::printableBody(const QJsonDocument &document) const
+QString ExchangeLog::address() const
 {
-    const auto value =
-        document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
-    const auto harmless = withoutSecrets(value, secrets);
-    const auto json = (harmless.isArray() ? QJsonDocument(harmless.toArray())
-                                          : QJsonDocument(harmless.toObject()))
-                          .toJson(QJsonDocument::Compact);
-    if (json.size() <= longestBody)
-        return QString::fromUtf8(json);
-    return QString::fromUtf8(json.first(longestBody)) +
-           QStringLiteral("... (%1 bytes in all)").arg(json.size());
+    return request.url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::FullyEncoded);
+}
+
+/// The text, part of a body, without the key and the codes.
+QString ExchangeLog::harmless(QString text) const
+{
+    const auto &expression = confirmationCode();
+    text.replace(expression, QStringLiteral("\\1\"***\""));
+    const auto body = QString::fromUtf8(request.body);
+    for (auto found = expression.globalMatch(body); found.hasNext();) {
+        const auto code = found.next().captured(2).remove(QLatin1Char('"'));
+        if (code.size() >= shortestCode)
+            text.replace(code, mask);
+    }
+    return withoutSecretKey(text);
 }

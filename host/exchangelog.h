@@ -1,8 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QElapsedTimer>
-#include <QHash>
-#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLatin1String>
 #include <QString>
 #include <QUrl>
 
@@ -14,29 +15,38 @@ namespace http {
 class Response;
 }
 
-/// Writes one exchange to the log: each side at debug level, a failure as a warning.
+/// Writes one exchange to the log: one line of what it was about and how it ended, as a warning
+/// when there was no answer, else at info level; both bodies at debug level.
 ///
-/// Headers are never written. What a header holds between quotes is a secret, and so are the codes
-/// that customers confirm with; wherever they stand in a body, "***" is written instead.
+/// Headers are never written. The secret key and the codes that customers confirm with are written
+/// as "***" wherever they stand.
 class ExchangeLog
 {
 public:
-    /// \param logger Null for no log.
-    /// \param compact Whether only a failure is written.
-    ExchangeLog(const Log4Qt::Logger *logger, bool compact, const QUrl &url,
-                const QHash<QString, QString> &headers);
+    struct Request
+    {
+        QLatin1String purpose;
+        QUrl url;
+        QJsonObject object;
+        QByteArray body; ///< The object, as it is sent.
+    };
 
-    void writeRequest(const QJsonDocument &document) const;
-    void writeAnswer(const http::Response &response) const;
+    /// \param logger Null for no log.
+    /// \param compact Whether the bodies are left out.
+    ExchangeLog(const Log4Qt::Logger *logger, bool compact, Request request);
+
+    void writeRequest() const;
+    /// \param note What follows the line of an answer whose code is not 200.
+    void writeAnswer(const http::Response &response, const QString &note) const;
     void writeFailure(const QString &reason, int transportCode) const;
 
 private:
-    QString printableUrl() const;
-    QString printableBody(const QJsonDocument &document) const;
+    QString subject() const;
+    QString address() const;
+    QString harmless(QString text) const;
 
     const Log4Qt::Logger *logger;
     bool detailed;
-    const QUrl &url;
-    QStringList secrets;
+    Request request;
     QElapsedTimer duration;
 };

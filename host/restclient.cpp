@@ -2,7 +2,9 @@
 
 #include "host/exchangelog.h"
 #include "host/restconnection.h"
+#include "host/serviceavailability.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QUrl>
 
@@ -14,6 +16,23 @@ template class MockFactory<RestClient>;
 namespace {
 
 thread_local http::Response lastOfThread;
+thread_local auto purposeOfThread = RestClient::Purpose::Sale;
+
+ServiceAvailability::Outcome outcomeOf(int transportCode)
+{
+    switch (transportCode) {
+    case CURLE_OK:
+        return ServiceAvailability::Outcome::Answered;
+    case CURLE_OPERATION_TIMEDOUT:
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_SSL_CONNECT_ERROR:
+        return ServiceAvailability::Outcome::Unreachable;
+    default:
+        return ServiceAvailability::Outcome::Broken;
+    }
+}
 
 } // namespace
 
@@ -41,13 +60,27 @@ void RestClient::setCompactLogs(bool compact)
 void RestClient::send(const QUrl &url, const QJsonDocument &document,
                       const QHash<QString, QString> &headers)
 {
-    const ExchangeLog exchangeLog(logger, compactLogs, url, headers);
-    exchangeLog.writeRequest(document);
-    response = connection->exchange(url, document.toJson(QJsonDocument::Compact), headers, timeout);
-    if (const auto error = connection->getError(); !error.isEmpty())
-        exchangeLog.writeFailure(error, response.getTransportCode());
-    else
-        exchangeLog.writeAnswer(response);
+    const auto isDelivery = purposeOfThread == Purpose::Delivery;
+    const auto body = document.toJson(QJsonDocument::Compact);
+    const ExchangeLog exchangeLog(
+        logger, compactLogs,
+        {QLatin1String(isDelivery ? "delivery" : "sale"), url, document.object(), body});
+    auto &services = *Singleton<ServiceAvailability>::instance();
+    if (isDelivery || services.allows(url)) {
+        exchangeLog.writeRequest();
+        response = connection->exchange(url, body, headers, timeout);
+        services.note(url, outcomeOf(response.getTransportCode()), connection->getRetryAfter());
+        if (const auto error = connection->getError(); !error.isEmpty())
+            exchangeLog.writeFailure(error, response.getTransportCode());
+        else
+            exchangeLog.writeAnswer(response, connection->getProxy().note());
+    } else {
+        response = {0, notSent, {}};
+        const auto since = services.state(url).unreachableSince.toLocalTime();
+        exchangeLog.writeFailure(QStringLiteral("not sent, without an answer since %1")
+                                     .arg(since.toString(QStringLiteral("hh:mm:ss"))),
+                                 notSent);
+    }
     lastOfThread = response;
 }
 
@@ -61,7 +94,14 @@ http::Response RestClient::lastResponse()
     return lastOfThread;
 }
 
+void RestClient::setPurpose(Purpose purpose)
+{
+    purposeOfThread = purpose;
+}
+
 QString RestClient::transportErrorText(int transportCode)
 {
+    if (transportCode == notSent)
+        return QStringLiteral("Not sent, the service has not answered before");
     return QString::fromUtf8(curl_easy_strerror(static_cast<CURLcode>(transportCode)));
 }

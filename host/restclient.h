@@ -21,11 +21,23 @@ class Logger;
 /// One exchange at a time; the connection is kept for the next one. Redirects are not followed,
 /// certificates and host names are verified, only http and https are spoken, and an answer of more
 /// than `maximumAnswerSize` bytes counts as no answer. A certificate authority of the shop's own
-/// is trusted when the setting "Http:caFile" names its PEM file.
+/// is trusted when the setting "Http:caFile" names its PEM file. The proxy is the one that the
+/// setting "Http:proxy" or else the environment names; loopback is spoken to without one.
+///
+/// A service that does not answer is waited for once: for a time after that, what a sale sends to
+/// it is given up at once, in all clients of the process (see ServiceAvailability).
 class HOST_EXPORT RestClient
 {
 public:
     static constexpr qint64 maximumAnswerSize = 16LL << 20;
+    /// Transport code of a request that was not sent, because the service did not answer before.
+    static constexpr int notSent = 1000;
+
+    /// Who waits for the answer.
+    enum class Purpose {
+        Sale,     ///< The cashier.
+        Delivery, ///< Nobody. It keeps a slower pace of its own, so it is always sent.
+    };
 
     RestClient();
     virtual ~RestClient();
@@ -36,8 +48,8 @@ public:
     virtual void setTimeout(qint64 milliseconds);
     /// Where exchanges are logged; null for nowhere. The logger must outlive the client.
     virtual void setLogger(const Log4Qt::Logger *newLogger);
-    /// With compact logs only a failure is logged; otherwise each exchange at debug level, with
-    /// URL, bodies, codes and duration, never with the headers.
+    /// Each exchange is logged in one line at info level, a failure as a warning; without compact
+    /// logs both bodies as well, at debug level, never the headers.
     virtual void setCompactLogs(bool compact);
 
     /// Posts the document with the headers; the outcome is in `getResponse`. A header whose name
@@ -50,6 +62,9 @@ public:
 
     /// The outcome of the last `send` of any client in this thread, for who was not at the call.
     static http::Response lastResponse();
+
+    /// Says what the exchanges of this thread are for from now on; `Sale` until then.
+    static void setPurpose(Purpose purpose);
 
     /// What a response's transport code says, in English words.
     static QString transportErrorText(int transportCode);

@@ -1,20 +1,20 @@
 #include "host/restconnection.h"
 
 #include "host/config.h"
+#include "host/serviceavailability.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <limits>
 #include <memory>
 #include <poll.h>
-#include <string_view>
 #include <utility>
 
 namespace {
@@ -27,28 +27,13 @@ struct ListDeleter
 };
 using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
 
-bool isToken(const QByteArray &name)
-{
-    static constexpr std::string_view others = "!#$%&'*+-.^_`|~";
-    const auto allowed = [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-               others.find(c) != std::string_view::npos;
-    };
-    return !name.isEmpty() && std::all_of(name.cbegin(), name.cend(), allowed);
-}
-
-bool hasControl(const QByteArray &value)
-{
-    return std::any_of(value.cbegin(), value.cend(), [](char c) {
-        return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F;
-    });
-}
-
 /// The headers as libcurl takes them; null, with the reason, when one must not be sent.
 HeaderList headerList(const QHash<QString, QString> &headers, QString &error)
 {
     // Waiting for "100 Continue" would cost a round trip.
     HeaderList list(curl_slist_append(nullptr, "Expect:"));
+    static const QRegularExpression token(QStringLiteral(R"(\A[\w!#$%&'*+.^`|~-]+\z)"));
+    static const QRegularExpression control(QStringLiteral(R"([\x00-\x08\x0A-\x1F\x7F])"));
     auto hasContentType = false;
     const auto append = [&list](const QByteArray &line) {
         // libcurl answers null when there is no memory, and keeps the list as it was.
@@ -58,13 +43,13 @@ HeaderList headerList(const QHash<QString, QString> &headers, QString &error)
         }
     };
     for (auto header = headers.cbegin(); header != headers.cend(); ++header) {
-        const auto name = header.key().toUtf8();
-        const auto value = header.value().toUtf8();
-        if (!isToken(name) || hasControl(value)) {
+        if (!token.match(header.key()).hasMatch() || control.match(header.value()).hasMatch()) {
             error =
                 QStringLiteral("a header's name or value holds a character that is not allowed");
             return {};
         }
+        const auto name = header.key().toUtf8();
+        const auto value = header.value().toUtf8();
         hasContentType = hasContentType || name.compare("content-type", Qt::CaseInsensitive) == 0;
         // With a colon and nothing behind it libcurl would leave the header out.
         append(value.trimmed().isEmpty() ? name + ';' : name + ": " + value);
@@ -72,39 +57,6 @@ HeaderList headerList(const QHash<QString, QString> &headers, QString &error)
     if (!hasContentType)
         append("Content-Type: application/json; charset=utf-8");
     return list;
-}
-
-/// Whether the text breaks off inside the JSON it begins with. One that is whole and no JSON does
-/// not break off.
-bool breaksOff(const QByteArray &text)
-{
-    QJsonParseError error;
-    QJsonDocument::fromJson(text, &error);
-    // A token that is not whole is reported where it begins, not where the text ends.
-    const auto rest = text.mid(error.offset);
-    const auto restIs = [&rest](auto allowed) {
-        return std::all_of(rest.cbegin(), rest.cend(),
-                           [&](char c) { return allowed(static_cast<unsigned char>(c)); });
-    };
-    switch (error.error) {
-    case QJsonParseError::UnterminatedString:
-    case QJsonParseError::TerminationByNumber:
-        return true;
-    case QJsonParseError::IllegalValue: {
-        static constexpr std::array<QByteArrayView, 3> words{"true", "false", "null"};
-        const auto word = text.mid(error.offset - 1);
-        return std::any_of(words.begin(), words.end(),
-                           [&word](QByteArrayView whole) { return whole.startsWith(word); });
-    }
-    case QJsonParseError::IllegalEscapeSequence:
-        return restIs([](unsigned char c) { return std::isxdigit(c) != 0; });
-    case QJsonParseError::IllegalUTF8String:
-        return restIs([](unsigned char c) { return c >= 0x80; });
-    default:
-        // A wrong last byte and a missing next one are told apart by one byte more.
-        QJsonDocument::fromJson(text + '"', &error);
-        return error.offset > text.size();
-    }
 }
 
 } // namespace
@@ -166,6 +118,8 @@ http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArra
                                                 qint64 timeout)
 {
     error.clear();
+    retryAfter = {};
+    proxy = Proxy::of(url);
     if (!handle) {
         error = QStringLiteral("libcurl cannot be initialised");
         return {0, CURLE_FAILED_INIT, {}};
@@ -182,6 +136,8 @@ http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArra
 
     set(CURLOPT_URL, url.toEncoded(QUrl::RemoveFragment).constData());
     set(CURLOPT_HTTPHEADER, list.get());
+    // An empty one keeps libcurl from asking the environment, which it does for loopback too.
+    set(CURLOPT_PROXY, proxy.address.constData());
     // Given in one piece, a body of usual size leaves in one segment with the head.
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
     set(CURLOPT_POSTFIELDS, body.constData());
@@ -220,13 +176,20 @@ http::Response RestClient::Connection::perform()
     if (received > maximumAnswerSize)
         error = QStringLiteral("the answer is longer than %1 bytes").arg(maximumAnswerSize);
     else if (code != CURLE_OK)
-        error = QString::fromUtf8(errorText.front() ? errorText.data() : curl_easy_strerror(code));
+        error = proxy.harmless(
+            QString::fromUtf8(errorText.front() ? errorText.data() : curl_easy_strerror(code)));
     else if (isAnswerCut())
         error = QStringLiteral("the answer is cut");
-    if (!error.isEmpty())
+    if (!error.isEmpty()) {
+        error += proxy.note();
         return {0, code == CURLE_OK ? CURLE_PARTIAL_FILE : code, {}};
+    }
     long httpCode = 0;
     curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &httpCode);
+    constexpr long tooManyRequests = 429;
+    constexpr long unavailable = 503;
+    if (httpCode != tooManyRequests && httpCode != unavailable)
+        retryAfter = {}; // means something else there
     return {static_cast<int>(httpCode), code, std::exchange(answer, {})};
 }
 
@@ -237,7 +200,8 @@ bool RestClient::Connection::isAnswerCut() const
     if (!headComplete)
         return true;
     const auto begin = answer.trimmed().left(1);
-    return !lengthKnown && (begin == "{" || begin == "[") && breaksOff(answer);
+    return !lengthKnown && (begin == "{" || begin == "[") &&
+           QJsonDocument::fromJson(answer).isNull();
 }
 
 /// libcurl repeats a request by itself on a fresh connection when a kept one turns out to be dead.
@@ -279,12 +243,29 @@ void RestClient::Connection::readHeadLine(const QByteArray &line)
                    .first(std::min(line.size(), name.size()))
                    .compare(name, Qt::CaseInsensitive) == 0;
     };
-    if (begins("HTTP/")) // several heads come when the first ones are interim
+    constexpr QByteArrayView retryName("Retry-After:");
+    if (begins("HTTP/")) { // several heads come when the first ones are interim
         headComplete = lengthKnown = false;
+        retryAfter = {};
+    } else if (begins(retryName))
+        readRetryAfter(line.sliced(retryName.size()).trimmed());
     else if (begins("Content-Length:") || begins("Transfer-Encoding:"))
         lengthKnown = true;
     else if (line == "\r\n" || line == "\n")
         headComplete = true;
+}
+
+/// A number of seconds or a date. Anything else, and a date that has passed, asks for nothing.
+void RestClient::Connection::readRetryAfter(const QByteArray &value)
+{
+    constexpr qint64 longest = std::chrono::seconds(ServiceAvailability::longestRetryAfter).count();
+    bool isNumber = false;
+    auto seconds = value.toLongLong(&isNumber);
+    if (!isNumber) {
+        const auto date = curl_getdate(value.constData(), nullptr);
+        seconds = date - QDateTime::currentSecsSinceEpoch();
+    }
+    retryAfter = std::chrono::seconds(std::clamp<qint64>(seconds, 0, longest));
 }
 
 size_t RestClient::Connection::receiveBody(char *from, size_t size, size_t count, void *connection)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/proxy.h"
 #include "host/restclient.h"
 
 #include <QByteArray>
@@ -9,6 +10,7 @@
 #include <curl/curl.h>
 
 #include <array>
+#include <chrono>
 #include <optional>
 
 class QUrl;
@@ -25,6 +27,9 @@ public:
                             const QHash<QString, QString> &headers, qint64 timeout);
     /// Why the last exchange has no answer; empty when it has one.
     QString getError() const { return error; }
+    /// How long the last answer asked to be left alone; 0 when it did not.
+    std::chrono::seconds getRetryAfter() const { return retryAfter; }
+    const Proxy &getProxy() const { return proxy; }
 
 private:
     template<typename Value>
@@ -45,11 +50,14 @@ private:
                                 int ownPort);
     bool countReceived(size_t size);
     void readHeadLine(const QByteArray &line);
+    void readRetryAfter(const QByteArray &value);
     bool isAnswerCut() const;
 
     CURL *handle = nullptr;
     std::array<char, CURL_ERROR_SIZE> errorText{};
     QString error;
+    Proxy proxy;
+    std::chrono::seconds retryAfter{0};
     std::optional<long> sentBefore; ///< Bytes that went out before the request's first try.
     QByteArray answer;
     qint64 received = 0;

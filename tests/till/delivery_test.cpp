@@ -7,7 +7,9 @@
 
 #include "interface/interface.h"
 
+#include <host/config.h>
 #include <host/dbqueuebroker.h>
+#include <host/serviceavailability.h>
 
 #include <QTemporaryDir>
 
@@ -226,6 +228,28 @@ TEST_F(Delivery, WaitsTwiceAsLongAfterEachFailureUpToTheLongestAndStartsAnewAfte
     EXPECT_THAT(pause.rests, ElementsAre(about(100ms), about(200ms), about(400ms), about(800ms),
                                          about(1'000ms), about(1'000ms), about(1'000ms),
                                          till::DeliveryLoop::idleTime, about(100ms)));
+}
+
+TEST_F(Delivery, LeavesTheServiceAloneForAsLongAsItAsks)
+{
+    put("create", order("A"));
+    service.failing = "A";
+    service.failure = {503, 0, R"({"errorMessage":"busy"})"};
+    auto *const config = Singleton<Config>::instance();
+    auto *const services = Singleton<ServiceAvailability>::instance();
+    const QUrl url(QStringLiteral("http://service.invalid/x"));
+    config->set(QStringLiteral("LmMindbox:url"), url.toString());
+    service.whileSending = [&] {
+        const auto asked = service.received.size() == 2 ? 300s : 0s;
+        services->note(url, ServiceAvailability::Outcome::Answered, asked);
+    };
+    FakePause pause;
+    pause.mostRests = 3;
+    till::DeliveryLoop(deliverer, till::Backoff({100ms, 1'000ms}), pause).run();
+    config->clear();
+    EXPECT_THAT(pause.rests, ElementsAre(testing::Le(120ms),
+                                         testing::AllOf(testing::Ge(290s), testing::Le(360s)),
+                                         testing::Le(240ms)));
 }
 
 TEST_F(Delivery, InTheBackgroundStopsWithoutWaitingForTheNextTry)

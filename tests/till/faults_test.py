@@ -1,6 +1,7 @@
 """Runs the till as a program through faults of its disk and queue, and searches what it leaves.
 usage: faults_test.py TILL SIMULATOR [TEST...]"""
 import contextlib
+import http.server
 import json
 import os
 import pathlib
@@ -11,6 +12,7 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 import urllib.request
 
@@ -53,6 +55,22 @@ class Till(contextlib.AbstractContextManager):
     def __exit__(self, *_):
         self.output += self.process.communicate()[0]
         assert self.process.returncode == 0, self.process.returncode
+
+
+class RepeatingService(http.server.BaseHTTPRequestHandler):
+    """Refuses everything, and says the secret key in many ways."""
+
+    def do_POST(self):
+        self.rfile.read(int(self.headers["Content-Length"]))
+        key = self.headers["Authorization"]
+        answer = json.dumps({"status": "ProtocolError", "errorMessage": f"bad: {key}", key: [key]})
+        self.send_response(400)
+        self.send_header("Content-Length", len(answer))
+        self.end_headers()
+        self.wfile.write(answer.encode())
+
+    def log_message(self, *_):
+        pass
 
 
 class Faults(unittest.TestCase):
@@ -124,6 +142,30 @@ class Faults(unittest.TestCase):
         with Till(self.config) as till:
             till.say("add 1 Milk 2.00", "commit")
         self.assertEqual(self.committed(), {1: (1, "queued")})
+
+    def test_a_key_that_the_service_repeats_is_left_nowhere(self):
+        service = http.server.ThreadingHTTPServer(("127.0.0.1", 0), RepeatingService)
+        self.addCleanup(service.server_close)
+        threading.Thread(target=service.serve_forever, daemon=True).start()
+        self.addCleanup(service.shutdown)
+        with Till(self.config) as till:
+            till.say("add 1 Milk 2.00", "commit")  # its order waits
+        self.configure(f"http://127.0.0.1:{service.server_port}")
+        with Till(self.config, QT_LOGGING_RULES="*.debug=true") as till:
+            till.say("card 79161234567", "add 1 Milk 2.00", "commit", "queue")
+        for command in (["deliver", "--once"], ["queue", "parked"],
+                        ["queue", "export", self.data / "export.json"]):
+            till.output += self.command(*command).stdout
+        answers = [self.rows("SELECT answer FROM receipts WHERE report = 'refused'")[0][0],
+                   *re.findall("refused, HTTP code.*", till.output)]
+        self.assertEqual(len(answers), 3)
+        for answer in answers:
+            self.assertIn("bad: Mindbox secretKey", answer)
+        left = [till.output, *(path.read_bytes().decode(errors="replace")
+                               for path in self.data.rglob("*") if path.is_file())]
+        self.assertTrue(any("HTTP 400" in text for text in left))
+        for text in left:
+            self.assertNotIn(SECRET, text)
 
     def test_a_whole_sale_leaves_no_secret_and_no_open_file(self):
         self.addCleanup(os.umask, os.umask(0))

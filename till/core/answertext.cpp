@@ -1,6 +1,7 @@
 #include "till/core/answertext.h"
 
 #include <host/httpresponse.h>
+#include <host/secretkey.h>
 
 #include <QJsonDocument>
 
@@ -11,7 +12,8 @@ QString answerText(const QJsonObject &answer)
     constexpr qsizetype longest = 4096;
     if (answer.isEmpty())
         return {};
-    const auto text = QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact));
+    const auto text =
+        withoutSecretKey(QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
     return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
 }
 

@@ -11,7 +11,7 @@ class Response;
 namespace till {
 
 /// An answer of the service as it is kept with what it was the answer to: compact JSON, long
-/// enough to see why something was refused. Empty for no answer.
+/// enough to see why something was refused, and without the secret key. Empty for no answer.
 QString answerText(const QJsonObject &answer);
 QString answerText(const http::Response &response);
 

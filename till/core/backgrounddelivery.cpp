@@ -7,6 +7,7 @@
 #include "interface/interface.h"
 
 #include <host/dbqueuebroker.h>
+#include <host/restclient.h>
 
 #include <condition_variable>
 #include <mutex>
@@ -51,6 +52,7 @@ private:
     /// The client and the broker belong to the thread that uses them.
     void deliver(const QString &queueFile, UnstoredMessages &unstored, const BackoffRange &range)
     {
+        RestClient::setPurpose(RestClient::Purpose::Delivery);
         DBQueueBroker broker(queueFile);
         lmmindbox::Interface service;
         Deliverer deliverer(broker, service);

@@ -18,6 +18,12 @@ std::chrono::milliseconds Backoff::next()
     return wait;
 }
 
+std::chrono::milliseconds Backoff::atLeast(std::chrono::milliseconds time)
+{
+    std::uniform_int_distribution percent(100, 120);
+    return time * percent(random) / 100;
+}
+
 void Backoff::reset()
 {
     current = range.first;

@@ -21,6 +21,8 @@ public:
 
     /// The wait after one more failure.
     std::chrono::milliseconds next();
+    /// At least that time, as somebody has asked for; up to a fifth longer by chance.
+    std::chrono::milliseconds atLeast(std::chrono::milliseconds time);
     /// After a success the next wait is the first one again.
     void reset();
 

@@ -1,7 +1,12 @@
 #include "till/core/deliveryloop.h"
 
+#include <host/config.h>
+#include <host/serviceavailability.h>
+
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
+
+#include <QUrl>
 
 namespace till {
 
@@ -11,6 +16,13 @@ const Log4Qt::Logger &logger()
 {
     static const auto *const delivery = Log4Qt::LogManager::logger(QStringLiteral("till.delivery"));
     return *delivery;
+}
+
+/// How much longer the service has asked to be left alone.
+std::chrono::milliseconds askedPatience()
+{
+    const auto service = Singleton<Config>::instance()->getText(QStringLiteral("LmMindbox:url"));
+    return Singleton<ServiceAvailability>::instance()->state(QUrl(service)).retryAfter;
 }
 
 } // namespace
@@ -34,7 +46,10 @@ void DeliveryLoop::run()
         switch (round.outcome) {
         case Deliverer::Outcome::Unreachable:
         case Deliverer::Outcome::Unusable: {
-            const auto wait = backoff.next();
+            const auto asked = round.outcome == Deliverer::Outcome::Unreachable
+                                   ? askedPatience()
+                                   : std::chrono::milliseconds::zero();
+            const auto wait = asked.count() > 0 ? backoff.atLeast(asked) : backoff.next();
             logger().warn(QStringLiteral("%1; the next try comes in %2 ms"), deliverer.lastError(),
                           static_cast<qint64>(wait.count()));
             pause.rest(wait, false);

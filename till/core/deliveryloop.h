@@ -26,7 +26,8 @@ public:
     virtual void rest(std::chrono::milliseconds time, bool wakeable) = 0;
 };
 
-/// The standing delivery: looks for messages, and waits longer after each failed round.
+/// The standing delivery: looks for messages, and waits longer after each failed round, or as
+/// long as the service has asked for.
 class DeliveryLoop
 {
 public:

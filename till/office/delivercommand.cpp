@@ -11,6 +11,7 @@
 #include "interface/interface.h"
 
 #include <host/dbqueuebroker.h>
+#include <host/restclient.h>
 
 #include <QElapsedTimer>
 
@@ -63,6 +64,7 @@ private:
 
 int runDelivery(const Settings &settings, bool once, std::ostream &output)
 {
+    RestClient::setPurpose(RestClient::Purpose::Delivery);
     SignalPause pause;
     DBQueueBroker broker(Store::fileIn(settings.dataDirectory));
     lmmindbox::Interface service;

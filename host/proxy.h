@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class QUrl;
+
+/// The proxy that stands between the till and a service.
+struct Proxy
+{
+    QByteArray address; ///< As it was set; empty for none.
+    QString source;     ///< The setting or environment variable that names it.
+
+    /// For an exchange with that URL: none for loopback, else that of the setting "Http:proxy",
+    /// else that of the environment (http_proxy, https_proxy, all_proxy). Hosts that "no_proxy"
+    /// names are the transport's to except.
+    static Proxy of(const QUrl &url);
+
+    /// Names the proxy behind the description of a failure; empty for none.
+    QString note() const;
+    /// The text without the credentials that the proxy's address may hold.
+    QString harmless(QString text) const;
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "host/export.h"
+#include "host/singleton.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <chrono>
+#include <memory>
+
+class QUrl;
+
+/// What the process knows of the services it talks to, one entry for scheme, host and port.
+///
+/// Fed by every `RestClient`; usable from several threads.
+class HOST_EXPORT ServiceAvailability
+{
+public:
+    enum class Reach { Unknown, Reachable, Unreachable };
+
+    struct State
+    {
+        Reach reach = Reach::Unknown;
+        QDateTime unreachableSince; ///< UTC, of the first exchange without an answer; else null.
+        QDateTime lastAnswer;       ///< UTC; null before the first one.
+        /// How much longer the service has asked to be left alone; 0 when it has not.
+        std::chrono::milliseconds retryAfter{0};
+    };
+
+    /// How an exchange ended.
+    enum class Outcome {
+        Answered,    ///< By a complete answer, whatever it says.
+        Broken,      ///< With no complete answer, but without a wait in vain.
+        Unreachable, ///< By a time-out, or without a connection.
+    };
+
+    /// A service wants to be left alone for an hour at most, whatever it says.
+    static constexpr std::chrono::hours longestRetryAfter{1};
+
+    ServiceAvailability();
+    ~ServiceAvailability();
+    Q_DISABLE_COPY_MOVE(ServiceAvailability)
+
+    /// Whether a request that somebody waits for may be sent now. It may not for a time after an
+    /// unreachable service let somebody wait in vain: "Http:retryFirst" milliseconds first, then
+    /// twice as long with each failed trial, at most "Http:retryMax"; always with a first time of
+    /// 0. Each request that may is to be followed by `note`.
+    [[nodiscard]] bool allows(const QUrl &service);
+    /// Says how an exchange ended, and how long the answer asked for patience.
+    void note(const QUrl &service, Outcome outcome, std::chrono::seconds retryAfter = {});
+
+    State state(const QUrl &service) const;
+    /// Forgets all services, and reads the settings anew for the next ones.
+    void clear();
+
+private:
+    struct Entry;
+    struct Entries;
+
+    std::unique_ptr<Entries> entries;
+};
+
+extern template class HOST_EXPORT Singleton<ServiceAvailability>;
