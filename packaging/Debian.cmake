@@ -39,6 +39,7 @@ reports every sale as an order; an order waits in the till's store while the
 service cannot be reached. With the plugin for tills of other makers.")
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_NAME "${package_simulator}")
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_SECTION misc)
+set(CPACK_DEBIAN_SIMULATOR_PACKAGE_DEPENDS libqt6sql6-sqlite)
 set(CPACK_DEBIAN_SIMULATOR_DESCRIPTION "loyalty service on loopback
 The operations of the loyalty service that a till uses, on this machine and
 with faults on request: to try a till and to show it.")
@@ -100,6 +101,7 @@ set(CPACK_DEBIAN_TILL_PACKAGE_CONTROL_EXTRA
 
 # For whoever builds a till.
 set(doc_dir "${CMAKE_INSTALL_DATADIR}/doc/${package_dev}")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${doc_dir}" COMPONENT dev)
 install(FILES "${PROJECT_SOURCE_DIR}/docs/host.md" DESTINATION "${doc_dir}" COMPONENT dev)
 
 include(CPack)
