@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -32,6 +33,9 @@ public:
     /// The integer stored under `key`, or `defaultValue` when there is none. A text that is no
     /// 32-bit integer gives `defaultValue` and a warning in the log that names the key.
     int getInt(const QString &key, int defaultValue) const;
+
+    /// The keys that are set, in no order.
+    QStringList keys() const { return values.keys(); }
 
     /// Sets one text for the life of the process, as a program's option does.
     void set(const QString &key, const QString &value);

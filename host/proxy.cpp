@@ -6,8 +6,6 @@
 
 #include <arpa/inet.h>
 
-namespace {
-
 bool isLoopback(const QString &host)
 {
     in_addr address{};
@@ -17,8 +15,6 @@ bool isLoopback(const QString &host)
     return host == QLatin1String("::1") || host == QLatin1String("localhost") ||
            host.endsWith(QLatin1String(".localhost"));
 }
-
-} // namespace
 
 Proxy Proxy::of(const QUrl &url)
 {

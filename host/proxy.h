@@ -1,12 +1,17 @@
 #pragma once
 
+#include "host/export.h"
+
 #include <QByteArray>
 #include <QString>
 
 class QUrl;
 
+/// Whether the host, as a URL names it, is this machine by its loopback.
+HOST_EXPORT bool isLoopback(const QString &host);
+
 /// The proxy that stands between the till and a service.
-struct Proxy
+struct HOST_EXPORT Proxy
 {
     QByteArray address; ///< As it was set; empty for none.
     QString source;     ///< The setting or environment variable that names it.

@@ -2,11 +2,14 @@
 #include "till/console/consolepresenter.h"
 #include "till/console/salecommands.h"
 #include "till/core/catalogue.h"
+#include "till/core/legacydata.h"
 #include "till/core/sale.h"
 #include "till/core/settings.h"
+#include "till/core/settingscheck.h"
 #include "till/core/till.h"
 #include "till/office/delivercommand.h"
 #include "till/office/queuecommands.h"
+#include "till/office/settingstext.h"
 #include "till/options.h"
 
 #include <host/config.h>
@@ -49,15 +52,18 @@ struct DialogsOnConsole
     till::ConsolePresenter presenter;
 };
 
-/// The loyalty plugin starts without these, but the service then refuses every order.
-void warnOfMissingSettings()
+/// Names what is wrong with the settings, each on a line. \return Whether the till may start.
+bool tellComplaints(const QList<till::SettingComplaint> &complaints,
+                    till::SettingComplaint::Weight least)
 {
-    for (const auto &key : {QStringLiteral("LmMindbox:url"), QStringLiteral("LmMindbox:endpoint"),
-                            QStringLiteral("LmMindbox:secretKey")}) {
-        if (Singleton<Config>::instance()->getText(key).isEmpty())
-            std::cerr << "till: " << key.toStdString()
-                      << " is not set; no order will reach the service" << std::endl;
+    bool isUsable = true;
+    for (const auto &complaint : complaints) {
+        if (complaint.weight < least)
+            continue;
+        std::cerr << "till: " << till::textOf(complaint).toStdString() << std::endl;
+        isUsable = isUsable && complaint.weight != till::SettingComplaint::Weight::Fatal;
     }
+    return isUsable;
 }
 
 int runSale(const till::Settings &settings, bool deliversInBackground, till::Console &console)
@@ -87,17 +93,23 @@ int run(const till::Options &options, till::Console &console)
     const auto settings = till::loadSettings(options.settings, error);
     if (!error.isEmpty())
         return refuseToStart(error);
+    const auto languageProblem = till::installLanguage(settings.language);
+    const auto name = options.command.value(0);
+    const auto works = name.isEmpty() || name == QLatin1String("deliver");
+    using Weight = till::SettingComplaint::Weight;
+    if (!tellComplaints(till::checkSettings(*Singleton<Config>::instance()),
+                        works ? Weight::Doubtful : Weight::Fatal))
+        return badSetup;
+    if (languageProblem)
+        return refuseToStart(*languageProblem);
     if (const auto problem = privatefile::createDirectory(settings.dataDirectory))
         return refuseToStart(*problem);
     if (const auto problem = logging::start(settings.logFile, settings.logFile.isEmpty())) {
         // A full disk or a read-only directory must not keep the till from selling.
         std::cerr << "till: " << problem->toStdString() << std::endl;
     }
-    if (const auto problem = till::installLanguage(settings.language))
+    if (const auto problem = till::legacydata::adoptQueue(settings.dataDirectory))
         return refuseToStart(*problem);
-    const auto name = options.command.value(0);
-    if (name != QLatin1String("queue"))
-        warnOfMissingSettings();
     if (name == QLatin1String("deliver"))
         return till::runDelivery(settings, options.once, std::cout);
     if (name == QLatin1String("queue"))

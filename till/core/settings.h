@@ -29,7 +29,8 @@ struct Settings
 };
 
 /// Loads the settings file and reads the till's own settings from it. `error` says what is wrong
-/// with the file or a setting; empty when all is well.
+/// with the file; empty when it was read. What is wrong with the settings `checkSettings` says;
+/// none of them is to be used while it has a fatal complaint.
 Settings loadSettings(const SettingsOverrides &overrides, QString &error);
 
 } // namespace till

@@ -13,6 +13,7 @@
 #include <QString>
 
 #include <memory>
+#include <functional>
 #include <optional>
 
 namespace till {
@@ -129,6 +130,13 @@ public:
     std::optional<qint64> countReported(Report outcome);
     /// How the delivery of the loyalty system's queue stands.
     DeliveryState deliveryState(const QString &queue);
+
+    /// Does several operations as one: all of them or, when one answers false, none.
+    [[nodiscard]] bool together(const std::function<bool()> &operations);
+    /// Takes over a receipt kept elsewhere until now; one that is here already stays as it is.
+    [[nodiscard]] bool adopt(const QSharedPointer<AbstractDocument> &document, ReceiptState state);
+    /// Has numbers go on behind these at least.
+    [[nodiscard]] bool adoptNumbers(const TillPlace &place, int shift, int number);
 
     /// Why the last call failed, naming the file; empty after a success.
     QString lastError() const { return database.lastError(); }

@@ -2,6 +2,7 @@
 
 #include "till/core/backgrounddelivery.h"
 #include "till/core/deliverer.h"
+#include "till/core/legacydata.h"
 #include "till/core/sale.h"
 
 #include "interface/interface.h"
@@ -54,8 +55,14 @@ std::optional<QString> Till::takePlace()
         return QStringLiteral("%1: another till is selling here").arg(settings.dataDirectory);
     if (state == FileLock::State::Unavailable)
         startNote = lock.lastError() + u'\n';
+    if (auto error = legacydata::adoptQueue(settings.dataDirectory))
+        return error;
     startNote = (startNote + store.prepare()).trimmed();
-    return store.isForeign() ? std::optional(startNote) : std::nullopt;
+    if (store.isForeign())
+        return startNote;
+    const auto adopted = legacydata::adoptReceipts(settings.dataDirectory, store, settings.place);
+    startNote = (startNote + u'\n' + adopted).trimmed();
+    return std::nullopt;
 }
 
 void Till::sellWith(BasicLoyaltySystem &system)

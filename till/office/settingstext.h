@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+namespace till {
+
+struct SettingComplaint;
+
+/// What is wrong with a setting and what was expected, on one line.
+QString textOf(const SettingComplaint &complaint);
+
+} // namespace till
