@@ -47,7 +47,8 @@ public:
     void retryParked()
     {
         std::ostringstream output;
-        require(till::runQueueCommand(broker, output, {QStringLiteral("parked")}) == 0);
+        require(till::runQueueCommand(broker, output, {QStringLiteral("parked")}) !=
+                till::queueexit::unusable);
         require(till::runQueueCommand(broker, output,
                                       {QStringLiteral("retry"), QStringLiteral("all")}) == 0);
     }

@@ -3,12 +3,15 @@
 #include "till/console/salecommands.h"
 #include "till/core/catalogue.h"
 #include "till/core/legacydata.h"
+#include "till/core/logrotation.h"
+#include "till/core/numbers.h"
 #include "till/core/sale.h"
 #include "till/core/settings.h"
 #include "till/core/settingscheck.h"
 #include "till/core/till.h"
 #include "till/office/delivercommand.h"
 #include "till/office/queuecommands.h"
+#include "till/office/receiptcommands.h"
 #include "till/office/settingstext.h"
 #include "till/options.h"
 
@@ -23,6 +26,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <limits>
 #include <unistd.h>
 
 namespace {
@@ -81,10 +85,31 @@ int runSale(const till::Settings &settings, bool deliversInBackground, till::Con
     return commands.run() ? success : failure;
 }
 
-int runQueue(const till::Settings &settings, const QStringList &arguments)
+int runReport(const till::Settings &settings, const QString &which, till::Console &console)
 {
-    DBQueueBroker broker(till::Store::fileIn(settings.dataDirectory));
-    return till::runQueueCommand(broker, std::cout, arguments);
+    const auto number = till::parseWhole(which, 1, std::numeric_limits<int>::max());
+    if (!number)
+        return refuseToStart(QStringLiteral("expected a receipt's number, not \"%1\"").arg(which));
+    DialogsOnConsole dialogs(console);
+    till::Till till(settings, dialogs.presenter);
+    if (const auto error = till.start())
+        return refuseToStart(*error);
+    const till::SaleCommands told(till, console);
+    return till.sale().report(*number) && till.mayEnd() ? success : failure;
+}
+
+int runOffice(const till::Settings &settings, const till::Options &options)
+{
+    const auto arguments = options.command.mid(1);
+    const auto name = options.command.value(0);
+    if (name == QLatin1String("deliver"))
+        return till::runDelivery(settings, options.once, std::cout);
+    if (name == QLatin1String("queue")) {
+        DBQueueBroker broker(till::Store::fileIn(settings.dataDirectory));
+        return till::runQueueCommand(broker, std::cout, arguments, options.json);
+    }
+    till::Store store(settings.dataDirectory);
+    return till::runReceiptsCommand(store, std::cout, arguments, options.receipts, options.json);
 }
 
 int run(const till::Options &options, till::Console &console)
@@ -108,13 +133,14 @@ int run(const till::Options &options, till::Console &console)
         // A full disk or a read-only directory must not keep the till from selling.
         std::cerr << "till: " << problem->toStdString() << std::endl;
     }
+    const till::LogRotation rotation;
     if (const auto problem = till::legacydata::adoptQueue(settings.dataDirectory))
         return refuseToStart(*problem);
-    if (name == QLatin1String("deliver"))
-        return till::runDelivery(settings, options.once, std::cout);
-    if (name == QLatin1String("queue"))
-        return runQueue(settings, options.command.mid(1));
-    return runSale(settings, options.deliversInBackground, console);
+    if (name.isEmpty())
+        return runSale(settings, options.deliversInBackground, console);
+    if (name == QLatin1String("report"))
+        return runReport(settings, options.command.value(1), console);
+    return runOffice(settings, options);
 }
 
 } // namespace

@@ -4,86 +4,157 @@
 
 #include <QCommandLineParser>
 
+#include <array>
+
 namespace till {
 
 namespace {
 
-struct Parser
+struct KnownOption
 {
-    QCommandLineParser parser;
-    QCommandLineOption config{QStringLiteral("config"),
-                              QStringLiteral("Settings file. Default: the environment variable "
-                                             "TILL_CONFIG, else till/till.conf in the user's "
-                                             "configuration directory or in /etc/xdg."),
-                              QStringLiteral("file")};
-    QCommandLineOption plugin{QStringLiteral("plugin"),
-                              QStringLiteral("Plugin module. Default: the setting Till:plugin, "
-                                             "else lmmindbox.so beside the program or in ../lib."),
-                              QStringLiteral("file")};
-    QCommandLineOption data{QStringLiteral("data"),
-                            QStringLiteral("Data directory. Default: the setting Till:dataDir, "
-                                           "else till in the user's data directory."),
-                            QStringLiteral("directory")};
-    QCommandLineOption language{QStringLiteral("language"),
-                                QStringLiteral("Language of the loyalty texts: ru or en. Default: "
-                                               "the setting Till:language, else ru."),
-                                QStringLiteral("code")};
-    QCommandLineOption log{QStringLiteral("log"),
-                           QStringLiteral("Log file, \"-\" for standard error. Default: the "
-                                          "setting Till:log, else till.log in the data directory."),
-                           QStringLiteral("file")};
-    QCommandLineOption noDelivery{QStringLiteral("no-delivery"),
-                                  QStringLiteral("Do not deliver the queue while selling.")};
-    QCommandLineOption once{QStringLiteral("once"),
-                            QStringLiteral("With \"deliver\": end when nothing is waiting or the "
-                                           "service cannot be reached.")};
-    QCommandLineOption echo{QStringLiteral("echo"),
-                            QStringLiteral("Show every line read, for the output of a script.")};
-    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
-                            QStringLiteral("Show this text.")};
-    QCommandLineOption version{QStringLiteral("version"), QStringLiteral("Show the version.")};
-
-    Parser()
-    {
-        parser.addOptions(
-            {config, plugin, data, language, log, noDelivery, echo, once, help, version});
-        parser.addPositionalArgument(
-            QStringLiteral("command"),
-            QStringLiteral("Nothing: sell, with commands from standard input.\n"
-                           "deliver: bring the waiting messages to the service until stopped.\n"
-                           "queue [list | parked | park ID | retry ID | retry all | export FILE]: "
-                           "look after the waiting messages."),
-            QStringLiteral("[command]"));
-        parser.setApplicationDescription(QStringLiteral("Till emulator for the loyalty plugin."));
-    }
+    const char *name;
+    const char *value;    ///< What its value is called; empty for a switch.
+    const char *commands; ///< It goes with these only; empty for all.
+    const char *meaning;
 };
 
-QString helpText(const Parser &parser)
+constexpr std::array knownOptions{
+    KnownOption{"config", "file", "",
+                "Settings file. Default: the environment variable TILL_CONFIG, else till/till.conf "
+                "in the user's configuration directory or in /etc/xdg."},
+    KnownOption{"plugin", "file", "",
+                "Plugin module. Default: the setting Till:plugin, else lmmindbox.so beside the "
+                "program, in ../lib or where an installation has it."},
+    KnownOption{"data", "directory", "",
+                "Data directory. Default: the setting Till:dataDir, else till in the user's data "
+                "directory."},
+    KnownOption{"language", "code", "",
+                "Language of the texts: ru or en. Default: the setting Till:language, else ru."},
+    KnownOption{"log", "file", "",
+                "Log file, \"-\" for standard error. Default: the setting Till:log, else till.log "
+                "in the data directory."},
+    KnownOption{"no-delivery", "", "", "Do not deliver the queue while selling."},
+    KnownOption{"echo", "", "", "Show every line read, for the output of a script."},
+    KnownOption{"once", "", "deliver",
+                "End when nothing is waiting or the service cannot be reached."},
+    KnownOption{"json", "", "check queue receipts", "Answer as JSON."},
+    KnownOption{"refused", "", "receipts", "Only those that the service did not take."},
+    KnownOption{"since", "date", "receipts", "Only those begun on that day, YYYY-MM-DD, or later."},
+    KnownOption{"phone", "number", "check", "The phone to look up. Default: one that nobody has."},
+    KnownOption{"metrics", "file", "check", "Write the result into the file as metrics, too."},
+    KnownOption{"output", "file", "metrics", "Write into the file, not to standard output."},
+};
+
+constexpr auto commandHelp =
+    "Nothing: sell, with commands from standard input.\n"
+    "check: say whether this till will work.\n"
+    "deliver: bring the waiting messages to the service until stopped.\n"
+    "metrics: the till's figures as OpenMetrics text.\n"
+    "queue [list | parked | park ID | retry ID | retry all | export FILE]: look after the waiting "
+    "messages.\n"
+    "receipts [show NUMBER]: list the receipts or show one.\n"
+    "report NUMBER: report a committed receipt once more.";
+
+constexpr auto exitCodeHelp =
+    "Exit code when selling: 0 when every line was understood (a step that the sale refuses is\n"
+    "understood), 1 otherwise. check: 0, 1 with a warning, 2 when something failed. queue, "
+    "deliver\n"
+    "--once: 1 when the store cannot be used or something is still waiting, else 3 when something\n"
+    "is parked. Other commands: 1 when they could not do it. Everywhere: 2 for bad options,\n"
+    "settings or a plugin that cannot be loaded.";
+
+/// A command with as many arguments as it takes.
+struct KnownCommand
 {
-    return parser.parser.helpText() +
-           QStringLiteral(
-               "\nCommands when selling, one a line, each with an example:\n%1\n"
-               "A line that begins with # is a comment. In a dialog each line is one answer; "
-               "/cancel cancels it.\n"
-               "The end of the input ends the program; an open receipt stays open.\n"
-               "\nExit code: 0 when every line was understood (a step that the sale refuses is "
-               "understood),\n1 otherwise; \"deliver --once\": 1 when messages are still "
-               "waiting or were parked; 2 for bad options,\nsettings or a plugin that cannot be "
-               "loaded.")
-               .arg(SaleCommands::help());
+    const char *name; ///< Empty for selling.
+    int least;
+    int most;
+};
+
+constexpr std::array knownCommands{KnownCommand{"", 0, 0},        KnownCommand{"check", 0, 0},
+                                   KnownCommand{"deliver", 0, 0}, KnownCommand{"metrics", 0, 0},
+                                   KnownCommand{"queue", 0, 2},   KnownCommand{"receipts", 0, 2},
+                                   KnownCommand{"report", 1, 1}};
+
+QString latin1(const char *text)
+{
+    return QString::fromLatin1(text);
 }
 
-/// Why the command is none; empty when it is one.
-QString commandProblem(const Options &options)
+void addTo(QCommandLineParser &parser)
 {
-    const auto name = options.command.value(0);
-    if (options.once && name != QLatin1String("deliver"))
-        return QStringLiteral("--once goes with the command \"deliver\" only");
-    if (name == QLatin1String("deliver") && options.command.size() > 1)
-        return QStringLiteral("\"deliver\" takes no arguments");
-    if (!name.isEmpty() && name != QLatin1String("deliver") && name != QLatin1String("queue"))
-        return QStringLiteral("unknown command \"%1\", expected deliver or queue").arg(name);
+    for (const auto &[name, value, commands, meaning] : knownOptions) {
+        auto text = latin1(meaning);
+        if (*commands != '\0')
+            text = QStringLiteral("With %1: %2")
+                       .arg(latin1(commands).replace(u' ', QStringLiteral(", ")), text);
+        parser.addOption({latin1(name), text, latin1(value)});
+    }
+    parser.addOption(
+        {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")});
+    parser.addOption({QStringLiteral("version"), QStringLiteral("Show the version.")});
+    parser.addPositionalArgument(QStringLiteral("command"), latin1(commandHelp),
+                                 QStringLiteral("[command]"));
+    parser.setApplicationDescription(QStringLiteral("Till emulator for the loyalty plugin."));
+}
+
+QString helpText(const QCommandLineParser &parser)
+{
+    return parser.helpText() +
+           QStringLiteral("\nCommands when selling, one a line, each with an example:\n%1\n"
+                          "A line that begins with # is a comment. In a dialog each line is one "
+                          "answer; /cancel cancels it.\n"
+                          "The end of the input ends the program; an open receipt stays open.\n\n")
+               .arg(SaleCommands::help()) +
+           latin1(exitCodeHelp);
+}
+
+/// Why there is no such command with these options; empty when there is.
+QString commandProblem(const QCommandLineParser &parser)
+{
+    const auto arguments = parser.positionalArguments();
+    const auto name = arguments.value(0);
+    const auto *const command =
+        std::find_if(knownCommands.begin(), knownCommands.end(),
+                     [&name](const KnownCommand &known) { return name == latin1(known.name); });
+    if (command == knownCommands.end())
+        return QStringLiteral("unknown command \"%1\"").arg(name);
+    const auto count = arguments.size() - 1;
+    if (!name.isEmpty() && (count < command->least || count > command->most))
+        return QStringLiteral("\"%1\" with %2 arguments, expected %3 to %4")
+            .arg(name)
+            .arg(count)
+            .arg(command->least)
+            .arg(command->most);
+    for (const auto &option : knownOptions) {
+        const auto commands = latin1(option.commands).split(u' ', Qt::SkipEmptyParts);
+        if (parser.isSet(latin1(option.name)) && !commands.isEmpty() && !commands.contains(name))
+            return QStringLiteral("--%1 goes with %2 only")
+                .arg(latin1(option.name), commands.join(QStringLiteral(", ")));
+    }
     return {};
+}
+
+Options read(const QCommandLineParser &parser, QString &problem)
+{
+    const auto value = [&parser](const char *name) { return parser.value(latin1(name)); };
+    const auto isSet = [&parser](const char *name) { return parser.isSet(latin1(name)); };
+    Options options;
+    options.settings = {value("config"), value("plugin"), value("data"), value("language"),
+                        value("log")};
+    options.deliversInBackground = !isSet("no-delivery");
+    options.once = isSet("once");
+    options.echo = isSet("echo");
+    options.json = isSet("json");
+    if (isSet("refused"))
+        options.receipts.outcome = Report::Refused;
+    options.receipts.since = QDate::fromString(value("since"), Qt::ISODate);
+    if (isSet("since") && !options.receipts.since.isValid())
+        problem = QStringLiteral("--since %1: expected YYYY-MM-DD").arg(value("since"));
+    options.phone = value("phone");
+    options.output = value("output") + value("metrics");
+    options.command = parser.positionalArguments();
+    return options;
 }
 
 } // namespace
@@ -91,25 +162,17 @@ QString commandProblem(const Options &options)
 CommandLine parseCommandLine(const QStringList &arguments)
 {
     constexpr int badOptions = 2;
-    Parser parser;
-    if (!parser.parser.parse(arguments))
-        return {{}, QStringLiteral("till: ") + parser.parser.errorText(), badOptions};
-    if (parser.parser.isSet(parser.help))
+    QCommandLineParser parser;
+    addTo(parser);
+    if (!parser.parse(arguments))
+        return {{}, QStringLiteral("till: ") + parser.errorText(), badOptions};
+    if (parser.isSet(QStringLiteral("help")))
         return {{}, helpText(parser), 0};
-    if (parser.parser.isSet(parser.version))
+    if (parser.isSet(QStringLiteral("version")))
         return {{}, QStringLiteral("till %1").arg(QStringLiteral(TILL_VERSION)), 0};
-    Options options;
-    const auto &read = parser.parser;
-    options.settings.config = read.value(parser.config);
-    options.settings.plugin = read.value(parser.plugin);
-    options.settings.data = read.value(parser.data);
-    options.settings.language = read.value(parser.language);
-    options.settings.log = read.value(parser.log);
-    options.deliversInBackground = !read.isSet(parser.noDelivery);
-    options.once = read.isSet(parser.once);
-    options.echo = read.isSet(parser.echo);
-    options.command = read.positionalArguments();
-    if (const auto problem = commandProblem(options); !problem.isEmpty())
+    auto problem = commandProblem(parser);
+    const auto options = read(parser, problem);
+    if (!problem.isEmpty())
         return {{}, QStringLiteral("till: %1; --help says more").arg(problem), badOptions};
     return {options, {}, 0};
 }

@@ -16,6 +16,10 @@ struct Options
     bool deliversInBackground = true;
     bool once = false;
     bool echo = false;
+    bool json = false;
+    ReceiptFilter receipts;
+    QString phone;       ///< Of the look-up of "check"; empty for its own.
+    QString output;      ///< File that "metrics" or "check" writes; empty for none.
     QStringList command; ///< Empty for selling.
 };
 

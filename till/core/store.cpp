@@ -118,6 +118,16 @@ QString putAside(const QString &file)
 
 } // namespace
 
+QString nameOf(ReceiptState state)
+{
+    return nameOf(stateNames, state);
+}
+
+QString nameOf(Report report)
+{
+    return nameOf(reportNames, report);
+}
+
 Store::Store(const QString &directory)
     : database(fileIn(directory))
     , reserved(std::make_unique<ReservedNumbers>(directory + QLatin1String("/numbers")))

@@ -12,8 +12,8 @@
 #include <QSharedPointer>
 #include <QString>
 
-#include <memory>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace till {
@@ -33,6 +33,11 @@ enum class ReceiptState {
     Committed,
     Cancelled,
 };
+
+/// As the store and JSON spell it.
+QString nameOf(ReceiptState state);
+/// Empty for nothing to report.
+QString nameOf(Report report);
 
 /// How a receipt's report ended.
 struct ReportRecord

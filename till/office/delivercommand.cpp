@@ -79,12 +79,17 @@ int runDelivery(const Settings &settings, bool once, std::ostream &output)
         loop.setBeforeEach([&progress] { progress.step(); });
         return loop.runOnce();
     }();
-    const auto state = queueStateText(broker);
+    const auto text = queueStateText(broker);
     // A queue that cannot be read says the same in its state.
-    if (!isDone && deliverer.lastError() != state)
+    if (!isDone && deliverer.lastError() != text)
         printLine(output, deliverer.lastError());
-    printLine(output, state);
-    return isDone ? 0 : 1;
+    printLine(output, text);
+    const auto state = broker.state(loyaltyQueue());
+    if (!state || state->waiting > 0)
+        return queueexit::unusable;
+    if (state->parked > 0)
+        return queueexit::parked;
+    return isDone ? 0 : queueexit::unusable;
 }
 
 } // namespace till

@@ -2,6 +2,8 @@
 
 #include "till/core/deliverer.h"
 #include "till/core/printable.h"
+#include "till/office/json.h"
+#include "till/office/texts.h"
 
 #include "interface/ordermessage.h"
 
@@ -9,7 +11,6 @@
 #include <host/privatefile.h>
 
 #include <QFileInfo>
-#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <limits>
@@ -51,7 +52,7 @@ QJsonArray toJson(const QList<QueuedMessage> &messages)
 int fail(std::ostream &output, const QString &reason)
 {
     printLine(output, reason);
-    return 1;
+    return queueexit::unusable;
 }
 
 /// The identity of the order that a message is about.
@@ -66,29 +67,48 @@ QString orderOf(const QueuedMessage &message)
 
 QString lineOf(const QueuedMessage &message)
 {
-    return QStringLiteral("%1 %2, order %3, age %4, tries %5")
+    return Office::tr("%1 %2, order %3, age %4, tries %5")
         .arg(QString::number(message.id), methodOf(message), orderOf(message),
              ageText(message.queuedAt), QString::number(message.tries));
 }
 
-int list(DBQueueBroker &broker, std::ostream &output)
+int list(DBQueueBroker &broker, std::ostream &output, bool asJson)
 {
     constexpr int most = 50;
-    for (const auto &message : broker.waiting(loyaltyQueue(), most))
+    const auto state = broker.state(loyaltyQueue());
+    const auto messages = broker.waiting(loyaltyQueue(), most);
+    if (!state || !broker.lastError().isEmpty())
+        return fail(output, broker.lastError());
+    const auto exitCode = state->parked > 0 ? queueexit::parked : 0;
+    if (asJson) {
+        printJson(output, {{QLatin1String("waiting"), state->waiting},
+                           {QLatin1String("parked"), state->parked},
+                           {QLatin1String("messages"), toJson(messages)}});
+        return exitCode;
+    }
+    for (const auto &message : messages)
         printLine(output, lineOf(message));
+    if (state->waiting > messages.size())
+        printLine(output, Office::tr("the first %1 of %2; \"export\" writes all")
+                              .arg(messages.size())
+                              .arg(state->waiting));
     printLine(output, queueStateText(broker));
-    return broker.lastError().isEmpty() ? 0 : 1;
+    return exitCode;
 }
 
-int listParked(DBQueueBroker &broker, std::ostream &output)
+int listParked(DBQueueBroker &broker, std::ostream &output, bool asJson)
 {
     const auto messages = broker.parked(loyaltyQueue());
     if (!broker.lastError().isEmpty())
         return fail(output, broker.lastError());
-    for (const auto &message : messages)
-        printLine(output, QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
-    printLine(output, QStringLiteral("parked: %1").arg(messages.size()));
-    return 0;
+    if (asJson) {
+        printJson(output, toJson(messages));
+    } else {
+        for (const auto &message : messages)
+            printLine(output, QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
+        printLine(output, Office::tr("parked: %1").arg(messages.size()));
+    }
+    return messages.isEmpty() ? 0 : queueexit::parked;
 }
 
 int park(DBQueueBroker &broker, std::ostream &output, const QString &which)
@@ -96,10 +116,10 @@ int park(DBQueueBroker &broker, std::ostream &output, const QString &which)
     bool isNumber = false;
     const auto id = which.toLongLong(&isNumber);
     if (!isNumber)
-        return fail(output, QStringLiteral("Expected a message's number, not \"%1\".").arg(which));
+        return fail(output, Office::tr("Expected a message's number, not \"%1\".").arg(which));
     if (!broker.park(id, QStringLiteral("by hand")))
         return fail(output, broker.lastError());
-    printLine(output, QStringLiteral("parked: %1").arg(id));
+    printLine(output, Office::tr("parked: %1").arg(id));
     return 0;
 }
 
@@ -117,15 +137,15 @@ int retry(DBQueueBroker &broker, std::ostream &output, const QString &which)
         ++count;
     }
     if (count == 0 && which != QLatin1String("all"))
-        return fail(output, QStringLiteral("There is no parked message %1.").arg(which));
-    printLine(output, QStringLiteral("put back: %1").arg(count));
+        return fail(output, Office::tr("There is no parked message %1.").arg(which));
+    printLine(output, Office::tr("put back: %1").arg(count));
     return 0;
 }
 
 int exportTo(DBQueueBroker &broker, std::ostream &output, const QString &file)
 {
     if (QFileInfo::exists(file) || QFileInfo(file).isSymLink())
-        return fail(output, QStringLiteral("%1: expected a new file").arg(file));
+        return fail(output, Office::tr("%1: expected a new file").arg(file));
     const auto waiting = broker.waiting(loyaltyQueue(), std::numeric_limits<int>::max());
     if (!broker.lastError().isEmpty())
         return fail(output, broker.lastError());
@@ -135,10 +155,9 @@ int exportTo(DBQueueBroker &broker, std::ostream &output, const QString &file)
     const QJsonObject content{{QLatin1String("waiting"), toJson(waiting)},
                               {QLatin1String("parked"), toJson(parked)}};
     if (const auto error = privatefile::write(file, QJsonDocument(content).toJson()))
-        return fail(output, QStringLiteral("%1: cannot be written: %2").arg(file, *error));
-    printLine(
-        output,
-        QStringLiteral("exported: %1 waiting, %2 parked").arg(waiting.size()).arg(parked.size()));
+        return fail(output, Office::tr("%1: cannot be written: %2").arg(file, *error));
+    printLine(output,
+              Office::tr("exported: %1 waiting, %2 parked").arg(waiting.size()).arg(parked.size()));
     return 0;
 }
 
@@ -149,38 +168,36 @@ QString queueStateText(DBQueueBroker &broker)
     const auto state = broker.state(loyaltyQueue());
     if (!state)
         return broker.lastError();
-    auto text = QStringLiteral("waiting: %1, parked: %2").arg(state->waiting).arg(state->parked);
+    auto text = Office::tr("waiting: %1, parked: %2").arg(state->waiting).arg(state->parked);
     if (const auto &next = state->oldest) {
-        text += QStringLiteral("\nnext: %1 %2, age %3, tries %4")
+        text += Office::tr("\nnext: %1 %2, age %3, tries %4")
                     .arg(next->id)
                     .arg(methodOf(*next), ageText(next->queuedAt))
                     .arg(next->tries);
         if (!next->lastError.isEmpty())
-            text += QStringLiteral("\nlast error: %1").arg(next->lastError);
+            text += Office::tr("\nlast error: %1").arg(next->lastError);
     }
     return text;
 }
 
-int runQueueCommand(DBQueueBroker &broker, std::ostream &output, const QStringList &arguments)
+int runQueueCommand(DBQueueBroker &broker, std::ostream &output, const QStringList &arguments,
+                    bool asJson)
 {
     const auto verb = arguments.value(0, QStringLiteral("list"));
     const auto count = qMax<qsizetype>(1, arguments.size());
     if (verb == QLatin1String("list") && count == 1)
-        return list(broker, output);
+        return list(broker, output, asJson);
     if (verb == QLatin1String("parked") && count == 1)
-        return listParked(broker, output);
+        return listParked(broker, output, asJson);
     if (verb == QLatin1String("park") && count == 2)
         return park(broker, output, arguments.at(1));
     if (verb == QLatin1String("retry") && count == 2)
         return retry(broker, output, arguments.at(1));
     if (verb == QLatin1String("export") && count == 2)
         return exportTo(broker, output, arguments.at(1));
-    printLine(
-        output,
-        QStringLiteral(
-            "Expected: till queue [list | parked | park ID | retry ID | retry all | export FILE]"));
-    constexpr int badArguments = 2;
-    return badArguments;
+    printLine(output, Office::tr("Expected: till queue [list | parked | park ID | retry ID | retry "
+                                 "all | export FILE]"));
+    return queueexit::badArguments;
 }
 
 } // namespace till

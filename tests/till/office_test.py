@@ -1,0 +1,116 @@
+"""The integrator's commands of the till as a program, against the simulated service.
+usage: office_test.py TILL SIMULATOR [TEST...]"""
+import json
+import pathlib
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import urllib.request
+
+TILL, SIMULATOR = sys.argv.pop(1), sys.argv.pop(1)
+
+
+class Office(unittest.TestCase):
+    def setUp(self):
+        self.root = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.config = self.root / "till.conf"
+        self.simulator = subprocess.Popen([SIMULATOR], text=True, stdout=subprocess.PIPE)
+        self.addCleanup(self.simulator.communicate)
+        self.addCleanup(self.simulator.kill)
+        self.address = re.search(r"http://[\d.:]+", self.simulator.stdout.readline())[0]
+        self.configure(self.address)
+
+    def configure(self, address):
+        self.config.write_text(
+            f"LmMindbox:url={address}/v3/operations/sync\nLmMindbox:endpoint=till-demo\n"
+            f"LmMindbox:secretKey=demo-secret\nTill:shopCode=12\nTill:cashCode=3\n"
+            f"Till:dataDir={self.root}/data\nTill:language=en\n")
+        self.config.chmod(0o600)
+
+    def till(self, *arguments, expect=0, lines=()):
+        done = subprocess.run([TILL, "--config", self.config, *arguments], text=True, check=False,
+                              input="\n".join([*lines, ""]), capture_output=True)
+        self.assertEqual(done.returncode, expect, done.stdout + done.stderr)
+        return done.stdout
+
+    def sell(self, *lines):
+        return self.till("--no-delivery", lines=[*lines, "add 4600 Milk 2.50 2", "commit"])
+
+    def read(self, *arguments, expect=0):
+        return json.loads(self.till(*arguments, "--json", expect=expect))
+
+    def order_fault(self, **fault):
+        urllib.request.urlopen(f"{self.address}/simulator/faults", json.dumps(fault).encode())
+
+    def test_a_refused_receipt_is_listed_shown_and_reported_once_more(self):
+        self.order_fault(kind="emptyBody", httpCode=200, operation="Offline.CreateAuthorizedOrder",
+                         count=1)
+        self.sell()
+        self.sell()
+        refused, = self.read("receipts", "--refused")
+        self.assertEqual((refused["number"], refused["state"], refused["report"]),
+                         (1, "committed", "refused"))
+        self.assertTrue(refused["told"])
+        self.assertEqual(len(self.read("receipts", "--since", refused["begun"][:10])), 2)
+        self.assertEqual(self.read("receipts", "--since", "2999-01-01"), [])
+        self.assertRegex(self.till("receipts"), r"^2  .* waiting in the queue\n1  .* refused: .+\n$")
+
+        self.assertIn("Receipt 1 is reported.", self.till("report", "1"))
+        self.till("report", "9", expect=1)
+        self.till("deliver", "--once")
+        shown, = self.read("receipts", "show", "1")
+        self.assertEqual((shown["report"], shown["document"]["header"]["num"]), ("reported", 1))
+        self.assertEqual([(entry["state"], entry["report"]) for entry in shown["history"]],
+                         [("open", ""), ("committing", ""), ("committed", "refused"),
+                          ("committed", "queued"), ("committed", "reported")])
+        self.assertIn("1. Milk  2.000 x 2.50 = 5.00\ntotal 5.00", self.till("receipts", "show", "1"))
+        self.till("receipts", "show", "9", expect=1)
+        self.till("receipts", "shew", "1", expect=2)
+
+    def test_exit_codes_tell_a_monitor_what_is_waiting_and_what_is_parked(self):
+        self.sell()
+        self.till("deliver", "--once")
+        self.till("queue")
+        self.configure("http://127.0.0.1:1")
+        self.till("--no-delivery", lines=["add 1 Milk 2.50 1", "commit"] * 30)
+        state = self.read("queue")
+        self.assertEqual((state["waiting"], state["parked"], len(state["messages"])), (60, 0, 50))
+        self.assertIn("the first 50 of 60", self.till("queue", "list"))
+        self.till("deliver", "--once", expect=1)
+        first = str(state["messages"][0]["id"])
+        self.till("queue", "park", first)
+        self.assertEqual(str(self.read("queue", "parked", expect=3)[0]["id"]), first)
+        self.configure(self.address)
+        self.till("deliver", "--once", expect=3)
+        self.till("queue", expect=3)
+        (self.root / "data" / "till.db").write_bytes(b"no database" * 100)
+        for command in (["queue"], ["deliver", "--once"], ["receipts"]):
+            self.till(*command, expect=1)
+
+    def test_the_log_is_let_go_at_a_hang_up(self):
+        log = self.root / "data" / "till.log"
+        with subprocess.Popen([TILL, "--config", self.config], text=True, stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE) as till:
+            def say(line):
+                till.stdin.write(line + "\n")
+                till.stdin.flush()
+                return till.stdout.readline()
+            while "Receipt 1" not in say("add 1 Milk 2.50 1"):
+                pass
+            log.rename(f"{log}.1")
+            till.send_signal(signal.SIGHUP)
+            while not log.exists():
+                time.sleep(0.01)
+            say("commit")
+            till.communicate()
+        self.assertEqual(till.returncode, 0)
+        self.assertIn("receipt 1", log.read_text())
+        self.assertEqual(log.stat().st_mode & 0o777, 0o600)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
