@@ -27,6 +27,7 @@ QString description()
         "SIMULATOR_SECRET_KEY, else \"demo-secret\".\n"
         "\n"
         "Beside the operations it serves:\n"
+        "  GET /                     a page that shows it all in a browser, as it happens\n"
         "  GET /simulator/dump       everything it holds, as JSON\n"
         "  POST /simulator/faults    orders a fault, such as\n"
         "                            {\"kind\": \"drop\", \"operation\": \"Offline.GetCustomer\",\n"

@@ -14,9 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// In which count this thread's connection was counted last; 0 for none. A thread serves one.
-thread_local quint64 connectionCountedIn = 0;
-
 ReceivedRequest receive(const httplib::Request &request)
 {
     ReceivedRequest received;
@@ -31,11 +28,6 @@ ReceivedRequest receive(const httplib::Request &request)
     }
     received.readQuery();
     return received;
-}
-
-QString operationOf(const ReceivedRequest &received)
-{
-    return received.queryItem("operation"_L1);
 }
 
 /// Has the body of the answer written piece by piece; `write` gets it with the place to go on
@@ -73,11 +65,21 @@ Answer asValidationError(const Answer &answer)
     return refusal(u"The code is wrong"_s, u"smsConfirmation"_s);
 }
 
+/// Whether the operation is carried out although, or before, the fault is played.
+bool isDoneWith(const Fault &fault)
+{
+    return fault.executed || fault.kind == FaultKind::Delay || fault.kind == FaultKind::SlowDrip ||
+           fault.kind == FaultKind::WrongCodeAsValidationError;
+}
+
 } // namespace
 
-OperationsEndpoint::OperationsEndpoint(Service &service, FaultPlan &faults, const Options &options)
+OperationsEndpoint::OperationsEndpoint(Service &service, FaultPlan &faults, ExchangeLog &log,
+                                       Pauses &pauses, const Options &options)
     : service(service)
     , faults(faults)
+    , log(log)
+    , pauses(pauses)
     , options(options)
     , capacity(options.capacity)
 {}
@@ -85,18 +87,29 @@ OperationsEndpoint::OperationsEndpoint(Service &service, FaultPlan &faults, cons
 void OperationsEndpoint::answer(const httplib::Request &request, httplib::Response &response)
 {
     const auto received = receive(request);
-    count(received);
-    if (const auto fault = nextFault(operationOf(received)))
-        play(*fault, received, request, response);
+    auto exchange = log.begin(received);
+    const auto fault = nextFault(exchange.operation);
+    if (fault) {
+        exchange.fault = faultName(fault->kind);
+        exchange.isDone = isDoneWith(*fault);
+    }
+    const auto answer = carryOut(received, fault);
+    exchange.httpCode = answer.httpCode;
+    exchange.answer = QByteArray::fromStdString(bodyBytes(answer.body));
+    print(exchange);
+    if (fault)
+        sendFaulty(*fault, answer, request, response);
     else
-        send(carryOut(received), response);
+        send(answer, response);
+    exchange.httpCode = fault && fault->kind == FaultKind::Drop ? 0 : response.status;
+    log.add(exchange);
 }
 
 std::optional<Fault> OperationsEndpoint::nextFault(const QString &operation)
 {
     if (const auto wait = capacity.enter()) {
         if (*wait > Capacity::Clock::duration(0))
-            pause(*wait);
+            pauses.pause(*wait);
         return faults.next(operation);
     }
     return Fault{.kind = FaultKind::Busy,
@@ -104,41 +117,21 @@ std::optional<Fault> OperationsEndpoint::nextFault(const QString &operation)
                  .retryAfter = static_cast<int>(Capacity::longestWait.count())};
 }
 
-void OperationsEndpoint::play(const Fault &fault, const ReceivedRequest &received,
-                              const httplib::Request &request, httplib::Response &response)
+Answer OperationsEndpoint::carryOut(const ReceivedRequest &received,
+                                    const std::optional<Fault> &fault)
 {
-    print(u"fault: %1"_s.arg(faultName(fault.kind)));
-    const bool isDelay = fault.kind == FaultKind::Delay;
-    if (isDelay && !fault.executed)
-        pause(std::chrono::milliseconds(fault.milliseconds));
-    const auto answer =
-        carryOut(received, fault.executed || isDelay || fault.kind == FaultKind::SlowDrip ||
-                               fault.kind == FaultKind::WrongCodeAsValidationError);
-    if (isDelay && fault.executed)
-        pause(std::chrono::milliseconds(fault.milliseconds));
-    if (fault.kind == FaultKind::Drop)
-        shutConnections(request.local_port, request.remote_port);
-    else
-        sendFaulty(fault, answer, response);
-}
-
-Answer OperationsEndpoint::carryOut(const ReceivedRequest &received, bool isDone)
-{
-    const auto answer = isDone ? service.answer(received) : success();
-    if (options.verbose) {
-        const auto sent = QJsonDocument::fromJson(received.body);
-        const auto given =
-            u"answer %1\n%2"_s.arg(QString::number(answer.httpCode),
-                                   QString::fromUtf8(QJsonDocument(answer.body).toJson()));
-        print(u"%1\n%2%3"_s.arg(operationOf(received),
-                                QString::fromUtf8(sent.isNull() ? received.body : sent.toJson()),
-                                isDone ? given : u"not done"_s));
-    }
+    const std::chrono::milliseconds delay(
+        fault && fault->kind == FaultKind::Delay ? fault->milliseconds : 0);
+    if (delay.count() > 0 && !fault->executed)
+        pauses.pause(delay);
+    const auto answer = !fault || isDoneWith(*fault) ? service.answer(received) : success();
+    if (delay.count() > 0 && fault->executed)
+        pauses.pause(delay);
     return answer;
 }
 
 void OperationsEndpoint::sendFaulty(const Fault &fault, const Answer &answer,
-                                    httplib::Response &response)
+                                    const httplib::Request &request, httplib::Response &response)
 {
     switch (fault.kind) {
     case FaultKind::Cut:
@@ -149,7 +142,7 @@ void OperationsEndpoint::sendFaulty(const Fault &fault, const Answer &answer,
         break;
     case FaultKind::SlowDrip:
         sendInPieces(answer, response, [this, fault](const auto &body, auto offset, auto &sink) {
-            pause(std::chrono::milliseconds(fault.milliseconds));
+            pauses.pause(std::chrono::milliseconds(fault.milliseconds));
             return sink.write(body.data() + offset, 1);
         });
         break;
@@ -170,66 +163,29 @@ void OperationsEndpoint::sendFaulty(const Fault &fault, const Answer &answer,
     case FaultKind::WrongCodeAsValidationError:
         send(asValidationError(answer), response);
         break;
-    case FaultKind::Delay:
     case FaultKind::Drop:
+        shutConnections(request.local_port, request.remote_port);
+        break;
+    case FaultKind::Delay:
         send(answer, response);
         break;
     }
 }
 
-void OperationsEndpoint::count(const ReceivedRequest &received)
+void OperationsEndpoint::print(const Exchange &exchange) const
 {
-    const std::lock_guard lock(mutex);
-    ++requests[operationOf(received)];
-    if (connectionCountedIn != counting)
-        ++connections;
-    connectionCountedIn = counting;
-    last = received;
-}
-
-void OperationsEndpoint::print(const QString &text) const
-{
-    if (options.verbose && options.print)
-        options.print(text);
-}
-
-void OperationsEndpoint::pause(std::chrono::nanoseconds time)
-{
-    std::unique_lock lock(waitMutex);
-    waitEnded.wait_for(lock, time, [this] { return interrupted; });
-}
-
-void OperationsEndpoint::setInterrupted(bool on)
-{
-    {
-        const std::lock_guard lock(waitMutex);
-        interrupted = on;
-    }
-    waitEnded.notify_all();
-}
-
-QJsonObject OperationsEndpoint::counts() const
-{
-    const std::lock_guard lock(mutex);
-    QJsonObject byOperation;
-    for (auto operation = requests.begin(); operation != requests.end(); ++operation)
-        byOperation.insert(operation.key(), *operation);
-    return {{"requests"_L1, byOperation}, {"connections"_L1, connections}};
-}
-
-ReceivedRequest OperationsEndpoint::lastRequest() const
-{
-    const std::lock_guard lock(mutex);
-    return last;
-}
-
-void OperationsEndpoint::reset()
-{
-    const std::lock_guard lock(mutex);
-    requests.clear();
-    connections = 0;
-    ++counting;
-    last = {};
+    if (!options.verbose || !options.print)
+        return;
+    const auto indented = [](const QByteArray &body) {
+        const auto document = QJsonDocument::fromJson(body);
+        return QString::fromUtf8(document.isNull() ? body : document.toJson());
+    };
+    if (!exchange.fault.isEmpty())
+        options.print(u"fault: %1"_s.arg(exchange.fault));
+    const auto given =
+        u"answer %1\n%2"_s.arg(QString::number(exchange.httpCode), indented(exchange.answer));
+    options.print(u"%1\n%2%3"_s.arg(exchange.operation, indented(exchange.sent),
+                                    exchange.isDone ? given : u"not done"_s));
 }
 
 } // namespace simulator

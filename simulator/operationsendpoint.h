@@ -1,15 +1,11 @@
 #pragma once
 
 #include "simulator/capacity.h"
+#include "simulator/exchangelog.h"
 #include "simulator/faults.h"
-#include "simulator/receivedrequest.h"
+#include "simulator/pauses.h"
 #include "simulator/service.h"
 
-#include <QMap>
-
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <optional>
 
 namespace httplib {
@@ -19,50 +15,33 @@ struct Response;
 
 namespace simulator {
 
-/// Where operations arrive: counts them, turns away those that come too fast, plays the plan's
-/// faults on the others and has them answered.
+/// Where operations arrive: turns away those that come too fast, plays the plan's faults on the
+/// others, has them answered and logs them.
 class OperationsEndpoint
 {
 public:
     /// Everything passed must outlive the endpoint.
-    OperationsEndpoint(Service &service, FaultPlan &faults, const Options &options);
+    OperationsEndpoint(Service &service, FaultPlan &faults, ExchangeLog &log, Pauses &pauses,
+                       const Options &options);
 
     /// Called by a thread of the connection's own.
     void answer(const httplib::Request &request, httplib::Response &response);
-    /// While on, delays and slow answers do not wait.
-    void setInterrupted(bool on);
-
-    /// Members "requests" (by operation) and "connections" (those that carried operations).
-    QJsonObject counts() const;
-    ReceivedRequest lastRequest() const;
-    void reset();
 
 private:
-    /// Has the operation done, or pretends to, and prints it with verbose on.
-    Answer carryOut(const ReceivedRequest &received, bool isDone = true);
     /// What befalls the request that came now, when its turn has come or it was turned away.
     std::optional<Fault> nextFault(const QString &operation);
-    void play(const Fault &fault, const ReceivedRequest &received, const httplib::Request &request,
-              httplib::Response &response);
-    void sendFaulty(const Fault &fault, const Answer &answer, httplib::Response &response);
-    void count(const ReceivedRequest &received);
-    void print(const QString &text) const;
-    void pause(std::chrono::nanoseconds time);
+    /// Has the operation done, or pretends to, with the waits of the fault.
+    Answer carryOut(const ReceivedRequest &received, const std::optional<Fault> &fault);
+    void sendFaulty(const Fault &fault, const Answer &answer, const httplib::Request &request,
+                    httplib::Response &response);
+    void print(const Exchange &exchange) const;
 
     Service &service;
     FaultPlan &faults;
+    ExchangeLog &log;
+    Pauses &pauses;
     const Options &options;
     Capacity capacity;
-
-    std::mutex waitMutex;
-    std::condition_variable waitEnded;
-    bool interrupted = false;
-
-    mutable std::mutex mutex;
-    QMap<QString, int> requests;
-    int connections = 0;
-    quint64 counting = 1; ///< Number of the count that a reset began.
-    ReceivedRequest last;
 };
 
 } // namespace simulator

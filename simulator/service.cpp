@@ -10,6 +10,22 @@ namespace simulator {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The order with its first lines, and how many there are.
+QJsonObject shortened(QJsonObject order)
+{
+    constexpr qsizetype mostLines = 50;
+    auto lines = order.value("lines"_L1).toArray();
+    order.insert("lineCount"_L1, lines.size());
+    while (lines.size() > mostLines)
+        lines.removeLast();
+    order.insert("lines"_L1, lines);
+    return order;
+}
+
+} // namespace
+
 struct Service::Operation
 {
     std::span<const Member> body;
@@ -72,6 +88,19 @@ QJsonObject Service::dump() const
     for (const auto name : {kept::customers, kept::codes, kept::letters, kept::orders})
         collections.insert(name, store.all(name));
     return collections;
+}
+
+QJsonObject Service::since(qint64 &change) const
+{
+    const std::lock_guard lock(mutex);
+    const auto known = std::exchange(change, store.lastChange());
+    auto news = known == change ? QJsonObject() : store.since(known);
+    auto orders = news.value(kept::orders).toArray();
+    for (auto entry : orders)
+        entry = shortened(entry.toObject());
+    if (!orders.isEmpty())
+        news.insert(kept::orders, orders);
+    return news;
 }
 
 void Service::reset()

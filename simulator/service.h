@@ -29,6 +29,9 @@ public:
 
     /// Members "customers", "codes", "letters" and "orders".
     QJsonObject dump() const;
+    /// What a page has not been told: what `Store::since` says, orders with their first lines
+    /// and "lineCount"; empty for nothing.
+    QJsonObject since(qint64 &change) const;
     /// Back to the preset customers.
     void reset();
 

@@ -61,7 +61,7 @@ private:
 Simulator::Simulator(Options options)
     : options(std::move(options))
     , service(this->options)
-    , endpoint(service, faults, this->options)
+    , endpoint(service, faults, log, pauses, this->options)
 {}
 
 Simulator::~Simulator()
@@ -96,7 +96,7 @@ QString Simulator::openAndListen()
     // The library lets five tills wait to be connected and has the others cut off.
     ::listen(listeningSocket, SOMAXCONN);
     boundPort = port;
-    endpoint.setInterrupted(false);
+    pauses.setInterrupted(false);
     listening = true;
     listener = std::thread([this] {
         server->listen_after_bind();
@@ -134,7 +134,7 @@ void Simulator::stop()
 {
     if (!listener.joinable())
         return;
-    endpoint.setInterrupted(true);
+    pauses.setInterrupted(true);
     server->stop();
     // Again and again: a connection accepted just now may not have been among the descriptors.
     while (listening) {
@@ -172,7 +172,7 @@ QJsonObject Simulator::dump() const
 {
     auto result = service.dump();
     result.insert("faults"_L1, faults.toJson());
-    const auto counts = endpoint.counts();
+    const auto counts = log.counts();
     for (auto count = counts.begin(); count != counts.end(); ++count)
         result.insert(count.key(), *count);
     return result;
@@ -185,7 +185,7 @@ QJsonArray Simulator::orders() const
 
 ReceivedRequest Simulator::lastRequest() const
 {
-    return endpoint.lastRequest();
+    return log.lastRequest();
 }
 
 void Simulator::addRoutes()
@@ -193,22 +193,19 @@ void Simulator::addRoutes()
     server->Post(operationsPath, [this](const auto &request, auto &response) {
         endpoint.answer(request, response);
     });
-    server->Get("/simulator/dump",
-                [this](const auto &, auto &response) { send({.body = dump()}, response); });
-    server->Post("/simulator/faults",
-                 [this](const auto &request, auto &response) { takeFaults(request, response); });
-    server->Delete("/simulator/faults", [this](const auto &request, auto &response) {
-        faults.clear(QString::fromStdString(request.get_param_value("kind")));
-        send(success(), response);
+    addPage(*server, pauses, [this](Told &told) { return news(told); });
+    server->Get("/simulator/dump", [this](const auto &request, auto &response) {
+        if (isForThisMachine(request))
+            send({.body = dump()}, response);
+        else
+            refuse(response);
     });
-    server->Post("/simulator/reset", [this](const auto &, auto &response) {
-        reset();
-        send(success(), response);
-    });
-    // Called for every answer of 400 and above, the faults' empty ones included.
+    addChanges();
     server->set_error_handler([](const httplib::Request &request, httplib::Response &response) {
         const bool isOperation = request.path == operationsPath;
-        if (!response.body.empty() || (isOperation && request.method == "POST"))
+        // Faults answer so, too.
+        if (response.status != 404 || !response.body.empty() ||
+            (isOperation && request.method == "POST"))
             return;
         send(isOperation ? protocolError(405, u"Only POST is served here"_s)
                          : protocolError(404, u"Nothing is served at this path"_s),
@@ -216,19 +213,68 @@ void Simulator::addRoutes()
     });
 }
 
-void Simulator::takeFaults(const httplib::Request &request, httplib::Response &response)
+void Simulator::addChanges()
 {
-    const auto document = QJsonDocument::fromJson(bytes(request.body));
-    const auto wrong =
-        document.isObject() ? faults.addJson(document.object()) : u"the body is no JSON object"_s;
-    send(wrong.isEmpty() ? success() : protocolError(400, wrong), response);
+    // A request is refused after its body was read: what is left of one would be the next request.
+    const auto own = [this](auto change) {
+        return [this, change](const httplib::Request &request, httplib::Response &response) {
+            if (isFromOwnPage(request, !options.certificateFile.isEmpty()))
+                send(change(request), response);
+            else
+                refuse(response);
+        };
+    };
+    const auto order = own([this](const auto &request) {
+        const auto document = QJsonDocument::fromJson(bytes(request.body));
+        const auto wrong = document.isObject() ? faults.addJson(document.object())
+                                               : u"the body is no JSON object"_s;
+        return wrong.isEmpty() ? success() : protocolError(400, wrong);
+    });
+    const auto drop = own([this](const auto &request) {
+        faults.clear(QString::fromStdString(request.get_param_value("kind")));
+        return success();
+    });
+    const auto forget = own([this](const auto &) {
+        reset();
+        return success();
+    });
+    server->Post("/simulator/faults", order);
+    server->Delete("/simulator/faults", drop);
+    server->Post("/simulator/reset", forget);
+    // The library waits for a body that nobody has announced, as "curl -X POST" does not.
+    server->set_pre_routing_handler([forget](const auto &request, auto &response) {
+        if (request.method != "POST" || request.path != "/simulator/reset" ||
+            request.has_header("Content-Length") || request.has_header("Transfer-Encoding"))
+            return httplib::Server::HandlerResponse::Unhandled;
+        forget(request, response);
+        return httplib::Server::HandlerResponse::Handled;
+    });
+}
+
+QJsonObject Simulator::news(Told &told) const
+{
+    const int now = resets;
+    const bool isNew = told.resets != now;
+    if (isNew)
+        told = {.resets = now};
+    auto news = service.since(told.change);
+    if (isNew)
+        news.insert("reset"_L1, true);
+    if (const auto plan = faults.toJson(); plan != std::exchange(told.faults, plan))
+        news.insert("faults"_L1, plan);
+    if (const auto exchanges = log.since(told.exchange); !exchanges.isEmpty()) {
+        told.exchange = exchanges.last()["number"_L1].toInteger();
+        news.insert("exchanges"_L1, exchanges);
+    }
+    return news;
 }
 
 void Simulator::reset()
 {
     service.reset();
     faults.reset();
-    endpoint.reset();
+    log.reset();
+    ++resets;
 }
 
 } // namespace simulator

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "simulator/exchangelog.h"
 #include "simulator/faults.h"
 #include "simulator/operationsendpoint.h"
 #include "simulator/options.h"
+#include "simulator/page.h"
 #include "simulator/service.h"
 
 #include <QJsonArray>
@@ -18,8 +20,8 @@ class Server;
 
 namespace simulator {
 
-/// The loyalty service on loopback, over real HTTP: the operations, and the control door under
-/// /simulator/ for faults, the dump and the reset.
+/// The loyalty service on loopback, over real HTTP: the operations, the control door under
+/// /simulator/ for faults, the dump and the reset, and a page that shows it.
 ///
 ///     simulator::Simulator simulator;
 ///     ASSERT_TRUE(simulator.start()) << qPrintable(simulator.errorString());
@@ -65,13 +67,17 @@ private:
     QString openAndListen();
     bool makeServer();
     void addRoutes();
-    void takeFaults(const httplib::Request &request, httplib::Response &response);
+    void addChanges();
+    QJsonObject news(Told &told) const;
     void reset();
 
     const Options options;
     FaultPlan faults;
     Service service;
+    ExchangeLog log;
+    Pauses pauses;
     OperationsEndpoint endpoint;
+    std::atomic<int> resets = 0;
     bool isOpen = false;
     QString error;
 

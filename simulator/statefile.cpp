@@ -122,19 +122,21 @@ QList<KeptObject> StateFile::read()
     QList<KeptObject> found;
     auto query = run(u"SELECT number, collection, key, content FROM objects ORDER BY number"_s);
     while (query.next())
-        found.append({query.value(0).toLongLong(), query.value(1).toString(),
-                      query.value(2).toString(), fromText(query.value(3))});
+        found.append({.number = query.value(0).toLongLong(),
+                      .collection = query.value(1).toString(),
+                      .key = query.value(2).toString(),
+                      .content = fromText(query.value(3))});
     return found;
 }
 
 void StateFile::replace(const QList<KeptObject> &changes)
 {
-    for (const auto &[number, collection, key, content] : changes) {
-        if (content.isEmpty())
-            run(u"DELETE FROM objects WHERE number = ?"_s, {number});
+    for (const auto &object : changes) {
+        if (object.content.isEmpty())
+            run(u"DELETE FROM objects WHERE number = ?"_s, {object.number});
         else
             run(u"INSERT OR REPLACE INTO objects VALUES (?, ?, ?, ?)"_s,
-                {number, collection, key, toText(content)});
+                {object.number, object.collection, object.key, toText(object.content)});
     }
 }
 

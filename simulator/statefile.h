@@ -17,9 +17,10 @@ namespace simulator {
 struct KeptObject
 {
     qint64 number = 0; ///< Its own, from 1, in the order they came.
-    QString collection;
-    QString key;
-    QJsonObject content; ///< Empty for one that was removed.
+    QString collection{};
+    QString key{};
+    QJsonObject content{}; ///< Empty for one that was removed.
+    qint64 change = 0;     ///< By which change of this run it became what it is; not in a file.
 };
 
 /// The file in which a store survives kills: an SQLite database with one table.

@@ -11,6 +11,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Of each collection, on a page.
+constexpr int mostShown = 200;
+
 QString nameOf(const QString &collection, const QString &key)
 {
     return collection + u'/' + key;
@@ -59,6 +62,33 @@ QJsonArray Store::all(QLatin1String collection) const
     return contents;
 }
 
+qint64 Store::lastChange() const
+{
+    return changeCount;
+}
+
+QJsonObject Store::since(qint64 change) const
+{
+    std::map<QString, QJsonArray> newer;
+    std::map<QString, int> totals;
+    for (auto numbered = objects.rbegin(); numbered != objects.rend(); ++numbered) {
+        const auto &[number, object] = *numbered;
+        if (++totals[object.collection] > mostShown || object.change <= change)
+            continue;
+        auto content = object.content;
+        content.insert("number"_L1, number);
+        newer[object.collection].prepend(content);
+    }
+    QJsonObject result;
+    for (const auto &[collection, contents] : newer)
+        result.insert(collection, contents);
+    QJsonObject counts;
+    for (const auto &[collection, count] : totals)
+        counts.insert(collection, count);
+    result.insert("totals"_L1, counts);
+    return result;
+}
+
 bool Store::knowsEmail(const QString &email) const
 {
     return std::any_of(objects.begin(), objects.end(), [&email](const auto &numbered) {
@@ -70,28 +100,33 @@ bool Store::knowsEmail(const QString &email) const
 void Store::put(QLatin1String collection, const QString &key, const QJsonObject &content)
 {
     const auto known = numberOf(collection, key);
-    change(known > 0 ? known : ++lastNumber, collection, key, content);
+    changes.append({.number = known > 0 ? known : ++lastNumber,
+                    .collection = collection,
+                    .key = key,
+                    .content = content});
 }
 
 void Store::append(QLatin1String collection, const QJsonObject &content)
 {
-    ++lastNumber;
-    change(lastNumber, collection, QString::number(lastNumber), content);
+    put(collection, QString::number(lastNumber + 1), content);
 }
 
 void Store::remove(QLatin1String collection, const QString &key)
 {
     if (const auto known = numberOf(collection, key); known > 0)
-        change(known, collection, key, {});
+        changes.append({.number = known, .collection = collection, .key = key});
 }
 
 void Store::reset()
 {
     for (const auto &[number, object] : objects)
-        changes.append({number, object.collection, object.key, {}});
+        changes.append({.number = number, .collection = object.collection, .key = object.key});
     for (const auto &preset : presets()) {
         if (!preset.customer.isEmpty())
-            change(++lastNumber, kept::customers, preset.mobilePhone, preset.customer);
+            changes.append({.number = ++lastNumber,
+                            .collection = kept::customers,
+                            .key = preset.mobilePhone,
+                            .content = preset.customer});
     }
 }
 
@@ -110,14 +145,9 @@ qint64 Store::numberOf(QLatin1String collection, const QString &key) const
     return numbers.value(nameOf(collection, key));
 }
 
-void Store::change(qint64 number, QLatin1String collection, const QString &key,
-                   const QJsonObject &content)
+void Store::apply(KeptObject object)
 {
-    changes.append({number, collection, key, content});
-}
-
-void Store::apply(const KeptObject &object)
-{
+    object.change = ++changeCount;
     const auto name = nameOf(object.collection, object.key);
     lastNumber = std::max(lastNumber, object.number);
     if (object.content.isEmpty()) {

@@ -41,6 +41,11 @@ public:
     QJsonObject get(QLatin1String collection, const QString &key) const;
     /// In the order in which they were first put.
     QJsonArray all(QLatin1String collection) const;
+    /// How many changes there were.
+    qint64 lastChange() const;
+    /// What became what it is after that change, of the latest of each collection, each with its
+    /// "number"; and as "totals" how many each collection has.
+    QJsonObject since(qint64 change) const;
     /// Whether a customer has this e-mail address, compared exactly.
     bool knowsEmail(const QString &email) const;
 
@@ -56,14 +61,13 @@ public:
 
 private:
     qint64 numberOf(QLatin1String collection, const QString &key) const;
-    void change(qint64 number, QLatin1String collection, const QString &key,
-                const QJsonObject &content);
-    void apply(const KeptObject &object);
+    void apply(KeptObject object);
 
     std::map<qint64, KeptObject> objects; ///< By their numbers.
     QHash<QString, qint64> numbers;       ///< By collection and key.
     QList<KeptObject> changes;            ///< Not committed yet.
     qint64 lastNumber = 0;
+    qint64 changeCount = 0;
     std::unique_ptr<StateFile> file;
 };
 

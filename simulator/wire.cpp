@@ -46,6 +46,11 @@ void send(const Answer &answer, httplib::Response &response)
     response.set_content(bodyBytes(answer.body), jsonType);
 }
 
+void refuse(httplib::Response &response)
+{
+    send(protocolError(403, QStringLiteral("Only the service's own page may ask this")), response);
+}
+
 void shutConnections(int localPort, int peerPort)
 {
     std::error_code error;

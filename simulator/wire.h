@@ -17,6 +17,8 @@ QByteArray bytes(const std::string &text);
 /// The JSON of an answer; no byte for an empty object.
 std::string bodyBytes(const QJsonObject &body);
 void send(const Answer &answer, httplib::Response &response);
+/// Refuses what a page from elsewhere has a browser ask.
+void refuse(httplib::Response &response);
 
 /// Shuts this process's accepted connections at the local TCP port: the other end reads the end
 /// of the stream, and whatever is written here afterwards is lost. With `peerPort` only the

@@ -325,6 +325,38 @@ TEST(Capacity, WhatComesFasterWaitsAndIsThenTurnedAwayUnserved)
     EXPECT_EQ(service.orders().size(), done);
 }
 
+TEST_F(SimulatorTest, LetsOnlyItsOwnPageAndProgramsWithoutAPageChangeOrReadIt)
+{
+    const auto own = "127.0.0.1:" + std::to_string(service.port());
+    const auto cases = std::to_array<std::pair<httplib::Headers, bool>>({
+        {{}, true},
+        {{{"Origin", "http://" + own}, {"Sec-Fetch-Site", "same-origin"}}, true},
+        {{{"Host", "localhost:1"}, {"Origin", "http://localhost:1"}}, true},
+        {{{"Origin", "http://localhost:1"}}, false},
+        {{{"Origin", "https://" + own}}, false},
+        {{{"Origin", "null"}}, false},
+        {{{"Sec-Fetch-Site", "cross-site"}}, false},
+        {{{"Sec-Fetch-Site", "same-site"}}, false},
+        {{{"Host", "localhost.example.org"}}, false},
+        {{{"Host", "elsewhere:80"}, {"Origin", "http://elsewhere:80"}}, false},
+    });
+    const auto type = "application/json";
+    for (const auto &[headers, allowed] : cases) {
+        SCOPED_TRACE(headers.empty() ? "" : headers.begin()->second);
+        for (const auto &result : {till.client.Post("/simulator/reset", headers, "", type),
+                                   till.client.Post("/simulator/faults", headers, "{}", type),
+                                   till.client.Delete("/simulator/faults", headers)})
+            EXPECT_EQ(result->status == 403, !allowed);
+        const bool isHere = !headers.contains("Host") || allowed;
+        for (const auto *const path : {"/", "/script.js", "/simulator/dump"})
+            EXPECT_EQ(till.client.Get(path, headers)->status, isHere ? 200 : 403) << path;
+    }
+    EXPECT_EQ(till.client.Get("/simulator/reset")->status, 404);
+    EXPECT_TRUE(till.client.Get("/")
+                    ->get_header_value("Content-Security-Policy")
+                    .starts_with("default-src 'none'; script-src 'self'"));
+}
+
 TEST_F(SimulatorTest, CountsConnectionsAndStopsAtOnceWhileTheyAreKept)
 {
     ASSERT_TRUE(till.post(get, customerBody(phone)) && till.client.Post("/simulator/reset"));
