@@ -16,8 +16,8 @@
 namespace {
 
 constexpr qsizetype longestBody = 1LL << 16;
-constexpr qsizetype longestMessage = 200;
-constexpr qsizetype shortestCode = 4; ///< A shorter one stands in every other number.
+constexpr qsizetype longestText = 300; ///< Of what an answer says, in the one line.
+constexpr qsizetype shortestCode = 4;  ///< A shorter one stands in every other number.
 
 constexpr auto mask = QLatin1String("***");
 
@@ -89,11 +89,12 @@ void ExchangeLog::writeAnswer(const http::Response &response, const QString &not
     auto text = answer.isEmpty() ? QStringLiteral("%1 bytes that are no JSON object").arg(size)
                                  : statuses(answer).join(QLatin1String(", "));
     if (const auto told = messages(answer); !told.isEmpty())
-        text += QLatin1String(": ") + shortened(harmless(told), longestMessage);
+        text += QLatin1String(": ") + told;
+    text = shortened(harmless(text), longestText);
     if (response.getHttpCode() != success)
         text += note;
     logger->info(QStringLiteral("%1: HTTP %2 in %3 ms, %4"), subject(), response.getHttpCode(),
-                 elapsed, withoutSecretKey(text));
+                 elapsed, text);
     if (detailed && !answer.isEmpty())
         logger->debug(QStringLiteral("answer: %1"),
                       shortened(harmless(QString::fromUtf8(

@@ -221,6 +221,20 @@ TEST(RestClient, LogTellsEachExchangeInOneLineAndBothBodiesWithoutKeyAndCodes)
     EXPECT_TRUE(server.received().contains("4712"));
 }
 
+TEST(RestClient, LineOfAnExchangeStaysShortWhateverTheServiceSays)
+{
+    const auto longText = QByteArray(100'000, 'x');
+    const WireServer server(
+        {{okReply(R"({"status":")" + longText + R"(","errorMessage":")" + longText +
+                  R"(","a":{"processingStatus":")" + longText + "\"}}")}});
+    RestClient client;
+    client.setLogger(Log4Qt::LogManager::logger(QStringLiteral("resttest")));
+    const LogCapture log;
+    exchange(client, server);
+    EXPECT_TRUE(LogCapture::has(QStringLiteral("HTTP 200 in")));
+    EXPECT_LT(LogCapture::text().size(), 1'000);
+}
+
 TEST(RestClient, WaitsForAHungServiceOnceUntilADeliveryFindsItAnswering)
 {
     constexpr auto timeout = 300;
