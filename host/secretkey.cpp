@@ -2,10 +2,7 @@
 
 #include "host/config.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QStringList>
-#include <QUrl>
+#include <QRegularExpression>
 
 #include <mutex>
 
@@ -13,52 +10,58 @@ namespace {
 
 constexpr qsizetype shortestKey = 4;
 
-QString jsonEscaped(const QString &text)
+/// Finds the character as it is, as JSON escapes it, JSON within JSON included, or percent-encoded.
+/// All repetitions are bounded and possessive: no text makes the search slow.
+QString anyFormOf(QStringView character)
 {
-    const auto array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(array.sliced(2, array.size() - 4)); // without [" and "]
+    const auto inHex = [](int width, uint number) {
+        return QStringLiteral("%1").arg(number, width, 16, QLatin1Char('0'));
+    };
+    QString inJson;
+    for (const auto unit : character)
+        inJson += QLatin1String(R"(\\{0,8}+u)") + inHex(4, unit.unicode());
+    QString inUrl;
+    for (const auto byte : character.toUtf8())
+        inUrl += QLatin1Char('%') + inHex(2, static_cast<uchar>(byte));
+    if (character == QLatin1String("\\")) // each level of JSON doubles them, wherever they stand
+        return QStringLiteral(R"((?:%1|%2|\\){1,64}+)").arg(inJson, inUrl);
+    return QStringLiteral(R"((?:%1|%2|\\{0,8}+%3))")
+        .arg(inJson, inUrl, QRegularExpression::escape(character));
 }
 
-/// As those write JSON who keep to ASCII.
-QString withUnicodeEscapes(const QString &text)
+QRegularExpression anyFormOfKey(const QString &key)
 {
-    QString result;
-    for (const auto character : text) {
-        if (character.unicode() < 0x80)
-            result += character;
-        else
-            result += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+    QString pattern;
+    for (qsizetype at = 0, size = 0; at < key.size(); at += size) {
+        size = key.at(at).isHighSurrogate() ? 2 : 1;
+        const auto character = QStringView(key).mid(at, size);
+        if (!(at > 0 && character == QLatin1String("\\") && key.at(at - 1) == character.front()))
+            pattern += anyFormOf(character);
     }
+    // Letters of either case: so do others encode, and one blot too many does no harm.
+    QRegularExpression result(pattern, QRegularExpression::CaseInsensitiveOption);
+    result.optimize();
     return result;
 }
 
-QStringList formsOf(const QString &key)
-{
-    if (key.size() < shortestKey)
-        return {};
-    const auto escaped = jsonEscaped(key);
-    QStringList forms{key, escaped, withUnicodeEscapes(escaped),
-                      QString::fromLatin1(QUrl::toPercentEncoding(key))};
-    forms.removeDuplicates();
-    return forms;
-}
-
-/// The forms of the key that was configured when they were last asked for.
-QStringList configuredForms()
+/// What finds the configured key.
+QRegularExpression configuredKey()
 {
     struct Known
     {
         std::mutex mutex;
         QString key;
-        QStringList forms;
+        QRegularExpression forms;
     };
     // Never destroyed: the program's last objects may still log.
     static auto *const known = new Known;
     const auto key = Singleton<Config>::instance()->getText(QStringLiteral("LmMindbox:secretKey"));
+    if (key.size() < shortestKey)
+        return {};
     const std::scoped_lock lock(known->mutex);
     if (known->key != key) {
         known->key = key;
-        known->forms = formsOf(key);
+        known->forms = anyFormOfKey(key);
     }
     return known->forms;
 }
@@ -67,8 +70,11 @@ QStringList configuredForms()
 
 QString withoutSecretKey(QString text)
 {
-    // Letters of either case: so do others encode, and one blot too many does no harm.
-    for (const auto &form : configuredForms())
-        text.replace(form, QLatin1String("***"), Qt::CaseInsensitive);
-    return text;
+    const auto key = configuredKey();
+    if (key.pattern().isEmpty())
+        return text;
+    // Half a character would end the search before it began.
+    if (!text.isValidUtf16())
+        text = QString::fromUtf8(text.toUtf8());
+    return text.replace(key, QStringLiteral("***"));
 }

@@ -5,7 +5,8 @@
 #include <QString>
 
 /// The text with "***" in each place where it holds the configured secret key
-/// ("LmMindbox:secretKey") as it is, as JSON escapes it or percent-encoded.
+/// ("LmMindbox:secretKey"), each of whose characters may be escaped as in JSON, or in JSON within
+/// JSON, or percent-encoded.
 ///
 /// For everything that a log, a file or a screen gets and that may repeat what a service has said.
 /// A key of less than four characters protects nothing and stands in every other word, so it stays.
