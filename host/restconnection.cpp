@@ -1,9 +1,7 @@
 #include "host/restconnection.h"
 
 #include "host/config.h"
-#include "host/serviceavailability.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -188,8 +186,12 @@ http::Response RestClient::Connection::perform()
     curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &httpCode);
     constexpr long tooManyRequests = 429;
     constexpr long unavailable = 503;
-    if (httpCode != tooManyRequests && httpCode != unavailable)
-        retryAfter = {}; // means something else there
+    if (httpCode == tooManyRequests ||
+        httpCode == unavailable) { // elsewhere it means another thing
+        curl_off_t seconds = 0;
+        curl_easy_getinfo(handle, CURLINFO_RETRY_AFTER, &seconds);
+        retryAfter = std::chrono::seconds(seconds);
+    }
     return {static_cast<int>(httpCode), code, std::exchange(answer, {})};
 }
 
@@ -200,8 +202,15 @@ bool RestClient::Connection::isAnswerCut() const
     if (!headComplete)
         return true;
     const auto begin = answer.trimmed().left(1);
-    return !lengthKnown && (begin == "{" || begin == "[") &&
+    const auto isLengthKnown = hasHeader("Content-Length") || hasHeader("Transfer-Encoding");
+    return !isLengthKnown && (begin == "{" || begin == "[") &&
            QJsonDocument::fromJson(answer).isNull();
+}
+
+bool RestClient::Connection::hasHeader(const char *name) const
+{
+    curl_header *found = nullptr;
+    return curl_easy_header(handle, name, 0, CURLH_HEADER, -1, &found) == CURLHE_OK;
 }
 
 /// libcurl repeats a request by itself on a fresh connection when a kept one turns out to be dead.
@@ -232,40 +241,10 @@ size_t RestClient::Connection::receiveHeader(char *from, size_t size, size_t cou
     const auto length = size * count;
     if (!self->countReceived(length))
         return 0;
-    self->readHeadLine(QByteArray::fromRawData(from, static_cast<qsizetype>(length)));
+    const QByteArrayView line(from, static_cast<qsizetype>(length));
+    // Several heads come when the first ones are interim.
+    self->headComplete = line == "\r\n" || line == "\n";
     return length;
-}
-
-void RestClient::Connection::readHeadLine(const QByteArray &line)
-{
-    const auto begins = [&line](QByteArrayView name) {
-        return QByteArrayView(line)
-                   .first(std::min(line.size(), name.size()))
-                   .compare(name, Qt::CaseInsensitive) == 0;
-    };
-    constexpr QByteArrayView retryName("Retry-After:");
-    if (begins("HTTP/")) { // several heads come when the first ones are interim
-        headComplete = lengthKnown = false;
-        retryAfter = {};
-    } else if (begins(retryName))
-        readRetryAfter(line.sliced(retryName.size()).trimmed());
-    else if (begins("Content-Length:") || begins("Transfer-Encoding:"))
-        lengthKnown = true;
-    else if (line == "\r\n" || line == "\n")
-        headComplete = true;
-}
-
-/// A number of seconds or a date. Anything else, and a date that has passed, asks for nothing.
-void RestClient::Connection::readRetryAfter(const QByteArray &value)
-{
-    constexpr qint64 longest = std::chrono::seconds(ServiceAvailability::longestRetryAfter).count();
-    bool isNumber = false;
-    auto seconds = value.toLongLong(&isNumber);
-    if (!isNumber) {
-        const auto date = curl_getdate(value.constData(), nullptr);
-        seconds = date - QDateTime::currentSecsSinceEpoch();
-    }
-    retryAfter = std::chrono::seconds(std::clamp<qint64>(seconds, 0, longest));
 }
 
 size_t RestClient::Connection::receiveBody(char *from, size_t size, size_t count, void *connection)

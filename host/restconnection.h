@@ -49,9 +49,8 @@ private:
     static int refuseRepetition(void *connection, char *peerAddress, char *ownAddress, int peerPort,
                                 int ownPort);
     bool countReceived(size_t size);
-    void readHeadLine(const QByteArray &line);
-    void readRetryAfter(const QByteArray &value);
     bool isAnswerCut() const;
+    bool hasHeader(const char *name) const;
 
     CURL *handle = nullptr;
     std::array<char, CURL_ERROR_SIZE> errorText{};
@@ -62,5 +61,4 @@ private:
     QByteArray answer;
     qint64 received = 0;
     bool headComplete = false;
-    bool lengthKnown = false; ///< Whether the answer's head says where its body ends.
 };
