@@ -6,9 +6,9 @@
 /// Keeps a caller from waiting again and again for a service that does not answer.
 ///
 /// After a failure nothing may be sent for a while that doubles from one failed trial to the next.
-/// When it has passed, one request is the next trial; an answer ends everything. The tills of a
-/// shop come at the times of their own customers, so these waits need no spreading by chance.
-/// Knows no clock: whoever asks says what time it is.
+/// When it has passed, one request is the next trial, which is not waited for as long as usual; an
+/// answer ends everything. The tills of a shop come at the times of their own customers, so these
+/// waits need no spreading by chance. Knows no clock: whoever asks says what time it is.
 class CircuitBreaker
 {
 public:
@@ -27,16 +27,21 @@ public:
         : range(range)
     {}
 
-    /// Whether a request may be sent now. Each one that may is to be followed by one of the calls
-    /// below.
-    [[nodiscard]] bool allows(Time now)
+    /// How long a request may be waited for that is sent now, `usual` at most; 0 when it may not be
+    /// sent. Each one that may is to be followed by one of the calls below.
+    ///
+    /// Three trials get the first of those times, the next ones twice as long each: a service that
+    /// stays silent costs little, and one that has become slow gets all of `usual` in the end. A
+    /// request that needed no leave and failed says that it is not slowness: then three get little
+    /// again.
+    [[nodiscard]] Duration patience(Time now, Duration usual)
     {
         if (!isOpen())
-            return true;
+            return usual;
         if (isTrying || now < openUntil)
-            return false;
+            return Duration::zero();
         isTrying = true;
-        return true;
+        return std::min(usual, range.first * (1 << std::clamp(failedTrials - 2, 0, mostDoublings)));
     }
 
     /// The service has answered.
@@ -53,6 +58,7 @@ public:
         else if (now >= openUntil)
             wait = std::max(range.first, std::min(wait * 2, range.longest));
         openUntil = now + wait;
+        failedTrials = isTrying ? failedTrials + 1 : 0;
         isTrying = false;
     }
     /// The request ended in a way that says neither.
@@ -62,8 +68,11 @@ public:
     bool isOpen() const { return wait > Duration::zero(); }
 
 private:
+    static constexpr int mostDoublings = 20;
+
     Range range;
     Duration wait{0};
     Time openUntil;
     bool isTrying = false;
+    int failedTrials = 0; ///< Since the last request that failed and was no trial.
 };

@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <chrono>
 #include <curl/curl.h>
 
 template class MockFactory<RestClient>;
@@ -66,9 +67,11 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
         logger, compactLogs,
         {QLatin1String(isDelivery ? "delivery" : "sale"), url, document.object(), body});
     auto &services = *Singleton<ServiceAvailability>::instance();
-    if (isDelivery || services.allows(url)) {
+    const std::chrono::milliseconds usual(timeout);
+    if (const auto patience = isDelivery ? usual : services.patience(url, usual);
+        patience.count() > 0) {
         exchangeLog.writeRequest();
-        response = connection->exchange(url, body, headers, timeout);
+        response = connection->exchange(url, body, headers, patience.count());
         services.note(url, outcomeOf(response.getTransportCode()), connection->getRetryAfter());
         if (const auto error = connection->getError(); !error.isEmpty())
             exchangeLog.writeFailure(error, response.getTransportCode());

@@ -56,10 +56,11 @@ ServiceAvailability::ServiceAvailability()
 
 ServiceAvailability::~ServiceAvailability() = default;
 
-bool ServiceAvailability::allows(const QUrl &service)
+std::chrono::milliseconds ServiceAvailability::patience(const QUrl &service,
+                                                        std::chrono::milliseconds usual)
 {
     const std::scoped_lock lock(entries->mutex);
-    return entries->byName[nameOf(service)].breaker.allows(Clock::now());
+    return entries->byName[nameOf(service)].breaker.patience(Clock::now(), usual);
 }
 
 void ServiceAvailability::note(const QUrl &service, Outcome outcome,

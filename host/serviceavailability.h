@@ -42,11 +42,13 @@ public:
     ~ServiceAvailability();
     Q_DISABLE_COPY_MOVE(ServiceAvailability)
 
-    /// Whether a request that somebody waits for may be sent now. It may not for a time after an
-    /// unreachable service let somebody wait in vain: "Http:retryFirst" milliseconds first, then
-    /// twice as long with each failed trial, at most "Http:retryMax"; always with a first time of
-    /// 0. Each request that may is to be followed by `note`.
-    [[nodiscard]] bool allows(const QUrl &service);
+    /// How long a request may be waited for that somebody waits for, `usual` at most; 0 when it is
+    /// not to be sent. It is not for a time after the service let somebody wait in vain:
+    /// "Http:retryFirst" milliseconds first, then twice as long with each failed trial, at most
+    /// "Http:retryMax"; always with a first time of 0. Each request that is sent is to be followed
+    /// by `note`.
+    [[nodiscard]] std::chrono::milliseconds patience(const QUrl &service,
+                                                     std::chrono::milliseconds usual);
     /// Says how an exchange ended, and how long the answer asked for patience.
     void note(const QUrl &service, Outcome outcome, std::chrono::seconds retryAfter = {});
 

@@ -270,32 +270,51 @@ TEST(RestClient, WaitsForAHungServiceOnceUntilADeliveryFindsItAnswering)
     Singleton<Config>::instance()->clear();
 }
 
+TEST(RestClient, GivesATrialOfAHungServiceLessTimeThanUsual)
+{
+    const WireServer hung({{""}});
+    RestClient client;
+    client.setTimeout(400);
+    set("Http:retryFirst", QStringLiteral("30"));
+    exchange(client, hung);
+    std::this_thread::sleep_for(40ms);
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(exchange(client, hung).getTransportCode(), CURLE_OPERATION_TIMEDOUT);
+    EXPECT_LT(timer.elapsed(), 300);
+    Singleton<Config>::instance()->clear();
+}
+
 TEST(CircuitBreaker, LetsOneTrialThroughAfterWaitsThatDoubleUpToTheLongest)
 {
-    CircuitBreaker breaker({1s, 5s});
+    CircuitBreaker breaker({1s, 10s});
     CircuitBreaker::Time now;
-    EXPECT_TRUE(breaker.allows(now));
+    const auto patience = [&breaker](CircuitBreaker::Time at) { return breaker.patience(at, 5s); };
+    EXPECT_EQ(patience(now), 5s);
     breaker.noteFailure(now);
-    for (const auto wait : {1s, 2s, 4s, 5s, 5s}) {
-        EXPECT_FALSE(breaker.allows(now + wait - 1ms));
+    const std::pair<std::chrono::seconds, std::chrono::seconds> waits[] = {
+        {1s, 1s}, {2s, 1s}, {4s, 1s}, {8s, 2s}, {10s, 4s}, {10s, 5s}, {10s, 5s}};
+    for (const auto &[wait, trial] : waits) {
+        EXPECT_EQ(patience(now + wait - 1ms), 0s);
         now += wait;
-        EXPECT_TRUE(breaker.allows(now));
-        EXPECT_FALSE(breaker.allows(now)) << "while the trial is under way";
+        EXPECT_EQ(patience(now), trial);
+        EXPECT_EQ(patience(now), 0s) << "while the trial is under way";
         breaker.noteNothing();
-        EXPECT_TRUE(breaker.allows(now)) << "the trial said nothing";
+        EXPECT_EQ(patience(now), trial) << "the trial said nothing";
         breaker.noteFailure(now);
     }
-    breaker.noteFailure(now + 3s); // a delivery's: the wait begins anew
-    EXPECT_FALSE(breaker.allows(now + 7s));
-    EXPECT_TRUE(breaker.allows(now + 8s));
+    breaker.noteFailure(now + 3s); // a delivery's: the wait begins anew, and it is not slowness
+    EXPECT_EQ(patience(now + 12s), 0s);
+    EXPECT_EQ(patience(now + 13s), 1s);
     breaker.noteAnswer();
-    EXPECT_TRUE(breaker.allows(now) && breaker.allows(now));
+    EXPECT_EQ(patience(now), 5s);
+    EXPECT_EQ(patience(now), 5s);
     breaker.noteFailure(now);
-    EXPECT_TRUE(breaker.allows(now + 1s)) << "the first wait again";
+    EXPECT_EQ(patience(now + 1s), 1s) << "the first wait again";
 
     CircuitBreaker off({0s, 5s});
     off.noteFailure(now);
-    EXPECT_TRUE(off.allows(now));
+    EXPECT_EQ(off.patience(now, 5s), 5s);
 }
 
 TEST(RestClient, NotesHowLongAServiceAsksToBeLeftAlone)
