@@ -62,7 +62,6 @@ QList<SaleCommands::Command> SaleCommands::positionCommands()
 
 QList<SaleCommands::Command> SaleCommands::receiptCommands()
 {
-    constexpr int customerEditAction = 170;
     const auto action = [](SaleCommands &self, const QStringList &arguments) {
         return self.withNumber(arguments, [&](int code) { self.sale.trigger(code); });
     };
@@ -80,7 +79,7 @@ QList<SaleCommands::Command> SaleCommands::receiptCommands()
         {QStringLiteral("action"), tr("action CODE"), tr("triggers an action: action 170"), 1, 1,
          action},
         command("edit", tr("edits the customer's data, as action 170 does"),
-                [](auto &self) { self.sale.trigger(customerEditAction); }),
+                [](auto &self) { self.sale.trigger(Sale::editCustomer); }),
         command("clear", tr("takes card and loyalty data off the receipt"),
                 [](auto &self) { self.sale.clearLoyaltyData(); }),
         command("commit", tr("closes the receipt"), [](auto &self) { self.sale.commit(); }),

@@ -2,25 +2,13 @@
 
 #include "till/console/console.h"
 #include "till/console/formfield.h"
-#include "till/console/inputmask.h"
 #include "till/console/texts.h"
-
-#include <algorithm>
+#include "till/core/formfields.h"
+#include "till/core/inputmask.h"
 
 namespace till {
 
 namespace {
-
-/// The fields in the order they are asked for.
-QList<FormField> fieldsInOrder(QList<FormField> fields)
-{
-    const auto isNumbered = [](const FormField &field) { return field.order >= 0; };
-    if (std::all_of(fields.cbegin(), fields.cend(), isNumbered))
-        std::stable_sort(
-            fields.begin(), fields.end(),
-            [](const FormField &left, const FormField &right) { return left.order < right.order; });
-    return fields;
-}
 
 bool isAnswer(const QString &typed, const QString &number, const tr::Tr &text)
 {

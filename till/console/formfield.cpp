@@ -1,7 +1,7 @@
 #include "till/console/formfield.h"
 
-#include "till/console/inputmask.h"
 #include "till/console/texts.h"
+#include "till/core/inputmask.h"
 #include "till/core/numbers.h"
 
 #include <QRegularExpression>

@@ -60,6 +60,8 @@ constexpr std::array knownSettings{
     KnownSetting{QLatin1String("Till:dataDir"), Form::Place},
     KnownSetting{QLatin1String("Till:log"), Form::Place},
     KnownSetting{QLatin1String("Till:plugin"), Form::Place},
+    KnownSetting{QLatin1String("Till:goodsFile"), Form::File},
+    KnownSetting{QLatin1String("Till:phoneMask")},
     KnownSetting{QLatin1String("Till:language"), Form::Language, Weight::Fatal},
     KnownSetting{QLatin1String("Till:retryFirst"), Form::Number, Weight::Fatal},
     KnownSetting{QLatin1String("Till:retryMax"), Form::Number, Weight::Fatal},

@@ -1,4 +1,4 @@
-#include "till/console/inputmask.h"
+#include "till/core/inputmask.h"
 
 #include <algorithm>
 #include <utility>
