@@ -34,6 +34,7 @@ class Till:
         settings = {"LmMindbox:url": f"http://127.0.0.1:{service.port}/v3/operations/sync",
                     "LmMindbox:endpoint": "till-demo", "LmMindbox:secretKey": SECRET,
                     "LmMindbox:timeout": 1, "Till:dataDir": self.data, "Till:cashCode": number,
+                    "Till:language": "en",
                     "Till:retryFirst": 20, "Till:retryMax": 200,
                     "Http:retryFirst": 20, "Http:retryMax": 200}
         self.config.write_text("".join(f"{key}={value}\n" for key, value in settings.items()))

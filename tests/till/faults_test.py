@@ -81,7 +81,8 @@ class Faults(unittest.TestCase):
 
     def configure(self, address):
         self.config.write_text(f"LmMindbox:url={address}/v3/operations/sync\nLmMindbox:endpoint="
-                               f"till-demo\nLmMindbox:secretKey={SECRET}\nTill:dataDir={self.data}")
+                               f"till-demo\nLmMindbox:secretKey={SECRET}\nTill:language=en\n"
+                               f"Till:dataDir={self.data}")
         self.config.chmod(0o600)
 
     def command(self, *arguments):

@@ -2,41 +2,58 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QLocale>
 #include <QTranslator>
 
 namespace till {
 
 namespace {
 
-constexpr auto ownLanguage = QLatin1String("ru");
-constexpr auto prefix = QLatin1String("loyalty_");
+constexpr auto usualLanguage = QLatin1String("ru");
+/// The till's texts are English in the sources, the loyalty system's Russian; a catalogue that
+/// would repeat them is not there, or has the plurals alone.
+constexpr auto tillTexts = QLatin1String("till_");
+constexpr auto loyaltyTexts = QLatin1String("loyalty_");
 constexpr auto suffix = QLatin1String(".qm");
 constexpr auto directory = QLatin1String(":/translations/");
+
+bool install(const QString &file)
+{
+    auto *const translator = new QTranslator(QCoreApplication::instance());
+    return translator->load(file) && QCoreApplication::installTranslator(translator);
+}
+
+/// English dates as the day, the month and the year, like the Russian ones.
+QLocale localeOf(const QString &language)
+{
+    return language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedKingdom)
+                                           : QLocale(language);
+}
 
 } // namespace
 
 QStringList availableLanguages()
 {
-    QStringList languages{ownLanguage};
-    for (const auto &file : QDir(directory).entryList({prefix + u'*' + suffix}))
-        languages.append(file.sliced(prefix.size()).chopped(suffix.size()));
+    QStringList languages;
+    for (const auto &file : QDir(directory).entryList({tillTexts + u'*' + suffix}))
+        languages.append(file.sliced(tillTexts.size()).chopped(suffix.size()));
     languages.sort();
     return languages;
 }
 
 std::optional<QString> installLanguage(const QString &code)
 {
-    if (code.isEmpty() || code == ownLanguage)
-        return std::nullopt;
+    const auto language = code.isEmpty() ? QString(usualLanguage) : code;
     const auto languages = availableLanguages();
-    if (!languages.contains(code))
+    if (!languages.contains(language))
         return QStringLiteral("language \"%1\": expected one of %2")
-            .arg(code, languages.join(QLatin1String(", ")));
-    auto *const application = QCoreApplication::instance();
-    auto *const translator = new QTranslator(application);
-    if (!translator->load(directory + prefix + code + suffix) ||
-        !QCoreApplication::installTranslator(translator))
-        return QStringLiteral("language \"%1\": the texts cannot be loaded").arg(code);
+            .arg(language, languages.join(QLatin1String(", ")));
+    for (const auto &texts : {tillTexts, loyaltyTexts}) {
+        const auto file = directory + texts + language + suffix;
+        if (QFile::exists(file) && !install(file))
+            return QStringLiteral("language \"%1\": the texts cannot be loaded").arg(language);
+    }
+    QLocale::setDefault(localeOf(language));
     return std::nullopt;
 }
 

@@ -7,10 +7,11 @@
 
 namespace till {
 
-/// The languages of the loyalty texts: the texts' own, Russian, and those with a catalogue.
+/// The languages that all texts are there in.
 QStringList availableLanguages();
 
-/// Has the loyalty texts shown in that language; empty for the texts' own.
+/// Has the texts of the till and of the loyalty system shown in that language, Russian when it is
+/// empty, and numbers and dates written in it.
 /// \return Why that cannot be, nothing when it can.
 [[nodiscard]] std::optional<QString> installLanguage(const QString &code);
 
