@@ -1,0 +1,188 @@
+#include "cashier.h"
+
+#include "till/core/catalogue.h"
+
+#include <host/privatefile.h>
+
+#include <QApplication>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QPushButton>
+#include <QTableView>
+
+Service::Service()
+{
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    start();
+}
+
+Service::~Service()
+{
+    stop();
+}
+
+Service &Service::instance()
+{
+    static Service service;
+    return service;
+}
+
+void Service::start()
+{
+    // A program that is started by another one uses its service.
+    if (port == 0)
+        port = qEnvironmentVariableIntValue("SERVICE_PORT");
+    if (qEnvironmentVariableIsSet("SERVICE_PORT"))
+        return;
+    const auto portFile = directory.filePath(QStringLiteral("port"));
+    QFile::remove(portFile);
+    process.start(QStringLiteral(SIMULATOR),
+                  {QStringLiteral("--port"), QString::number(port), QStringLiteral("--port-file"),
+                   portFile, QStringLiteral("--state"),
+                   directory.filePath(QStringLiteral("state.db"))});
+    QFile file(portFile);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return file.exists() && file.size() > 0; }, 10'000));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    port = file.readAll().trimmed().toInt();
+}
+
+void Service::stop()
+{
+    process.kill();
+    process.waitForFinished();
+}
+
+void Service::reset()
+{
+    send("DELETE", QStringLiteral("faults"), {});
+    send("POST", QStringLiteral("reset"), {});
+    said.clear();
+}
+
+QString Service::code()
+{
+    QRegularExpressionMatch match;
+    static const QRegularExpression sms(QStringLiteral(".*SMS to \\d+: code (\\d+)"),
+                                        QRegularExpression::DotMatchesEverythingOption);
+    const auto isThere = QTest::qWaitFor(
+        [&] {
+            said += process.readAllStandardOutput();
+            match = sms.match(QString::fromUtf8(said));
+            return match.hasMatch();
+        },
+        5'000);
+    EXPECT_TRUE(isThere) << said.constData();
+    return match.captured(1);
+}
+
+QJsonObject Service::send(const char *verb, const QString &path, const QJsonObject &body) const
+{
+    QNetworkAccessManager network;
+    QNetworkRequest request(QUrl(url() + QStringLiteral("/simulator/") + path));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    const auto json = QJsonDocument(body).toJson();
+    auto *const reply =
+        network.sendCustomRequest(request, verb, body.isEmpty() ? QByteArray() : json);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return reply->isFinished(); }, 10'000));
+    EXPECT_EQ(reply->error(), QNetworkReply::NoError) << reply->errorString().toStdString();
+    return QJsonDocument::fromJson(reply->readAll()).object();
+}
+
+WindowTest::WindowTest()
+{
+    service.reset();
+    QFile goods(fileName("goods.csv"));
+    EXPECT_TRUE(goods.open(QIODevice::WriteOnly));
+    goods.write("code;name;price\n4600;Молоко 3,2%;89,90\n4601;Хлеб ржаной;45,50\n"
+                "4602;Сыр «Костромской», весовой;310\n");
+    QFile settings(fileName("till.conf"));
+    EXPECT_TRUE(settings.open(QIODevice::WriteOnly) &&
+                settings.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+    settings.write(QStringLiteral("LmMindbox:url=%1/v3/operations/sync\n"
+                                  "LmMindbox:endpoint=till-demo\n"
+                                  "LmMindbox:secretKey=demo-secret\n"
+                                  "Till:shopCode=12\nTill:cashCode=3\nTill:retryFirst=100\n"
+                                  "Till:dataDir=%2/data\n")
+                       .arg(service.url(), directory)
+                       .toUtf8());
+}
+
+WindowTest::~WindowTest() = default;
+
+void WindowTest::openWindow(const QString &language)
+{
+    closeWindow();
+    QString error;
+    till::WindowSetup setup;
+    setup.till = till::loadSettings(
+        {fileName("till.conf"), QStringLiteral(PLUGIN), {}, language, {}}, error);
+    ASSERT_EQ(error.toStdString(), "");
+    ASSERT_EQ(till::installLanguage(language), std::nullopt);
+    ASSERT_EQ(privatefile::createDirectory(setup.till.dataDirectory), std::nullopt);
+    setup.goodsFile = fileName("goods.csv");
+    setup.service = QUrl(service.url());
+    setup.phoneMask = QStringLiteral("+7(999)-999-99-99;_");
+    window = std::make_unique<till::MainWindow>(setup);
+    const auto size = qEnvironmentVariable("WINDOW_SIZE", QStringLiteral("1024x768")).split(u'x');
+    window->resize(size.at(0).toInt(), size.at(1).toInt());
+    window->show();
+    QApplication::setActiveWindow(window.get());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    window->start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return find("goods")->isEnabled(); }, 10'000));
+    awaitRest();
+}
+
+std::string WindowTest::text(const char *name) const
+{
+    const auto *const label = find<QLabel>(name);
+    return label ? label->text().toStdString() : std::string("there is no such label");
+}
+
+void WindowTest::expectText(const char *name, const char *words)
+{
+    const auto holds = [&] { return text(name).find(words) != std::string::npos; };
+    EXPECT_TRUE(QTest::qWaitFor(holds, 10'000)) << name << ": " << text(name) << "\n     " << words;
+}
+
+void WindowTest::type(const char *keys, Qt::Key last)
+{
+    for (const auto character : QString::fromUtf8(keys)) {
+        QKeyEvent event(QEvent::KeyPress, 0, Qt::NoModifier, QString(character));
+        QApplication::sendEvent(QApplication::focusWidget(), &event);
+    }
+    if (last != Qt::Key_unknown)
+        press(last);
+}
+
+void WindowTest::press(Qt::Key key)
+{
+    QTest::keyClick(QApplication::focusWidget(), key);
+}
+
+void WindowTest::click(const char *name)
+{
+    auto *const button = await<QAbstractButton>(name);
+    ASSERT_TRUE(button && button->isEnabled()) << name;
+    QTest::mouseClick(button, Qt::LeftButton);
+}
+
+void WindowTest::awaitRest()
+{
+    const auto rests = [&] { return !window->isBusy() && find("body")->isEnabled(); };
+    EXPECT_TRUE(QTest::qWaitFor(rests, 10'000));
+}
+
+void WindowTest::picture(const char *name) const
+{
+    const auto place = qEnvironmentVariable("PICTURES");
+    const auto file = QStringLiteral("%1/%2.png").arg(place, QLatin1String(name));
+    EXPECT_TRUE(place.isEmpty() || window->grab().save(file));
+}
+
+std::string WindowTest::cell(int row, int column) const
+{
+    const auto *const model = find<QTableView>("positions")->model();
+    return model->index(row, column).data().toString().toStdString();
+}

@@ -1,0 +1,158 @@
+#include "till/core/catalogue.h"
+#include "till/window/fieldeditor.h"
+#include "till/window/formdialog.h"
+#include "till/window/linefield.h"
+
+#include <QAbstractButton>
+#include <QCalendarWidget>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// The form of a customer's data, as the plugin asks for it.
+FormRequest customerForm()
+{
+    FormField phone;
+    phone.key = QStringLiteral("phone");
+    phone.kind = FormFieldKind::Text;
+    phone.inputMask = QStringLiteral("+7(999)-999-99-99;_");
+    phone.validator = QStringLiteral("\\+7\\([0-9]{3}\\)-[0-9]{3}-[0-9]{2}-[0-9]{2}");
+    phone.order = 0;
+    FormField birthday;
+    birthday.key = QStringLiteral("birthday");
+    birthday.kind = FormFieldKind::Date;
+    birthday.mandatory = false;
+    birthday.minDate = QDate(1900, 1, 1);
+    birthday.maxDate = QDate(2020, 1, 1);
+    birthday.order = 1;
+    FormField sex;
+    sex.key = QStringLiteral("sex");
+    sex.kind = FormFieldKind::Choice;
+    sex.options = {{{}, QStringLiteral("one")}, {{}, QStringLiteral("other")}};
+    sex.value = QStringLiteral("0");
+    sex.order = 1;
+    FormField fixed = phone;
+    fixed.key = QStringLiteral("fixed");
+    fixed.value = QStringLiteral("+79161234567");
+    fixed.editable = false;
+    fixed.order = 2;
+    FormRequest request;
+    request.validates = true;
+    request.fields = {phone, birthday, sex, fixed};
+    return request;
+}
+
+class Dialogs : public testing::Test
+{
+protected:
+    Dialogs()
+    {
+        EXPECT_EQ(till::installLanguage({}), std::nullopt);
+        form = new till::FormDialog(window, customerForm());
+        window.resize(1000, 700);
+        window.show();
+        form->appear();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+
+    till::LineField &line(const char *name)
+    {
+        return *form->findChild<till::LineField *>(QLatin1String(name));
+    }
+    bool isOkOn() { return form->findChild<QAbstractButton *>(QStringLiteral("ok"))->isEnabled(); }
+
+    QWidget window;
+    till::FormDialog *form;
+};
+
+TEST_F(Dialogs, TakeANumberInEverySpellingAndAnswerInTheShapeThatTheFormAsksFor)
+{
+    const struct
+    {
+        const char *typed;
+        bool pasted;
+        const char *answer; ///< Empty when OK stays off.
+    } cases[] = {
+        {"+79161234567", true, "+7(916)-123-45-67"},
+        {"8 (916) 123-45-67", true, "+7(916)-123-45-67"},
+        {"9161234567", false, "+7(916)-123-45-67"},
+        {"79161234567", false, "+7(916)-123-45-67"},
+        {"+79161234567", false, "+7(916)-123-45-67"},
+        {"89161234567", false, "+7(916)-123-45-67"},
+        {"916123456", false, ""},
+        {"916123456", true, ""},
+        {"phone", false, ""},
+    };
+    auto &phone = line("field_phone");
+    for (const auto &[typed, pasted, answer] : cases) {
+        SCOPED_TRACE(typed);
+        phone.clear();
+        phone.setFocus();
+        QTest::keyClick(&phone, Qt::Key_Home);
+        QGuiApplication::clipboard()->setText(QLatin1String(typed));
+        if (pasted)
+            QTest::keySequence(&phone, QKeySequence::Paste);
+        else
+            QTest::keyClicks(&phone, QLatin1String(typed));
+        ASSERT_EQ(isOkOn(), *answer != '\0') << phone.text().toStdString();
+        const auto given = form->answers().value(QStringLiteral("phone")).toString();
+        EXPECT_TRUE(*answer == '\0' || given == QLatin1String(answer)) << given.toStdString();
+    }
+    EXPECT_EQ(form->answers().value(QStringLiteral("fixed")),
+              QVariant(QStringLiteral("+7(916)-123-45-67")));
+    EXPECT_TRUE(line("field_fixed").isReadOnly());
+}
+
+TEST_F(Dialogs, AnswerDatesAndChoicesInTheirTypes)
+{
+    line("field_phone").setText(QStringLiteral("+7(916)-123-45-67"));
+    EXPECT_FALSE(form->answers().contains(QStringLiteral("birthday")));
+    auto &birthday = line("field_birthday");
+    for (const auto *wrong : {"31.12.1899", "02.01.2020", "31.02.2000", "01.01.20"}) {
+        birthday.setText(QLatin1String(wrong));
+        EXPECT_FALSE(isOkOn()) << wrong;
+    }
+    QTest::keyClick(&birthday, Qt::Key_Return);
+    EXPECT_TRUE(birthday.hasFocus());
+    EXPECT_TRUE(birthday.property("wrong").toBool());
+    birthday.setText(QStringLiteral("31.12.1999"));
+    QTest::mouseClick(form->findChild<QAbstractButton *>(QStringLiteral("sex_1")), Qt::LeftButton);
+    EXPECT_TRUE(isOkOn());
+    EXPECT_EQ(form->answers().value(QStringLiteral("birthday")), QVariant(QDate(1999, 12, 31)));
+    EXPECT_EQ(form->answers().value(QStringLiteral("sex")), QVariant(1));
+
+    QTest::mouseClick(form->findChild<QAbstractButton *>(QStringLiteral("calendar_birthday")),
+                      Qt::LeftButton);
+    auto *const calendar = form->findChild<QCalendarWidget *>(QStringLiteral("calendar"));
+    ASSERT_TRUE(calendar);
+    EXPECT_EQ(calendar->selectedDate(), QDate(1999, 12, 31));
+    EXPECT_EQ(calendar->maximumDate(), QDate(2020, 1, 1));
+    emit calendar->clicked(QDate(2000, 2, 29));
+    EXPECT_EQ(birthday.text(), QStringLiteral("29.02.2000"));
+}
+
+TEST_F(Dialogs, PutFieldsOfOneNumberSideBySideAndKeepTheFocusInside)
+{
+    const auto top = [&](const char *name) {
+        return form->findChild<QWidget *>(QLatin1String(name))->mapTo(form, QPoint()).y();
+    };
+    QTest::qWait(0);
+    EXPECT_LT(top("field_phone"), top("field_birthday"));
+    EXPECT_LE(std::abs(top("field_birthday") - top("field_sex")), 10);
+    EXPECT_GT(top("field_fixed"), top("field_birthday"));
+    for (int i = 0; i < 20; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        ASSERT_TRUE(form->isAncestorOf(QApplication::focusWidget()));
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_EQ(form->result(), QDialog::Rejected);
+    EXPECT_FALSE(form->isVisible());
+}
+
+} // namespace

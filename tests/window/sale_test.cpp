@@ -1,0 +1,283 @@
+#include "cashier.h"
+
+#include "till/window/receiptmodel.h"
+
+#include <QApplication>
+#include <QJsonArray>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using till::ReceiptModel;
+
+TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
+{
+    openWindow();
+    picture("empty");
+    press(Qt::Key_F2);
+    await("inputDialog");
+    type("903123456", Qt::Key_Return);
+    EXPECT_FALSE(find("ok")->isEnabled());
+    expectText("note", "Заполните до конца: +7(___)-___-__-__");
+    picture("phone");
+    type("7", Qt::Key_Return);
+    await("messageDialog");
+    expectText("message", "Зарегистрировать клиента?");
+    press(Qt::Key_Return);
+
+    await("formDialog");
+    type("Анна Иванова", Qt::Key_Tab);
+    type("31.02.1990", Qt::Key_Return);
+    EXPECT_TRUE(find("formDialog")->isVisible());
+    EXPECT_TRUE(find("field_birthday")->hasFocus());
+    picture("form-wrong");
+    press(Qt::Key_Home);
+    type("05.03.1990");
+    click("sex_0");
+    find("field_email")->setFocus();
+    type("anna@example.org");
+    picture("form");
+    press(Qt::Key_Return);
+
+    auto *const dialog = await("inputDialog");
+    expectText("message", "Введите код из СМС");
+    picture("code");
+    type("0000", Qt::Key_Return);
+    expectText("message", "Некорректный код");
+    EXPECT_EQ(find("inputDialog"), dialog) << "the second question came in the place of the first";
+    EXPECT_TRUE(dialog->isVisible());
+    picture("wrong-code");
+    type(service.code().toUtf8(), Qt::Key_Return);
+    awaitRest();
+    expectText("customerName", "Анна Иванова");
+    expectText("customerPhone", "+7 903 123-45-67");
+    expectText("customerBirthday", "05.03.1990");
+
+    type("4600", Qt::Key_Return);
+    type("3*4601", Qt::Key_Return);
+    type("0,350*4602", Qt::Key_Return);
+    awaitRest();
+    EXPECT_EQ(cell(2, ReceiptModel::Sum), "108,50");
+    press(Qt::Key_Up);
+    press(Qt::Key_F6);
+    await("formDialog");
+    type("200", Qt::Key_Return);
+    expectText("message", "Позиция стоит только 136,50");
+    press(Qt::Key_F6);
+    await("formDialog");
+    picture("discount");
+    type("9,80", Qt::Key_Return);
+    awaitRest();
+    expectText("total", "325,10");
+    picture("sale");
+    press(Qt::Key_F12);
+    awaitRest();
+    expectText("message", "закрыт: 325,10");
+
+    const auto orders = service.dump().value("orders"_L1).toArray();
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_EQ(orders.at(0)["totalPrice"_L1].toDouble(), 325.10);
+    EXPECT_EQ(orders.at(0)["mobilePhone"_L1].toString(), "79031234567"_L1);
+    EXPECT_EQ(orders.at(0)["lines"_L1].toArray().size(), 3);
+}
+
+TEST_F(WindowTest, ChangesAndTakesBackWhatIsOnTheReceipt)
+{
+    openWindow();
+    type("2*4600", Qt::Key_Return);
+    type("4601", Qt::Key_Return);
+    awaitRest();
+    press(Qt::Key_F5);
+    await("formDialog");
+    type("0", Qt::Key_Return);
+    EXPECT_TRUE(find("formDialog")->isVisible()) << "nothing of a position is none";
+    click("pad_⌫");
+    click("pad_4");
+    press(Qt::Key_Return);
+    awaitRest();
+    EXPECT_EQ(cell(1, ReceiptModel::Quantity), "4");
+    press(Qt::Key_F6);
+    await("formDialog");
+    type("5", Qt::Key_Return);
+    awaitRest();
+    press(Qt::Key_F7);
+    awaitRest();
+    expectText("total", "179,80");
+    press(Qt::Key_F8); // the position comes back with its discount, under a new number
+    awaitRest();
+    expectText("total", "356,80");
+    EXPECT_EQ(cell(1, ReceiptModel::Discount), "-5,00");
+    press(Qt::Key_F8);
+    awaitRest();
+    expectText("total", "361,80");
+    press(Qt::Key_F8);
+    awaitRest();
+    EXPECT_EQ(cell(1, ReceiptModel::Quantity), "1");
+    press(Qt::Key_F8);
+    awaitRest();
+    press(Qt::Key_F8);
+    awaitRest();
+    expectText("total", "0,00");
+    EXPECT_FALSE(find("undo")->isEnabled());
+
+    press(Qt::Key_F10);
+    await("messageDialog");
+    press(Qt::Key_Escape);
+    awaitRest();
+    expectText("receiptTitle", "Продажа 1");
+    press(Qt::Key_F10);
+    await("messageDialog");
+    press(Qt::Key_Return);
+    awaitRest();
+    expectText("message", "Чек 1 аннулирован");
+    press(Qt::Key_F9);
+    awaitRest();
+    expectText("receiptTitle", "Возврат 2");
+}
+
+TEST_F(WindowTest, SaysThatACodeIsUnknownAndSellsItAllTheSame)
+{
+    openWindow();
+    type("2*777", Qt::Key_Return);
+    await("formDialog");
+    expectText("title", "Неизвестный код 777");
+    picture("unknown-code");
+    press(Qt::Key_Escape);
+    awaitRest();
+    EXPECT_EQ(find("undo")->isEnabled(), false);
+    type("2*777", Qt::Key_Return);
+    await("formDialog");
+    type("Пакет", Qt::Key_Tab);
+    type("7,5", Qt::Key_Return);
+    awaitRest();
+    expectText("total", "15,00");
+    type("x*4600", Qt::Key_Return);
+    expectText("message", "«x*4600» — не код");
+}
+
+TEST_F(WindowTest, FindsAKnownCustomerWhoseDataIsEditedAndTakenOff)
+{
+    openWindow();
+    press(Qt::Key_F2);
+    await("inputDialog");
+    type("89160000001", Qt::Key_Return); // as it is dialled inside the country
+    awaitRest();
+    expectText("customerName", "Анна Иванова");
+    expectText("customerReceipts", "электронные");
+    expectText("customerBirthday", "05.03.1990");
+    press(Qt::Key_F3);
+    await("formDialog");
+    type(" Петровна", Qt::Key_Return);
+    awaitRest();
+    expectText("message", "Данные покупателя изменены");
+    expectText("customerName", "Петровна");
+    press(Qt::Key_F4);
+    awaitRest();
+    expectText("customerName", "Покупателя нет");
+}
+
+TEST_F(WindowTest, ReportsARefusedOrderAgain)
+{
+    openWindow();
+    service.order({{"kind"_L1, "html"_L1}, {"operation"_L1, "Offline.CreateAuthorizedOrder"_L1}});
+    type("4600", Qt::Key_Return);
+    awaitRest();
+    press(Qt::Key_F12);
+    await("messageDialog");
+    expectText("message", "Не удалось создать заказ");
+    press(Qt::Key_Return);
+    awaitRest();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return find("stateRefused")->isEnabled(); }));
+    picture("refused");
+    click("stateRefused");
+    await("refusedDialog");
+    picture("refused-list");
+    press(Qt::Key_Return);
+    awaitRest();
+    expectText("message", "Заказ по чеку 1 передан");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !find("stateRefused")->isEnabled(); }));
+    EXPECT_EQ(service.dump().value("orders"_L1).toArray().size(), 1);
+}
+
+TEST_F(WindowTest, GoesOnAfterARestartAndWithoutTheService)
+{
+    openWindow();
+    press(Qt::Key_F2);
+    await("inputDialog");
+    type("9160000001", Qt::Key_Return);
+    awaitRest();
+    type("4600", Qt::Key_Return);
+    awaitRest();
+    openWindow();
+    expectText("message", "Чек 1 снова открыт");
+    expectText("customerName", "Анна Иванова");
+    expectText("total", "89,90");
+    EXPECT_EQ(cell(0, ReceiptModel::Name), "Молоко 3,2%");
+
+    service.stop();
+    press(Qt::Key_F12);
+    awaitRest();
+    expectText("message", "Чек 1 закрыт");
+    expectText("stateWaiting", "Заказов в очереди: 1, с ");
+    expectText("stateService", "не отвечает с ");
+    picture("no-service");
+    service.start();
+    expectText("stateWaiting", "Заказов в очереди нет");
+    expectText("stateService", "отвечает");
+}
+
+/// Counts how often a widget is painted.
+class Paints : public QObject
+{
+public:
+    explicit Paints(QWidget *widget) { widget->installEventFilter(this); }
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(WindowTest, StaysAliveWhileTheServiceIsSlow)
+{
+    openWindow();
+    for (const auto *operation : {"Offline.GetCustomer", "Offline.ConfirmMobilePhone"})
+        service.order({{"kind"_L1, "delay"_L1},
+                       {"milliseconds"_L1, 4'000},
+                       {"operation"_L1, QLatin1String(operation)}});
+    press(Qt::Key_F2);
+    await("inputDialog");
+    type("9160000002", Qt::Key_Return);
+    await("progress");
+    const Paints paints(find("progress"));
+    QTest::qWait(2'000);
+    EXPECT_GE(paints.count, 20);
+    picture("waiting");
+    type("4600", Qt::Key_Return); // a scan meanwhile waits for its turn
+    await("inputDialog");
+    type("0000", Qt::Key_Return);
+    await("progress");
+    press(Qt::Key_Escape); // leaves the dialog at once; the answer of the service is still out
+    EXPECT_FALSE(isShown("inputDialog"));
+    awaitRest();
+    expectText("message", "Ввод кода подтверждения отменен");
+    EXPECT_EQ(cell(0, ReceiptModel::Name), "Молоко 3,2%");
+}
+
+TEST_F(WindowTest, EndsWhileADialogIsOpen)
+{
+    openWindow();
+    press(Qt::Key_F2);
+    await("inputDialog");
+    type("9031234567", Qt::Key_Return);
+    await("messageDialog");
+    int exitCode = -1;
+    QObject::connect(window.get(), &till::MainWindow::ended, [&](int code) { exitCode = code; });
+    window->close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return exitCode == 0; }, 10'000));
+}
+
+} // namespace

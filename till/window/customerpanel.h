@@ -1,0 +1,33 @@
+#pragma once
+
+#include "till/core/receiptview.h"
+
+#include <QFrame>
+
+class QGridLayout;
+class QLabel;
+
+namespace till {
+
+/// Who the receipt's customer is.
+class CustomerPanel : public QFrame
+{
+    Q_OBJECT
+public:
+    explicit CustomerPanel(QWidget *parent = nullptr);
+
+    void show(const std::optional<CustomerView> &customer);
+
+private:
+    QLabel *addRow(const QString &name, const QString &title);
+
+    QLabel *name;
+    QWidget *details;
+    QGridLayout *grid;
+    QLabel *phone;
+    QLabel *email;
+    QLabel *birthday;
+    QLabel *receipts;
+};
+
+} // namespace till

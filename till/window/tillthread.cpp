@@ -1,0 +1,121 @@
+#include "till/window/tillthread.h"
+
+#include "till/core/sale.h"
+#include "till/core/till.h"
+#include "till/window/windowpresenter.h"
+
+#include <host/session.h>
+
+namespace till {
+
+bool TillThread::tellsReceipt(SaleEvent::Kind kind)
+{
+    using Kind = SaleEvent::Kind;
+    switch (kind) {
+    case Kind::PositionAdded:
+    case Kind::PositionChanged:
+    case Kind::PositionRemoved:
+    case Kind::Discounted:
+    case Kind::Refused:
+    case Kind::NotStored:
+    case Kind::StoredLate:
+        return false;
+    default:
+        return true;
+    }
+}
+
+TillThread::TillThread(Settings settings, WindowPresenter &presenter)
+    : settings(std::move(settings))
+    , presenter(presenter)
+{
+    thread.setObjectName(QStringLiteral("till"));
+    place.moveToThread(&thread);
+}
+
+TillThread::~TillThread()
+{
+    if (!thread.isRunning())
+        return;
+    presenter.setRefusing(true);
+    QMetaObject::invokeMethod(&place, [this] {
+        till.reset();
+        thread.quit();
+    });
+    thread.wait();
+}
+
+void TillThread::start(bool delivers)
+{
+    thread.start();
+    run([this, delivers] { open(delivers); });
+}
+
+void TillThread::take(const Step &step, const std::function<void()> &done)
+{
+    run(
+        [this, step] {
+            if (till)
+                step(*till);
+        },
+        done);
+}
+
+void TillThread::end(bool force)
+{
+    run([this, force] {
+        if (till && !till->mayEnd() && !force) {
+            emit mayNotEnd(till->onlyInMemory());
+            return;
+        }
+        till.reset();
+        Singleton<Session>::instance()->setProgressDisplay({});
+        emit ended();
+    });
+}
+
+void TillThread::run(const std::function<void()> &function, const std::function<void()> &done)
+{
+    ++steps;
+    emit busyChanged();
+    QMetaObject::invokeMethod(
+        &place,
+        [this, function, done] {
+            function();
+            QMetaObject::invokeMethod(
+                this,
+                [this, done] {
+                    --steps;
+                    emit stepEnded();
+                    done();
+                    emit busyChanged();
+                },
+                Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
+}
+
+void TillThread::open(bool delivers)
+{
+    Singleton<Session>::instance()->setProgressDisplay(
+        QSharedPointer<WindowProgress>::create(presenter));
+    till = std::make_unique<Till>(settings, presenter);
+    if (const auto problem = till->start()) {
+        till.reset();
+        emit started(false, *problem);
+        return;
+    }
+    emit started(true, till->note());
+    connect(&till->sale(), &Sale::happened, &till->sale(),
+            [this](const SaleEvent &event) { tell(event); });
+    till->sale().recover();
+    if (delivers)
+        till->startDelivery();
+}
+
+void TillThread::tell(const SaleEvent &event)
+{
+    emit happened(event, tellsReceipt(event.kind) ? till->sale().receipt() : std::nullopt);
+}
+
+} // namespace till
