@@ -270,9 +270,10 @@ TEST_F(SaleTest, ARefusedOrderIsKeptWithWhatWasSaidAndCanBeReportedAgain)
     EXPECT_EQ(store().list(refused)->size(), 1);
 
     TillRun run(data());
-    run.execute({"add 2 Bread 1", "report 1"}); // the open receipt stays what it is
+    run.execute({"add 2 Bread 1", "card 8 916 1", "report 1"}); // the open receipt stays what it is
     EXPECT_THAT(run.receipt(), HasSubstr("Sale 2"));
-    EXPECT_THAT(run.system.committed, ElementsAre("1Anna"));
+    run.execute("commit");
+    EXPECT_THAT(run.system.committed, ElementsAre("1Anna", "2Anna"));
     EXPECT_EQ(record(1).report.outcome, Report::Queued);
     EXPECT_EQ(record(1).report.told, QString());
     EXPECT_EQ(store().history(record(1).row)->size(), 4); // open, committing, refused, queued

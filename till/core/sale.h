@@ -106,7 +106,7 @@ private:
     void identify(const QString &number);
     void reopen(const StoredReceipt &receipt);
     void restore(const QSharedPointer<AbstractDocument> &receipt);
-    Report handOver(const StoredReceipt &receipt);
+    Report handOver(const StoredReceipt &receipt, bool isTold);
     void storeCommitted();
     Report reportAgain(const StoredReceipt &receipt);
     void reportInterrupted();

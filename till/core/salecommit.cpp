@@ -88,8 +88,7 @@ void Sale::commit()
     // then.
     (void)parts.store.save(current, ReceiptState::Committing);
     const auto receipt = std::exchange(current, {});
-    isUnstoredTold = false;
-    const auto report = handOver(receipt);
+    const auto report = handOver(receipt, std::exchange(isUnstoredTold, false));
     emit happened({.kind = SaleEvent::Kind::Committed,
                    .number = numberOf(receipt),
                    .sum = receipt.document->getTotal(),
@@ -108,6 +107,8 @@ bool Sale::report(int number)
         return false;
     }
     const auto outcome = reportAgain(*receipt);
+    if (current.document)
+        restore(current.document);
     emit messagesQueued();
     return outcome != Report::Refused;
 }
@@ -136,8 +137,9 @@ void Sale::restore(const QSharedPointer<AbstractDocument> &receipt)
                       parts.system.getLastErrorString());
 }
 
-/// Has the loyalty system report the receipt at hand, and stores what became of it.
-Report Sale::handOver(const StoredReceipt &receipt)
+/// Has the loyalty system report the receipt at hand, and stores what became of it. `isTold` says
+/// whether the cashier knows of it that it is not in the store.
+Report Sale::handOver(const StoredReceipt &receipt, bool isTold)
 {
     const auto number = numberOf(receipt);
     logger().info(QStringLiteral("receipt %1 goes to the loyalty system"), number);
@@ -147,7 +149,7 @@ Report Sale::handOver(const StoredReceipt &receipt)
     broker->beginBatch();
     const auto isAccepted = parts.system.commit(receipt.document);
     const auto messages = broker->takeBatch();
-    UnstoredReceipt unstored{receipt, {Report::None, {}, parts.told.take()}};
+    UnstoredReceipt unstored{receipt, {Report::None, {}, parts.told.take()}, isTold};
     if (!isAccepted)
         unstored.report.told = parts.system.getLastErrorString();
     if (!isAccepted || !unstored.report.told.isEmpty())
@@ -191,7 +193,7 @@ void Sale::storeCommitted()
 Report Sale::reportAgain(const StoredReceipt &receipt)
 {
     restore(receipt.document);
-    const auto outcome = handOver(receipt);
+    const auto outcome = handOver(receipt, false);
     emit happened(
         {.kind = SaleEvent::Kind::ReportedAgain, .number = numberOf(receipt), .report = outcome});
     return outcome;
