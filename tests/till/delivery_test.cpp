@@ -227,7 +227,7 @@ TEST_F(Delivery, WaitsTwiceAsLongAfterEachFailureUpToTheLongestAndStartsAnewAfte
     };
     EXPECT_THAT(pause.rests, ElementsAre(about(100ms), about(200ms), about(400ms), about(800ms),
                                          about(1'000ms), about(1'000ms), about(1'000ms),
-                                         till::DeliveryLoop::idleTime, about(100ms)));
+                                         till::DeliveryRhythm::idleTime, about(100ms)));
 }
 
 TEST_F(Delivery, LeavesTheServiceAloneForAsLongAsItAsks)

@@ -1,27 +1,43 @@
 #include "till/core/backoff.h"
 
 #include <algorithm>
+#include <random>
+#include <utility>
 
 namespace till {
 
-Backoff::Backoff(const BackoffRange &range)
+namespace {
+
+std::chrono::milliseconds times(std::chrono::milliseconds time, double factor)
+{
+    return std::chrono::round<std::chrono::milliseconds>(time * factor);
+}
+
+} // namespace
+
+Chance ownChance()
+{
+    return [random = std::minstd_rand(std::random_device()())]() mutable {
+        return std::uniform_real_distribution()(random);
+    };
+}
+
+Backoff::Backoff(const BackoffRange &range, Chance chance)
     : range(range)
     , current(range.first)
-    , random(std::random_device()())
+    , chance(std::move(chance))
 {}
 
 std::chrono::milliseconds Backoff::next()
 {
-    std::uniform_int_distribution percent(80, 120);
-    const auto wait = current * percent(random) / 100;
+    const auto wait = times(current, 0.8 + 0.4 * chance());
     current = std::min(current * 2, range.longest);
     return wait;
 }
 
 std::chrono::milliseconds Backoff::atLeast(std::chrono::milliseconds time)
 {
-    std::uniform_int_distribution percent(100, 120);
-    return time * percent(random) / 100;
+    return times(time, 1 + 0.2 * chance());
 }
 
 void Backoff::reset()

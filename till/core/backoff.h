@@ -1,7 +1,7 @@
 #pragma once
 
 #include <chrono>
-#include <random>
+#include <functional>
 
 namespace till {
 
@@ -12,12 +12,18 @@ struct BackoffRange
     std::chrono::milliseconds longest{60'000};
 };
 
+/// A number by chance, from 0 to below 1.
+using Chance = std::function<double()>;
+
+/// A source of its own that no other till shares.
+Chance ownChance();
+
 /// Waits that double from one failure to the next, up to the longest, each a fifth longer or
 /// shorter by chance, so that the tills of a shop do not all come back at once.
 class Backoff
 {
 public:
-    explicit Backoff(const BackoffRange &range);
+    explicit Backoff(const BackoffRange &range, Chance chance = ownChance());
 
     /// The wait after one more failure.
     std::chrono::milliseconds next();
@@ -29,7 +35,7 @@ public:
 private:
     BackoffRange range;
     std::chrono::milliseconds current;
-    std::minstd_rand random;
+    Chance chance;
 };
 
 } // namespace till

@@ -31,7 +31,7 @@ DeliveryPause::~DeliveryPause() = default;
 
 DeliveryLoop::DeliveryLoop(Deliverer &deliverer, const Backoff &backoff, DeliveryPause &pause)
     : deliverer(deliverer)
-    , backoff(backoff)
+    , rhythm(backoff)
     , pause(pause)
 {}
 
@@ -39,30 +39,14 @@ void DeliveryLoop::run()
 {
     while (!pause.isStopped()) {
         const auto round = deliver();
-        if (round.settled > 0) {
-            backoff.reset();
+        if (round.settled > 0)
             logger().info(QStringLiteral("settled %1 messages"), round.settled);
-        }
-        switch (round.outcome) {
-        case Deliverer::Outcome::Unreachable:
-        case Deliverer::Outcome::Unusable: {
-            const auto asked = round.outcome == Deliverer::Outcome::Unreachable
-                                   ? askedPatience()
-                                   : std::chrono::milliseconds::zero();
-            const auto wait = asked.count() > 0 ? backoff.atLeast(asked) : backoff.next();
+        const auto rest = rhythm.after(round, askedPatience());
+        if (round.outcome == Deliverer::Outcome::Unreachable ||
+            round.outcome == Deliverer::Outcome::Unusable)
             logger().warn(QStringLiteral("%1; the next try comes in %2 ms"), deliverer.lastError(),
-                          static_cast<qint64>(wait.count()));
-            pause.rest(wait, false);
-            break;
-        }
-        case Deliverer::Outcome::Emptied:
-            backoff.reset();
-            pause.rest(idleTime, true);
-            break;
-        case Deliverer::Outcome::Busy:
-        case Deliverer::Outcome::Stopped:
-            pause.rest(idleTime, true);
-        }
+                          static_cast<qint64>(rest.time.count()));
+        pause.rest(rest.time, rest.isWakeable);
     }
 }
 
@@ -70,7 +54,7 @@ bool DeliveryLoop::runOnce()
 {
     auto round = deliver();
     while (round.outcome == Deliverer::Outcome::Busy && !pause.isStopped()) {
-        pause.rest(idleTime, true);
+        pause.rest(DeliveryRhythm::idleTime, true);
         round = deliver();
     }
     return round.outcome == Deliverer::Outcome::Emptied && round.parked == 0;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "till/core/backoff.h"
 #include "till/core/deliverer.h"
+#include "till/core/deliveryrhythm.h"
 
 #include <QtGlobal>
 
@@ -26,13 +26,10 @@ public:
     virtual void rest(std::chrono::milliseconds time, bool wakeable) = 0;
 };
 
-/// The standing delivery: looks for messages, and waits longer after each failed round, or as
-/// long as the service has asked for.
+/// The standing delivery: looks for messages, and rests after each round.
 class DeliveryLoop
 {
 public:
-    static constexpr std::chrono::milliseconds idleTime{1'000};
-
     /// The references must outlive the loop.
     DeliveryLoop(Deliverer &deliverer, const Backoff &backoff, DeliveryPause &pause);
 
@@ -51,7 +48,7 @@ private:
     Deliverer::Round deliver();
 
     Deliverer &deliverer;
-    Backoff backoff;
+    DeliveryRhythm rhythm;
     DeliveryPause &pause;
     UnstoredMessages *unstored = nullptr;
     std::function<void()> beforeEach = [] {};
