@@ -1,7 +1,7 @@
 #include "benchmarks/bareexchange.h"
 
 #include "interface/interface.h"
-#include "tests/plugin/fakehttp.h"
+#include "tests/support/fakehttp.h"
 
 namespace bench {
 

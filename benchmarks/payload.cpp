@@ -4,7 +4,7 @@
 #include "converter/converter.h"
 #include "interface/interface.h"
 #include "model/getcustomerresult.h"
-#include "tests/plugin/fakehttp.h"
+#include "tests/support/fakehttp.h"
 
 #include <host/abstractdocument.h>
 #include <host/session.h>

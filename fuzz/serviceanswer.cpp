@@ -1,5 +1,5 @@
 #include "fuzz/fuzzing.h"
-#include "tests/plugin/fakehttp.h"
+#include "tests/support/fakehttp.h"
 
 #include "interface/interface.h"
 #include "model/createorderresult.h"

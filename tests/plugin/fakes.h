@@ -1,10 +1,10 @@
 #pragma once
 
 #include "converter/converter.h"
-#include "fakehttp.h"
 #include "interface/interface.h"
 #include "model/customeredit.h"
 #include "plugin/plugin.h"
+#include "tests/support/fakehttp.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/printqt.h"
 

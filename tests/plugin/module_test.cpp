@@ -1,4 +1,4 @@
-#include "fakehttp.h"
+#include "tests/support/fakehttp.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>

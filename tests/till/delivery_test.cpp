@@ -1,5 +1,5 @@
 #include "simulator/simulator.h"
-#include "tests/plugin/fakehttp.h"
+#include "tests/support/fakehttp.h"
 #include "till/core/backgrounddelivery.h"
 #include "till/core/deliverer.h"
 #include "till/core/deliveryloop.h"
