@@ -3,7 +3,7 @@
 
 #include "converter/converter.h"
 #include "interface/interface.h"
-#include "model/getcustomerresult.h"
+#include "model/operationresult.h"
 #include "tests/support/fakehttp.h"
 
 #include <host/abstractdocument.h>

@@ -2,11 +2,8 @@
 #include "tests/support/fakehttp.h"
 
 #include "interface/interface.h"
-#include "model/createorderresult.h"
-#include "model/getcustomerresult.h"
+#include "model/operationresult.h"
 #include "model/order.h"
-#include "model/registercustomerresult.h"
-#include "model/smsconfirmationresult.h"
 
 using namespace lmmindbox;
 

@@ -27,6 +27,8 @@ Customer Interface::getCustomer(const QJsonObject &answer) const
     static const QStringList sex = {QStringLiteral("sex")};
     static const QStringList processingStatus = {QStringLiteral("processingStatus")};
 
+    // The confirmation of the e-mail is not read on purpose, not even where an answer has it: every
+    // customer counts as unconfirmed, so that each identification cares for the e-mail.
     Customer customer;
     customer.mobilePhone = read(mobilePhone).toVariant().toString();
     customer.isMobilePhoneConfirmed = read(phoneConfirmed).toBool();

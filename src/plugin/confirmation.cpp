@@ -1,5 +1,4 @@
 #include "interface/interface.h"
-#include "model/smsconfirmationresult.h"
 #include "plugin/plugin.h"
 
 #include <host/dialog.h>

@@ -2,7 +2,7 @@
 
 #include "model/customer.h"
 #include "model/customeredit.h"
-#include "model/getcustomerresult.h"
+#include "model/operationresult.h"
 #include "model/verifyresult.h"
 
 #include <host/action.h>

@@ -2,7 +2,6 @@
 
 #include "model/jsonpath.h"
 #include "model/order.h"
-#include "model/smsconfirmationresult.h"
 
 namespace lmmindbox {
 namespace {

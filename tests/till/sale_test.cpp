@@ -1,5 +1,5 @@
 #include "scriptedconsole.h"
-#include "tests/plugin/fakehttp.h"
+#include "tests/support/fakehttp.h"
 #include "tests/support/fulldisk.h"
 #include "till/console/consolepresenter.h"
 #include "till/console/salecommands.h"
