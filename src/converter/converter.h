@@ -32,11 +32,12 @@ public:
     /// The payload that gives every line the configured status. The ids are computed afresh;
     /// `transactionId` is not read.
     virtual QJsonObject getChangeOrderStatusPayload(const QString &transactionId);
-    /// One object a position of the receipt, in its order.
+    /// One object a position of the receipt, in its order; empty without a current receipt.
     virtual QJsonArray getOrderLines() const;
     /// The till's own discounts on a position; empty when there are none.
     virtual QJsonArray getRequestedPromotions(const QSharedPointer<AbstractDocument> &document,
                                               const QSharedPointer<GoodsItem> &item) const;
+    /// The lines under "lines", for each payload to add the rest to.
     virtual QJsonObject getOrder() const;
     /// The order's ids and the transaction id that is their only member, from the settings
     /// "LmMindbox:requestTransactionIdName" and "LmMindbox:requestTransactionIdMask".

@@ -1,5 +1,4 @@
 #include "interface/interface.h"
-#include "plugin/editaction.h"
 #include "plugin/plugin.h"
 
 #include <host/dialog.h>
@@ -11,7 +10,7 @@ namespace lmmindbox {
 EContext::Result Plugin::editCustomer(const control::Action &action)
 {
     auto card = getCard();
-    if (!card && action.getType() == customerEditAction)
+    if (!card && action.getType() == editAction)
         return EContext::Result::Skipped;
 
     logger->info(QStringLiteral("Редактирование данных клиента"));
@@ -38,37 +37,6 @@ EContext::Result Plugin::editCustomer(const control::Action &action)
         storePluginData();
     }
     return EContext::Result::Done;
-}
-
-void Plugin::checkEmail()
-{
-    if (customer.isEmailConfirmed)
-        return;
-    if (!customer.email.isEmpty()) {
-        sendConfirmationLetter(customer.email);
-        return;
-    }
-    logger->info(QStringLiteral("Почта не указана, отображение диалога редактирования клиента"));
-    editCustomer({});
-}
-
-void Plugin::sendConfirmationLetter(const QString &email)
-{
-    if (confirmedEmails.contains(email))
-        return;
-    if (email.isEmpty()) {
-        confirmedEmails.clear();
-        return;
-    }
-    const auto result = interface->emailConfirmationLetter(email);
-    if (result.status == OperationStatus::Success) {
-        confirmedEmails.insert(email);
-        return;
-    }
-    MockFactory<Dialog>::create()->showError(
-        {QStringLiteral("lmmindboxEmailConfirmError"),
-         QStringLiteral("Не удалось подтвердить почту клиента")},
-        0, 0);
 }
 
 } // namespace lmmindbox

@@ -94,13 +94,13 @@ tr::Tr title(const Customer &customer)
             QStringLiteral("Редактирование анкетных данных клиента")};
 }
 
-CustomerEdit readAnswers(const QVariantMap &answers)
+CustomerEdit readAnswers(QVariantMap answers)
 {
     CustomerEdit edit;
-    if (answers.isEmpty()) {
-        edit.sex = Client::Sex::Male;
-        return edit;
-    }
+    // A cancelled form counts as a man's, an answer without the sex as a woman's.
+    const auto option = answers.isEmpty() ? man : answers.take(QStringLiteral("sex")).toInt();
+    edit.sex = option == man ? Client::Sex::Male : Client::Sex::Female;
+
     const auto &meta = CustomerEdit::staticMetaObject;
     for (int i = 0; i < meta.propertyCount(); ++i) {
         const auto property = meta.property(i);
@@ -108,8 +108,6 @@ CustomerEdit readAnswers(const QVariantMap &answers)
         if (answer != answers.constEnd())
             property.writeOnGadget(&edit, *answer);
     }
-    const auto option = answers.value(QStringLiteral("sex")).toInt();
-    edit.sex = option == man ? Client::Sex::Male : Client::Sex::Female;
     return edit;
 }
 

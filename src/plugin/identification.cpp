@@ -7,6 +7,16 @@
 
 namespace lmmindbox {
 
+namespace {
+
+/// The word that makes "confirmed" in the log "not confirmed".
+QString unless(bool confirmed)
+{
+    return confirmed ? QString() : QStringLiteral("не ");
+}
+
+} // namespace
+
 loyalty::CardNumberAnswer Plugin::getCardNumber(const loyalty::CardNumberInputData &input)
 {
     if (input.kind != loyalty::CardNumberInputData::typed)
@@ -20,25 +30,26 @@ bool Plugin::identifyByCard(QSharedPointer<DocumentCardRecord> &card, ECardNumbe
     logger->info(QStringLiteral("Идентификация клиента по номеру телефона '%1'"), enteredPhone);
     clearLoyaltyData();
 
-    const auto result = getCustomer(enteredPhone, false);
+    auto result = getCustomer(enteredPhone, false);
     if (!result.success()) {
         lastError = result.getError({QStringLiteral("lmmindboxGetCustomerError"),
                                      QStringLiteral("Не удалось получить информацию о клиенте")});
         return false;
     }
-    std::optional<Customer> holder = result.customer;
-    if (!holder->found()) {
+    if (!result.customer.found()) {
         logger->info(QStringLiteral("Клиент не найден"));
-        holder = registerAndLookUp(enteredPhone);
-        if (!holder)
+        if (!registerCustomer(enteredPhone))
             return false;
+        // Registered counts as found, also when the service still answers that it is not.
+        result = getCustomer(customer.mobilePhone, false);
+        if (!result.success()) {
+            lastError = result.getError(notRegistered());
+            return false;
+        }
     }
 
-    card->setNumber(holder->mobilePhone);
-    customer = *holder;
-    const auto unless = [](bool confirmed) {
-        return confirmed ? QString() : QStringLiteral("не ");
-    };
+    card->setNumber(result.customer.mobilePhone);
+    customer = result.customer;
     logger->info(QStringLiteral("Клиент найден, телефон %1подтверждён, почта %2подтверждена"),
                  unless(customer.isMobilePhoneConfirmed), unless(customer.isEmailConfirmed));
 

@@ -2,7 +2,6 @@
 
 #include "converter/converter.h"
 #include "interface/interface.h"
-#include "plugin/editaction.h"
 
 #include <host/session.h>
 
@@ -26,7 +25,7 @@ bool Plugin::init()
 {
     logger->info(QStringLiteral("Инициализация системы лояльности"));
     constexpr int openReceiptContext = 6;
-    addHandler({openReceiptContext, customerEditAction,
+    addHandler({openReceiptContext, editAction,
                 [this](const control::Action &action) { return editCustomer(action); }, true});
     return BasicLoyaltySystem::init();
 }

@@ -7,29 +7,6 @@
 
 namespace lmmindbox {
 
-namespace {
-
-tr::Tr notRegistered()
-{
-    return {QStringLiteral("lmmindboxRegisterCustomerError"),
-            QStringLiteral("Не удалось зарегистрировать клиента")};
-}
-
-} // namespace
-
-std::optional<Customer> Plugin::registerAndLookUp(const QString &phone)
-{
-    if (!registerCustomer(phone))
-        return {};
-    const auto result = getCustomer(customer.mobilePhone, false);
-    if (!result.success()) {
-        lastError = result.getError(notRegistered());
-        return {};
-    }
-    // Not found counts as found here: the service may still be indexing the new customer.
-    return result.customer;
-}
-
 bool Plugin::registerCustomer(const QString &phone)
 {
     const tr::Tr canceled(QStringLiteral("lmmindboxRegisterCustomerCanceled"),
@@ -64,8 +41,14 @@ bool Plugin::registerCustomer(const QString &phone)
         return false;
     }
     logger->info(QStringLiteral("Клиент успешно создан"));
-    codeSent = true; // the service sends the code to a new customer by itself
+    codeSent = true; // the confirmation that follows asks for the code and has none sent
     return true;
+}
+
+tr::Tr Plugin::notRegistered()
+{
+    return {QStringLiteral("lmmindboxRegisterCustomerError"),
+            QStringLiteral("Не удалось зарегистрировать клиента")};
 }
 
 } // namespace lmmindbox
