@@ -47,6 +47,7 @@ int main(int argc, char *argv[])
     bench::registerExchanges(setup);
     bench::registerPayloads(setup);
     bench::registerQueue(setup);
+    bench::registerStore(setup);
     bench::registerProcess(setup);
     const auto count = benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

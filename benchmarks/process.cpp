@@ -79,9 +79,7 @@ void sales(benchmark::State &state, Setup &setup)
     const QTemporaryDir directory(QStringLiteral("/dev/shm/bench-XXXXXX"));
     auto *const broker = Singleton<DBQueueBroker>::instance();
     const auto fileBefore = broker->file();
-    broker->setFile(directory.filePath(QStringLiteral("queue.db")));
-    Singleton<Session>::instance()->setDocumentFile(
-        directory.filePath(QStringLiteral("receipt.json")));
+    broker->setFile(directory.filePath(QStringLiteral("till.db")));
     setup.resetSimulator();
     for ([[maybe_unused]] auto iteration : state) {
         const LoadedPlugin plugin;
@@ -111,7 +109,6 @@ void sales(benchmark::State &state, Setup &setup)
         if (!broker->parked(till::loyaltyQueue()).isEmpty())
             fail(state, "messages were refused");
     }
-    Singleton<Session>::instance()->setDocumentFile({});
     broker->setFile(fileBefore);
 }
 

@@ -20,6 +20,8 @@ LoyaltyPlugin::~LoyaltyPlugin()
         return;
     system->deregisterLoyaltySystem();
     system->deinit();
+    // The next one of this process reads the settings anew.
+    delete loader.instance();
 }
 
 QString LoyaltyPlugin::filePath(const QString &configured)
