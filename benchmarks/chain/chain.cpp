@@ -41,6 +41,7 @@ struct Till
     CircuitBreaker breaker{{}};
     till::DeliveryRhythm rhythm;
     till::Deliverer::Round round;
+    Time roundBegan;
     std::deque<Time> queue; ///< When each message came.
     int putOffs = 0;        ///< Of the first message, on end.
     bool isIdle = true;
@@ -139,6 +140,7 @@ private:
             break;
         case Step::Deliver:
             till.round = {};
+            till.roundBegan = now;
             deliver(event.till);
             break;
         case Step::Delivered:
@@ -189,7 +191,7 @@ private:
             schedule(answer.at, Step::Delivered, index, answer);
             return;
         }
-        (void)till.rhythm.after(till.round, {});
+        (void)till.rhythm.after(till.round, {}, {});
         till.isIdle = true;
         if (now >= returns)
             catchUp(till);
@@ -203,16 +205,26 @@ private:
             till.queue.pop_front();
             till.putOffs = 0;
             ++till.round.settled;
-            deliver(event.till);
+            if (till.rhythm.isCatchingUp())
+                endRound(event.till, till::Deliverer::Outcome::Stopped, {});
+            else
+                deliver(event.till);
             return;
         }
         const auto isTurnedAway = event.answer.fate == Fate::TurnedAway;
         till.putOffs += isTurnedAway ? 1 : 0;
         result.mostPutOffs = std::max(result.mostPutOffs, till.putOffs);
-        till.round.outcome = till::Deliverer::Outcome::Unreachable;
-        const milliseconds asked =
-            isTurnedAway && scenario.retryAfter ? Service::longestWait : seconds(0);
-        schedule(now + till.rhythm.after(till.round, asked).time, Step::Deliver, event.till);
+        const auto isAsked = isTurnedAway && scenario.retryAfter;
+        endRound(event.till, till::Deliverer::Outcome::Unreachable,
+                 isAsked ? Service::longestWait : seconds(0));
+    }
+
+    void endRound(int index, till::Deliverer::Outcome outcome, milliseconds asked)
+    {
+        auto &till = tills[index];
+        till.round.outcome = outcome;
+        const auto took = std::chrono::ceil<milliseconds>(now - till.roundBegan);
+        schedule(now + till.rhythm.after(till.round, took, asked).time, Step::Deliver, index);
     }
 
     void comeBack()

@@ -215,19 +215,69 @@ TEST_F(Delivery, WaitsTwiceAsLongAfterEachFailureUpToTheLongestAndStartsAnewAfte
     put("create", order("A"));
     service.failing = "A";
     FakePause pause;
+    pause.mostRests = 10;
     pause.whileResting = [&] {
         if (pause.rests.size() == 7)
             service.failing = "B";
-        if (pause.rests.size() == 8)
+        if (pause.rests.size() == 9)
             put("create", order("B"));
     };
     till::DeliveryLoop(deliverer, till::Backoff({100ms, 1'000ms}), pause).run();
     const auto about = [](std::chrono::milliseconds time) {
         return testing::AllOf(testing::Ge(time * 8 / 10), testing::Le(time * 12 / 10));
     };
-    EXPECT_THAT(pause.rests, ElementsAre(about(100ms), about(200ms), about(400ms), about(800ms),
-                                         about(1'000ms), about(1'000ms), about(1'000ms),
-                                         till::DeliveryRhythm::idleTime, about(100ms)));
+    EXPECT_THAT(pause.rests,
+                ElementsAre(about(100ms), about(200ms), about(400ms), about(800ms), about(1'000ms),
+                            about(1'000ms), about(1'000ms), about(900ms),
+                            till::DeliveryRhythm::idleTime, about(100ms)));
+}
+
+TEST_F(Delivery, AfterAFailureBringsOneMessageARoundUntilNothingWaits)
+{
+    for (const auto *name : {"A", "B", "C"})
+        put("create", order(name));
+    QueuedMessage message;
+    message.message = {{QLatin1String("method"), QLatin1String("create")},
+                       {QLatin1String("payload"), order("D")}};
+    till::UnstoredMessages unstored;
+    unstored.add(1, {message});
+    service.failing = "A";
+    FakePause pause;
+    pause.mostRests = 7;
+    std::vector<size_t> sent;
+    pause.whileResting = [&] {
+        service.failing.clear();
+        sent.push_back(service.received.size());
+        if (sent.size() == 6)
+            for (const auto *name : {"E", "F"})
+                put("create", order(name));
+    };
+    till::DeliveryLoop loop(deliverer, till::Backoff({100ms, 1'000ms}), pause);
+    loop.setUnstoredMessages(&unstored);
+    loop.run();
+    EXPECT_THAT(sent, ElementsAre(1, 2, 3, 4, 5, 5, 7));
+    EXPECT_THAT(service.received, ElementsAre("+A", "+A", "+B", "+C", "+D", "+E", "+F"));
+}
+
+TEST(DeliveryRhythm, RestsTheLongerTheLaterTheAnswersComeAndIsInNoHurryAfterAnOutage)
+{
+    till::DeliveryRhythm rhythm(till::Backoff({1s, 60s}, [] { return 0.5; }));
+    const auto rest = [&](Outcome outcome, auto took) {
+        return rhythm.after({outcome}, took, 0s).time;
+    };
+    for (int i = 0; i < 20; ++i)
+        rest(Outcome::Unreachable, 5s);
+    auto expected = 60'000.0;
+    while ((expected *= 0.9) > 2'500)
+        EXPECT_NEAR(rest(Outcome::Stopped, 100ms).count(), expected, 20);
+    EXPECT_EQ(rest(Outcome::Stopped, 100ms), 2'500ms);
+    EXPECT_EQ(rest(Outcome::Stopped, 2s), 2'750ms);
+    for (int i = 0; i < 100; ++i)
+        rest(Outcome::Stopped, 4s);
+    EXPECT_EQ(rest(Outcome::Stopped, 4s), 60s) << "the longest there is";
+    rest(Outcome::Emptied, 0s);
+    EXPECT_FALSE(rhythm.isCatchingUp());
+    EXPECT_EQ(rest(Outcome::Unreachable, 0s), 1s);
 }
 
 TEST_F(Delivery, LeavesTheServiceAloneForAsLongAsItAsks)
@@ -249,7 +299,7 @@ TEST_F(Delivery, LeavesTheServiceAloneForAsLongAsItAsks)
     config->clear();
     EXPECT_THAT(pause.rests, ElementsAre(testing::Le(120ms),
                                          testing::AllOf(testing::Ge(290s), testing::Le(360s)),
-                                         testing::Le(240ms)));
+                                         testing::AllOf(testing::Ge(320ms), testing::Le(480ms))));
 }
 
 TEST_F(Delivery, InTheBackgroundStopsWithoutWaitingForTheNextTry)

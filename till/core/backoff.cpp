@@ -30,9 +30,17 @@ Backoff::Backoff(const BackoffRange &range, Chance chance)
 
 std::chrono::milliseconds Backoff::next()
 {
-    const auto wait = times(current, 0.8 + 0.4 * chance());
+    const auto wait = spread(current);
     current = std::min(current * 2, range.longest);
     return wait;
+}
+
+std::chrono::milliseconds Backoff::ease(std::chrono::milliseconds took)
+{
+    constexpr int restPerAnswer = 25;
+    const auto wanted = std::min(took * restPerAnswer, range.longest);
+    current = std::clamp(wanted, times(current, 0.9), times(current, 1.1));
+    return spread(current);
 }
 
 std::chrono::milliseconds Backoff::atLeast(std::chrono::milliseconds time)
@@ -43,6 +51,11 @@ std::chrono::milliseconds Backoff::atLeast(std::chrono::milliseconds time)
 void Backoff::reset()
 {
     current = range.first;
+}
+
+std::chrono::milliseconds Backoff::spread(std::chrono::milliseconds time) const
+{
+    return times(time, 0.8 + 0.4 * chance());
 }
 
 } // namespace till

@@ -8,9 +8,13 @@
 
 #include <QUrl>
 
+#include <utility>
+
 namespace till {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 const Log4Qt::Logger &logger()
 {
@@ -38,10 +42,12 @@ DeliveryLoop::DeliveryLoop(Deliverer &deliverer, const Backoff &backoff, Deliver
 void DeliveryLoop::run()
 {
     while (!pause.isStopped()) {
+        const auto begin = Clock::now();
         const auto round = deliver();
+        const auto took = std::chrono::ceil<std::chrono::milliseconds>(Clock::now() - begin);
         if (round.settled > 0)
             logger().info(QStringLiteral("settled %1 messages"), round.settled);
-        const auto rest = rhythm.after(round, askedPatience());
+        const auto rest = rhythm.after(round, took, askedPatience());
         if (round.outcome == Deliverer::Outcome::Unreachable ||
             round.outcome == Deliverer::Outcome::Unusable)
             logger().warn(QStringLiteral("%1; the next try comes in %2 ms"), deliverer.lastError(),
@@ -62,19 +68,24 @@ bool DeliveryLoop::runOnce()
 
 Deliverer::Round DeliveryLoop::deliver()
 {
-    const auto isStopped = [this] {
-        beforeEach();
-        return pause.isStopped();
-    };
-    auto round = deliverer.deliver(isStopped);
-    if (!unstored || round.outcome == Deliverer::Outcome::Unreachable)
+    auto round = deliverer.deliver(roundsEnd());
+    if (!unstored || round.outcome == Deliverer::Outcome::Unreachable ||
+        round.outcome == Deliverer::Outcome::Stopped)
         return round;
-    const auto more = deliverer.deliverUnstored(*unstored, isStopped);
+    const auto more = deliverer.deliverUnstored(*unstored, roundsEnd());
     round.settled += more.settled;
     round.parked += more.parked;
     if (round.outcome == Deliverer::Outcome::Emptied)
         round.outcome = more.outcome;
     return round;
+}
+
+std::function<bool()> DeliveryLoop::roundsEnd()
+{
+    return [this, hasSent = false]() mutable {
+        beforeEach();
+        return pause.isStopped() || (std::exchange(hasSent, true) && rhythm.isCatchingUp());
+    };
 }
 
 } // namespace till

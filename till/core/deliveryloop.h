@@ -46,6 +46,8 @@ public:
 
 private:
     Deliverer::Round deliver();
+    /// To be asked before each message of a round: whether the round is to end.
+    std::function<bool()> roundsEnd();
 
     Deliverer &deliverer;
     DeliveryRhythm rhythm;

@@ -1,5 +1,7 @@
 #include "till/core/deliveryrhythm.h"
 
+#include <algorithm>
+
 namespace till {
 
 DeliveryRhythm::DeliveryRhythm(const Backoff &backoff)
@@ -7,15 +9,26 @@ DeliveryRhythm::DeliveryRhythm(const Backoff &backoff)
 {}
 
 DeliveryRhythm::Rest DeliveryRhythm::after(const Deliverer::Round &round,
+                                           std::chrono::milliseconds took,
                                            std::chrono::milliseconds asked)
 {
-    using Outcome = Deliverer::Outcome;
-    if (round.settled > 0 || round.outcome == Outcome::Emptied)
-        backoff.reset();
-    if (round.outcome == Outcome::Unreachable && asked.count() > 0)
-        return {backoff.atLeast(asked), false};
-    if (round.outcome == Outcome::Unreachable || round.outcome == Outcome::Unusable)
+    switch (round.outcome) {
+    case Deliverer::Outcome::Unreachable:
+        catchingUp = true;
+        return {std::max(backoff.next(), backoff.atLeast(asked)), false};
+    case Deliverer::Outcome::Unusable:
         return {backoff.next(), false};
+    case Deliverer::Outcome::Stopped:
+        if (catchingUp)
+            return {backoff.ease(took), false};
+        break;
+    case Deliverer::Outcome::Emptied:
+        catchingUp = false;
+        backoff.reset();
+        break;
+    case Deliverer::Outcome::Busy:
+        break;
+    }
     return {idleTime, true};
 }
 

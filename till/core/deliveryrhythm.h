@@ -7,8 +7,11 @@
 
 namespace till {
 
-/// How long the standing delivery rests after each round: longer from one failed round to the
-/// next, or as long as the service has asked for. Knows no clock and rests nowhere itself.
+/// When the standing delivery goes on. Knows no clock and rests nowhere itself.
+///
+/// After a failed round it rests, longer from one to the next and at least as long as the service
+/// has asked for. From then on it catches up, one message a round, until nothing waits: behind an
+/// outage stand all the tills of a chain, and the service has to bear them beside the sales.
 class DeliveryRhythm
 {
 public:
@@ -22,11 +25,16 @@ public:
 
     explicit DeliveryRhythm(const Backoff &backoff);
 
-    /// `asked` is how much longer the service wants to be left alone, 0 for no such wish.
-    Rest after(const Deliverer::Round &round, std::chrono::milliseconds asked);
+    /// How long to rest after a round that `took` so long. `asked` is how much longer the service
+    /// wants to be left alone, 0 for no such wish.
+    Rest after(const Deliverer::Round &round, std::chrono::milliseconds took,
+               std::chrono::milliseconds asked);
+    /// Whether the next round is to bring one message only.
+    bool isCatchingUp() const { return catchingUp; }
 
 private:
     Backoff backoff;
+    bool catchingUp = false;
 };
 
 } // namespace till
