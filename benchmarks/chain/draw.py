@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Prints a table of simulated chains' figures and draws their curves.
 
 usage: draw.py [--before DIRECTORY] DATA PICTURES

@@ -160,6 +160,9 @@ pid_t startSimulator(const QString &port, const QString &capacity, const QString
     const auto child = ::fork();
     if (child == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        // It says where it listens, which is no line of ours.
+        if (!std::freopen("/dev/null", "w", stdout))
+            ::_exit(127);
         ::execl(SIMULATOR_FILE, "simulator", "--port", qPrintable(port), "--capacity",
                 qPrintable(capacity), "--state", qPrintable(state), nullptr);
         ::_exit(127);
