@@ -63,7 +63,7 @@ def draw_drain(panels, tills, file):
     for axis, (title, directory) in zip(axes[:, 0], panels):
         figures = json.loads((directory / f"{tills}.json").read_text())
         rows = [row for row in curve(directory / f"{tills}.csv") if row["second"] >= -600]
-        width = 10
+        width = 30
         minutes = [second / 60 for second in smooth([row["second"] for row in rows], width)]
         parts = [smooth([row[part] for row in rows], width)
                  for part in ("served", "turnedAway", "inVain")]
