@@ -29,7 +29,7 @@ std::optional<FaultKind> faultKind(const QJsonValue &name)
 {
     const auto *const known =
         std::find_if(kindNames.begin(), kindNames.end(),
-                     [&name](const auto &kind) { return kind.second == name; });
+                     [&name](const auto &kind) { return QJsonValue(kind.second) == name; });
     return known == kindNames.end() ? std::nullopt : std::optional(known->first);
 }
 

@@ -58,7 +58,7 @@ QJsonArray createdLines(const QJsonObject &order)
 bool isSame(const QJsonObject &order, const QJsonObject &body)
 {
     const auto sent = body.value("order"_L1).toObject();
-    return createdLines(order) == sent.value("lines"_L1) &&
+    return QJsonValue(createdLines(order)) == sent.value("lines"_L1) &&
            order.value("totalPrice"_L1) == sent.value("totalPrice"_L1) &&
            order.value("mobilePhone"_L1) == body["customer"_L1]["mobilePhone"_L1];
 }
