@@ -1,5 +1,5 @@
 #include "support.h"
-#include "wireserver.h"
+#include "tests/support/wireserver.h"
 
 #include <host/circuitbreaker.h>
 #include <host/config.h>

@@ -1,6 +1,6 @@
 #include "interface/interface.h"
 #include "simulator/simulator.h"
-#include "tests/host/wireserver.h"
+#include "tests/support/wireserver.h"
 
 #include <host/config.h>
 #include <host/restclient.h>
