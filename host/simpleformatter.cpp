@@ -218,18 +218,16 @@ bool appendValue(QString &result, const QVariant &value, const MaskFormat &forma
     return false;
 }
 
-} // namespace
-
-SimpleFormatter::~SimpleFormatter() = default;
-
-QString SimpleFormatter::format(const QString &mask,
-                                const QList<QSharedPointer<FormatterSource>> &sources,
-                                int /*flags*/, const QVariantMap &extraValues) const
+/// Expands the mask and hands each complaint about it, a text, to `complain`.
+template<typename Complain>
+QString expand(const QString &mask, const QList<QSharedPointer<FormatterSource>> &sources,
+               const QVariantMap &extraValues, Complain complain)
 {
     const auto parts = parsed(mask);
     if (parts->malformed)
-        qCWarning(log, "the mask \"%ls\" has a %% that begins no placeholder, it is kept as text",
-                  qUtf16Printable(mask));
+        complain(QStringLiteral("the mask \"%1\" has a % that begins no placeholder, it is kept as "
+                                "text")
+                     .arg(mask));
     QString result;
     result.reserve(mask.size());
     for (const auto &piece : parts->pieces) {
@@ -247,7 +245,30 @@ QString SimpleFormatter::format(const QString &mask,
                              : piece.format.kind == MaskFormat::Kind::Unknown
                                  ? "the format is unknown"
                                  : "the value is missing or does not fit the format";
-        qCWarning(log, "%ls in a mask is left out: %s", qUtf16Printable(piece.text), reason);
+        complain(
+            QStringLiteral("%1 in a mask is left out: %2").arg(piece.text, QLatin1String(reason)));
     }
     return result;
+}
+
+} // namespace
+
+SimpleFormatter::~SimpleFormatter() = default;
+
+QString SimpleFormatter::format(const QString &mask,
+                                const QList<QSharedPointer<FormatterSource>> &sources,
+                                int /*flags*/, const QVariantMap &extraValues) const
+{
+    return expand(mask, sources, extraValues, [](const QString &complaint) {
+        qCWarning(log, "%ls", qUtf16Printable(complaint));
+    });
+}
+
+QStringList SimpleFormatter::complaints(const QString &mask,
+                                        const QList<QSharedPointer<FormatterSource>> &sources) const
+{
+    QStringList complaints;
+    expand(mask, sources, {},
+           [&complaints](const QString &complaint) { complaints.append(complaint); });
+    return complaints;
 }

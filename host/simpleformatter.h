@@ -7,6 +7,7 @@
 #include <QList>
 #include <QSharedPointer>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
 /// Expands masks such as "%(document.shopCode[04d])".
@@ -33,6 +34,9 @@ public:
     virtual QString format(const QString &mask,
                            const QList<QSharedPointer<FormatterSource>> &sources, int flags,
                            const QVariantMap &extraValues) const;
+    /// What `format` would say in the log of the mask over these sources.
+    QStringList complaints(const QString &mask,
+                           const QList<QSharedPointer<FormatterSource>> &sources) const;
 };
 
 extern template class HOST_EXPORT MockFactory<SimpleFormatter>;

@@ -9,6 +9,7 @@
 #include "till/core/settings.h"
 #include "till/core/settingscheck.h"
 #include "till/core/till.h"
+#include "till/office/checkcommand.h"
 #include "till/office/delivercommand.h"
 #include "till/office/queuecommands.h"
 #include "till/office/receiptcommands.h"
@@ -114,12 +115,15 @@ int runOffice(const till::Settings &settings, const till::Options &options)
 
 int run(const till::Options &options, till::Console &console)
 {
+    const auto name = options.command.value(0);
+    if (name == QLatin1String("check"))
+        return till::runCheck(options.settings, {options.phone, options.output, options.json},
+                              std::cout);
     QString error;
     const auto settings = till::loadSettings(options.settings, error);
     if (!error.isEmpty())
         return refuseToStart(error);
     const auto languageProblem = till::installLanguage(settings.language);
-    const auto name = options.command.value(0);
     const auto works = name.isEmpty() || name == QLatin1String("deliver");
     using Weight = till::SettingComplaint::Weight;
     if (!tellComplaints(till::checkSettings(*Singleton<Config>::instance()),

@@ -69,8 +69,12 @@ QString LoyaltyPlugin::description() const
     for (const auto &handler : system->getHandlers())
         actions.append(QString::number(handler.actionCode));
     const auto metaData = loader.metaData();
-    return QStringLiteral("Plugin %1\ninterface %2, class %3, %4, actions: %5")
-        .arg(loader.fileName(), metaData.value(QLatin1String("IID")).toString(),
+    const auto version = metaData[QLatin1String("MetaData")][QLatin1String("version")].toString();
+    const auto qt = metaData.value(QLatin1String("version")).toInt(); // two digits a number, hex
+    return QStringLiteral("Plugin %1 %2, built with Qt %3.%4\ninterface %5, class %6, %7, actions: "
+                          "%8")
+        .arg(loader.fileName(), version, QString::number(qt >> 16), QString::number(qt >> 8 & 0xFF),
+             metaData.value(QLatin1String("IID")).toString(),
              metaData.value(QLatin1String("className")).toString(),
              system->isRegistered() ? QStringLiteral("registered")
                                     : QStringLiteral("not registered"),

@@ -1,0 +1,101 @@
+#include "till/office/checkcommand.h"
+
+#include "till/core/catalogue.h"
+#include "till/core/legacydata.h"
+#include "till/core/printable.h"
+#include "till/office/finding.h"
+#include "till/office/json.h"
+#include "till/office/texts.h"
+
+#include <host/config.h>
+#include <host/logging.h>
+
+#include <QFileInfo>
+
+#include <array>
+#include <ostream>
+
+namespace till {
+
+namespace {
+
+const char *nameOf(Finding::Level level)
+{
+    constexpr std::array names{"ok", "warning", "failed"};
+    return names.at(static_cast<size_t>(level));
+}
+
+void checkFile(const QString &file, Findings &findings)
+{
+    constexpr auto others =
+        QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    if ((QFileInfo(file).permissions() & others) != 0)
+        findings.warn("settings.file", Office::tr("%1: others may read the secret key").arg(file),
+                      Office::tr("chmod 600 %1").arg(file));
+    else
+        findings.ok("settings.file", file);
+}
+
+Findings check(const SettingsOverrides &overrides, const CheckRequest &request)
+{
+    Findings findings;
+    QString error;
+    const auto settings = loadSettings(overrides, error);
+    if (const auto problem = installLanguage(settings.language))
+        findings.fail("settings.values", *problem, Office::tr("Correct Till:language."));
+    if (!error.isEmpty()) {
+        findings.fail("settings.file", error,
+                      Office::tr("Correct the line, or name another file with --config."));
+        return findings;
+    }
+    checkFile(Config::filePath(overrides.config), findings);
+    checkSettingsAndMasks(findings);
+    checkPlugin(settings, findings);
+    checkPlace(settings, findings);
+    checkService(request.phone, findings);
+    return findings;
+}
+
+void printText(const Findings &findings, std::ostream &output)
+{
+    for (const auto &finding : findings.list) {
+        printLine(output, QStringLiteral("%1 %2 %3")
+                              .arg(QLatin1String(nameOf(finding.level)), -7)
+                              .arg(finding.check, -19)
+                              .arg(finding.found));
+        if (!finding.mend.isEmpty())
+            printLine(output, QStringLiteral("        -> %1").arg(finding.mend));
+    }
+}
+
+QJsonObject toJson(const Findings &findings)
+{
+    QJsonArray list;
+    for (const auto &[level, check, found, mend] : findings.list)
+        list.append(QJsonObject{{QLatin1String("level"), QLatin1String(nameOf(level))},
+                                {QLatin1String("check"), check},
+                                {QLatin1String("found"), found},
+                                {QLatin1String("mend"), mend}});
+    QJsonObject json{{QLatin1String("level"), QLatin1String(nameOf(findings.worst()))},
+                     {QLatin1String("findings"), list}};
+    if (findings.certificateExpires)
+        json.insert(QLatin1String("certificateExpires"), *findings.certificateExpires);
+    if (findings.clockAhead)
+        json.insert(QLatin1String("clockAhead"), *findings.clockAhead);
+    return json;
+}
+
+} // namespace
+
+int runCheck(const SettingsOverrides &overrides, const CheckRequest &request, std::ostream &output)
+{
+    (void)logging::start({}, false); // whatever goes wrong is a finding
+    const auto findings = check(overrides, request);
+    if (request.asJson)
+        printJson(output, toJson(findings));
+    else
+        printText(findings, output);
+    return static_cast<int>(findings.worst());
+}
+
+} // namespace till

@@ -1,0 +1,153 @@
+#include "till/office/finding.h"
+
+#include "till/core/deliverer.h"
+#include "till/core/filelock.h"
+#include "till/core/settings.h"
+#include "till/office/texts.h"
+
+#include <host/database.h>
+#include <host/dbqueuebroker.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <QStorageInfo>
+
+#include <unistd.h>
+
+namespace till {
+
+namespace {
+
+/// The directory itself or, before the first start, the nearest one above it that is there.
+QString existing(QString directory)
+{
+    while (!QFileInfo::exists(directory) && directory != QLatin1String("/"))
+        directory = QFileInfo(directory).path();
+    return directory;
+}
+
+void checkDirectory(const QString &directory, Findings &findings)
+{
+    constexpr auto check = "place.directory";
+    const auto there = existing(directory);
+    const QFileInfo info(there);
+    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                            QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    if (!info.isDir() || ::access(QFile::encodeName(there).constData(), W_OK | X_OK) != 0)
+        findings.fail(
+            check, Office::tr("%1 cannot be written").arg(there),
+            Office::tr("Give the directory to the till's user, or correct Till:dataDir."));
+    else if (there == directory && (info.permissions() & others) != 0)
+        findings.warn(check, Office::tr("%1 is open to other users").arg(directory),
+                      Office::tr("chmod 700 %1").arg(directory));
+    else
+        findings.ok(check, directory);
+}
+
+void checkSpace(const QString &directory, Findings &findings)
+{
+    constexpr auto check = "place.space";
+    constexpr qint64 leastBytes = 5LL << 20;
+    constexpr qint64 fewBytes = 200LL << 20;
+    const auto free = QStorageInfo(existing(directory)).bytesAvailable();
+    const auto text = Office::tr("%1 free").arg(QLocale::c().formattedDataSize(free));
+    const auto mend = Office::tr("Make room on the file system of %1.").arg(directory);
+    if (free < leastBytes)
+        findings.fail(check, text, mend);
+    else if (free < fewBytes)
+        findings.warn(check, text, mend);
+    else
+        findings.ok(check, text);
+}
+
+/// Opens the store, and so brings one of an older version forward. \return Whether it is good.
+bool checkStore(Database &database, Findings &findings)
+{
+    constexpr auto check = "store";
+    const auto rows = database.open() ? database.read("PRAGMA quick_check(1)")
+                                      : std::optional<QList<QVariantList>>();
+    const auto said = rows && !rows->isEmpty() ? rows->first().first().toString() : QString();
+    if (said == QLatin1String("ok")) {
+        const auto version = database.read("PRAGMA user_version");
+        findings.ok(check, Office::tr("%1, whole, version %2")
+                               .arg(database.file(),
+                                    version ? version->first().first().toString() : QString()));
+        return true;
+    }
+    const auto text = said.isEmpty() ? database.lastError() : said;
+    switch (database.problem()) {
+    case Database::Problem::Newer:
+    case Database::Problem::Foreign:
+        findings.fail(check, text,
+                      Office::tr("Install the newer version, or another Till:dataDir."));
+        break;
+    case Database::Problem::Unavailable:
+        findings.fail(check, text, Office::tr("See who holds or locks the file, and its rights."));
+        break;
+    case Database::Problem::Damaged:
+    case Database::Problem::None:
+        findings.fail(check, text,
+                      Office::tr("Start the till: it puts the file aside, into \"damaged\", and "
+                                 "begins a new one."));
+    }
+    return false;
+}
+
+void checkQueue(const DeliveryState &state, Findings &findings)
+{
+    constexpr qint64 longWait = 15LL * 60;
+    const auto age =
+        state.waiting > 0 ? state.oldestWaiting.secsTo(QDateTime::currentDateTimeUtc()) : 0;
+    const auto waiting =
+        Office::tr("%1 messages wait, the oldest for %2 s").arg(state.waiting).arg(age);
+    if (age > longWait)
+        findings.warn("queue.waiting", waiting,
+                      Office::tr("\"till queue\" says what keeps it; \"till deliver\" must run."));
+    else
+        findings.ok("queue.waiting", waiting);
+    if (state.parked > 0)
+        findings.warn(
+            "queue.parked", Office::tr("%1 messages are parked").arg(state.parked),
+            Office::tr("\"till queue parked\" says why, \"till queue retry\" sends again."));
+    else
+        findings.ok("queue.parked", Office::tr("none"));
+    if (state.refused > 0)
+        findings.warn(
+            "receipts.refused", Office::tr("%1 receipts are refused").arg(state.refused),
+            Office::tr("\"till receipts --refused\" says why, \"till report\" reports again."));
+    else
+        findings.ok("receipts.refused", Office::tr("none"));
+}
+
+/// Who holds a lock; a file that nobody has ever made is not made here.
+void checkLock(const char *check, const QString &file, const QString &busy, const QString &free,
+               Findings &findings)
+{
+    FileLock lock(file);
+    const auto isBusy = QFileInfo::exists(file) && lock.acquire() == FileLock::State::Busy;
+    findings.ok(check, isBusy ? busy : free);
+}
+
+} // namespace
+
+void checkPlace(const Settings &settings, Findings &findings)
+{
+    const auto &directory = settings.dataDirectory;
+    checkDirectory(directory, findings);
+    checkSpace(directory, findings);
+    const auto file = Store::fileIn(directory);
+    if (!QFileInfo::exists(file)) {
+        findings.ok("store", Office::tr("none yet; the first start makes it"));
+    } else if (Database database(file); checkStore(database, findings)) {
+        database.close();
+        checkQueue(Store(directory).deliveryState(loyaltyQueue()), findings);
+    }
+    checkLock("till", directory + QLatin1String("/till.lock"),
+              Office::tr("one is selling here; a second one does not start"),
+              Office::tr("none is selling here"), findings);
+    checkLock("deliverer", file + QLatin1String(".lock"), Office::tr("one is at work"),
+              Office::tr("none is at work at this moment"), findings);
+}
+
+} // namespace till
