@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <curl/curl.h>
+#include <utility>
 
 template class MockFactory<RestClient>;
 
@@ -18,6 +19,14 @@ namespace {
 
 thread_local http::Response lastOfThread;
 thread_local auto purposeOfThread = RestClient::Purpose::Sale;
+
+using Clock = std::chrono::steady_clock;
+
+std::function<void(const RestClient::Exchange &)> &exchangeObserver()
+{
+    static std::function<void(const RestClient::Exchange &)> observer;
+    return observer;
+}
 
 ServiceAvailability::Outcome outcomeOf(int transportCode)
 {
@@ -67,6 +76,7 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
         logger, compactLogs,
         {QLatin1String(isDelivery ? "delivery" : "sale"), url, document.object(), body});
     auto &services = *Singleton<ServiceAvailability>::instance();
+    const auto begin = Clock::now();
     const std::chrono::milliseconds usual(timeout);
     if (const auto patience = isDelivery ? usual : services.patience(url, usual);
         patience.count() > 0) {
@@ -85,6 +95,8 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
                                  notSent);
     }
     lastOfThread = response;
+    if (const auto &observer = exchangeObserver())
+        observer({url, response, duration_cast<std::chrono::microseconds>(Clock::now() - begin)});
 }
 
 http::Response RestClient::getResponse() const
@@ -100,6 +112,11 @@ http::Response RestClient::lastResponse()
 void RestClient::setPurpose(Purpose purpose)
 {
     purposeOfThread = purpose;
+}
+
+void RestClient::setObserver(std::function<void(const Exchange &)> observer)
+{
+    exchangeObserver() = std::move(observer);
 }
 
 QString RestClient::transportErrorText(int transportCode)

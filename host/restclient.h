@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QString>
 
+#include <chrono>
+#include <functional>
 #include <memory>
 
 class QJsonDocument;
@@ -65,6 +67,17 @@ public:
 
     /// Says what the exchanges of this thread are for from now on; `Sale` until then.
     static void setPurpose(Purpose purpose);
+
+    /// A request that has ended, or was not sent (`notSent`).
+    struct Exchange
+    {
+        const QUrl &url;
+        const http::Response &response;
+        std::chrono::microseconds duration;
+    };
+    /// Who is told of every exchange of the process, in the exchange's thread; empty for nobody.
+    /// To be set while no other thread has a client.
+    static void setObserver(std::function<void(const Exchange &)> observer);
 
     /// What a response's transport code says, in English words.
     static QString transportErrorText(int transportCode);

@@ -99,6 +99,9 @@ set(CPACK_DEBIAN_TILL_PACKAGE_CONTROL_EXTRA
     "${CMAKE_CURRENT_SOURCE_DIR}/debian/prerm"
     "${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm")
 
+install(FILES alerts.yml "${PROJECT_SOURCE_DIR}/docs/check.md" "${PROJECT_SOURCE_DIR}/docs/fleet.md"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package_till}" COMPONENT till)
+
 # For whoever builds a till.
 set(doc_dir "${CMAKE_INSTALL_DATADIR}/doc/${package_dev}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${doc_dir}" COMPONENT dev)

@@ -11,6 +11,7 @@
 #include "till/core/till.h"
 #include "till/office/checkcommand.h"
 #include "till/office/delivercommand.h"
+#include "till/office/metricscommand.h"
 #include "till/office/queuecommands.h"
 #include "till/office/receiptcommands.h"
 #include "till/office/settingstext.h"
@@ -109,6 +110,8 @@ int runOffice(const till::Settings &settings, const till::Options &options)
         DBQueueBroker broker(till::Store::fileIn(settings.dataDirectory));
         return till::runQueueCommand(broker, std::cout, arguments, options.json);
     }
+    if (name == QLatin1String("metrics"))
+        return till::runMetrics(settings, options.output, std::cout);
     till::Store store(settings.dataDirectory);
     return till::runReceiptsCommand(store, std::cout, arguments, options.receipts, options.json);
 }

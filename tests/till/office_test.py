@@ -91,6 +91,43 @@ class Office(unittest.TestCase):
         for command in (["queue"], ["deliver", "--once"], ["receipts"]):
             self.till(*command, expect=1)
 
+    def metrics(self):
+        """The samples by name with labels; the file must be whole and readable for others."""
+        file = self.root / "till.prom"
+        self.till("metrics", "--output", str(file))
+        self.assertEqual(file.stat().st_mode & 0o777, 0o644)
+        lines = file.read_text().splitlines()
+        self.assertEqual(lines[-1], "# EOF")
+        return {name: float(value) for name, value in
+                (line.rsplit(" ", 1) for line in lines if not line.startswith("#"))}
+
+    def test_metrics_count_what_happened_in_all_processes(self):
+        self.till("--no-delivery", lines=["card 79160000001", "add 4600 Milk 2.50 2", "commit"])
+        self.order_fault(kind="drop", count=1, operation="Offline.CreateAuthorizedOrder")
+        self.sell()
+        self.till("deliver", "--once")
+        self.order_fault(kind="emptyBody", httpCode=200, count=1)
+        self.sell()
+        found = self.metrics()
+        def exchanges(operation, outcome, end="_count", le=""):
+            name = "loyalty_till_exchange_duration_seconds" + end
+            return found.get(f'{name}{{operation="Offline.{operation}",outcome="{outcome}"{le}}}')
+        self.assertEqual([exchanges(*which) for which in (
+            ("GetCustomer", "success"), ("CreateAuthorizedOrder", "success"),
+            ("CreateAuthorizedOrder", "no_answer"), ("ChangeStatus", "success"))], [1, 2, 2, 2])
+        self.assertEqual(exchanges("GetCustomer", "success", "_bucket", ',le="10.0"'), 1)
+        self.assertLess(exchanges("GetCustomer", "success", "_sum"), 5)
+        self.assertEqual([found[f'loyalty_till_{name}'] for name in (
+            "store_readable", "selling", "waiting_messages", "parked_messages",
+            "unstored_receipts", 'receipts{outcome="reported"}', 'receipts{outcome="refused"}')],
+            [1, 0, 0, 0, 0, 2, 1])
+        self.assertAlmostEqual(found["loyalty_till_last_success_timestamp_seconds"], time.time(),
+                               delta=60)
+        # Neither a damaged file of counts nor a damaged store keeps the figures from coming.
+        (self.root / "data" / "exchanges").write_bytes(b"x" * 9)
+        (self.root / "data" / "till.db").write_bytes(b"no database" * 100)
+        self.assertEqual(self.metrics()["loyalty_till_store_readable"], 0)
+
     def test_the_log_is_let_go_at_a_hang_up(self):
         log = self.root / "data" / "till.log"
         with subprocess.Popen([TILL, "--config", self.config], text=True, stdin=subprocess.PIPE,

@@ -301,7 +301,8 @@ std::optional<QList<HistoryEntry>> Store::history(qint64 row)
 
 std::optional<qint64> Store::countReported(Report outcome)
 {
-    const auto rows = database.read("SELECT count(*) FROM receipts WHERE report = ?",
+    const auto rows = database.read("SELECT count(*) FROM receipts WHERE report = ? AND "
+                                    "state = 'committed'",
                                     {nameOf(reportNames, outcome)});
     return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
 }

@@ -132,6 +132,7 @@ public:
     /// The receipts of that number, of all registers and data, latest first.
     std::optional<QList<ReceiptRecord>> find(int number);
     std::optional<QList<HistoryEntry>> history(qint64 row);
+    /// How many committed receipts there are with that outcome.
     std::optional<qint64> countReported(Report outcome);
     /// How the delivery of the loyalty system's queue stands.
     DeliveryState deliveryState(const QString &queue);

@@ -15,6 +15,7 @@ namespace till {
 Till::Till(const Settings &settings, DialogPresenter &face)
     : settings(settings)
     , lock(settings.dataDirectory + QLatin1String("/till.lock"))
+    , exchanges(settings.dataDirectory)
     , told(face)
     , store(settings.dataDirectory)
 {
@@ -69,10 +70,25 @@ void Till::sellWith(BasicLoyaltySystem &system)
 {
     ownSale =
         std::make_unique<Sale>(SaleParts{system, store, unstoredMessages, told, settings.place});
+    exchanges.setUnstored(0);
+    QObject::connect(ownSale.get(), &Sale::happened,
+                     [this](const SaleEvent &event) { countUnstored(event); });
     QObject::connect(ownSale.get(), &Sale::messagesQueued, [this] {
         if (delivery)
             delivery->wake();
     });
+}
+
+/// For the monitor, which cannot look into the till's memory.
+void Till::countUnstored(const SaleEvent &event)
+{
+    const auto before = toldUnstored.size();
+    if (event.kind == SaleEvent::Kind::NotStored && event.number > 0)
+        toldUnstored.insert(event.number);
+    else if (event.kind == SaleEvent::Kind::StoredLate || event.kind == SaleEvent::Kind::Cancelled)
+        toldUnstored.remove(event.number);
+    if (toldUnstored.size() != before)
+        exchanges.setUnstored(toldUnstored.size());
 }
 
 void Till::startDelivery()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "till/core/deliverystate.h"
+#include "till/core/exchangecounts.h"
 #include "till/core/filelock.h"
 #include "till/core/loyaltyplugin.h"
 #include "till/core/settings.h"
@@ -8,6 +9,7 @@
 #include "till/core/toldtexts.h"
 #include "till/core/unstoredmessages.h"
 
+#include <QSet>
 #include <QString>
 
 #include <memory>
@@ -55,9 +57,11 @@ public:
 private:
     std::optional<QString> takePlace();
     void sellWith(BasicLoyaltySystem &system);
+    void countUnstored(const SaleEvent &event);
 
     Settings settings;
     FileLock lock;
+    ExchangeCounts exchanges;
     QString startNote;
     ToldTexts told;
     Store store;
@@ -66,6 +70,7 @@ private:
     std::unique_ptr<Sale> ownSale;
     std::unique_ptr<BackgroundDelivery> delivery;
     QList<int> inMemory;
+    QSet<int> toldUnstored; ///< Numbers of receipts told as being only in memory.
 };
 
 } // namespace till

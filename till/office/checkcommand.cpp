@@ -5,13 +5,16 @@
 #include "till/core/printable.h"
 #include "till/office/finding.h"
 #include "till/office/json.h"
+#include "till/office/metricstext.h"
 #include "till/office/texts.h"
 
 #include <host/config.h>
 #include <host/logging.h>
 
 #include <QFileInfo>
+#include <QMap>
 
+#include <algorithm>
 #include <array>
 #include <ostream>
 
@@ -85,12 +88,38 @@ QJsonObject toJson(const Findings &findings)
     return json;
 }
 
+std::optional<QString> writeMetrics(const Findings &findings, const QString &file)
+{
+    QMap<QString, Finding::Level> levels;
+    for (const auto &finding : findings.list)
+        levels[finding.check] = std::max(levels.value(finding.check), finding.level);
+    MetricsText metrics;
+    metrics.family("loyalty_till_check_level", "gauge",
+                   "What \"till check\" found: 0 ok, 1 warning, 2 failed.");
+    for (auto level = levels.cbegin(); level != levels.cend(); ++level)
+        metrics.sample(static_cast<double>(*level), {{"check", level.key()}});
+    if (findings.certificateExpires)
+        metrics.gauge("loyalty_till_certificate_expiry_timestamp_seconds",
+                      static_cast<double>(*findings.certificateExpires),
+                      "When the first certificate of the service's chain ends.");
+    if (findings.clockAhead)
+        metrics.gauge("loyalty_till_clock_ahead_seconds", static_cast<double>(*findings.clockAhead),
+                      "How far this clock is ahead of the service's.");
+    return metrics.writeTo(file);
+}
+
 } // namespace
 
 int runCheck(const SettingsOverrides &overrides, const CheckRequest &request, std::ostream &output)
 {
     (void)logging::start({}, false); // whatever goes wrong is a finding
-    const auto findings = check(overrides, request);
+    auto findings = check(overrides, request);
+    if (!request.metrics.isEmpty()) {
+        if (const auto problem = writeMetrics(findings, request.metrics))
+            findings.fail("metrics", *problem,
+                          Office::tr("Name a file in a directory that this "
+                                     "user may write."));
+    }
     if (request.asJson)
         printJson(output, toJson(findings));
     else

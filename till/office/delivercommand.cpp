@@ -2,6 +2,7 @@
 
 #include "till/core/deliverer.h"
 #include "till/core/deliveryloop.h"
+#include "till/core/exchangecounts.h"
 #include "till/core/printable.h"
 #include "till/core/settings.h"
 #include "till/core/signalpause.h"
@@ -66,6 +67,7 @@ int runDelivery(const Settings &settings, bool once, std::ostream &output)
 {
     RestClient::setPurpose(RestClient::Purpose::Delivery);
     SignalPause pause;
+    const ExchangeCounts counts(settings.dataDirectory);
     DBQueueBroker broker(Store::fileIn(settings.dataDirectory));
     lmmindbox::Interface service;
     Deliverer deliverer(broker, service);

@@ -1,0 +1,163 @@
+#!/usr/bin/env bash
+# Makes the packages, installs them on this machine, checks, sells, upgrades, and removes them again
+# without a trace. Needs root, or sudo, and Debian's archive.
+# usage: package_test.sh SOURCE
+set -euo pipefail
+source=$1
+work=$(mktemp -d)
+chmod 755 "$work"
+root=()
+[ "$(id -u)" -eq 0 ] || root=(sudo)
+export DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8
+unset http_proxy https_proxy
+installed=
+simulator=
+
+finish() {
+    [ -z "$simulator" ] || kill "$simulator" 2>/dev/null || true
+    [ -z "$installed" ] || purge || true
+    "${root[@]}" rm -rf "$work"
+}
+trap finish EXIT
+step() { printf '== %s\n' "$1"; }
+fail() { printf 'package_test: %s\n' "$1" >&2; exit 1; }
+apt() { "${root[@]}" apt-get -qq -y --no-install-recommends "$@" >"$work/apt.log" 2>&1 ||
+    { tail -n 30 "$work/apt.log" >&2; fail "apt-get $*"; }; }
+install_packages() { apt --allow-downgrades install "$@"; }
+purge() { apt purge loyalty-till loyalty-till-dev loyalty-simulator; installed=; }
+# What is on the machine, apart from what apt and the system's own daemons keep.
+listing() {
+    "${root[@]}" find /etc /usr /lib /opt /var -xdev \( -path /var/cache -o -path /var/lib/dpkg -o \
+        -path /var/lib/apt -o -path /var/log -o -name '*.pyc' -o -name __pycache__ -o \
+        -path /var/lib/systemd -o -name 'ld.so.cache*' -o -name '*-' \) -prune -o -print | sort
+    getent passwd | cut -d: -f1
+    getent group | cut -d: -f1
+}
+as_till() { "${root[@]}" runuser -u loyalty-till -- env TILL_CONFIG="$work/till.conf" "$@"; }
+expect() { # FILE TEXT
+    grep -qE "$2" "$1" || { cat "$1" >&2; fail "expected \"$2\" in $1"; }
+}
+unpack() { # PACKAGE: from Debian's archive, without installing it
+    (cd "$work" && apt-get -qq download "$1" 2>"$work/download.log" &&
+        dpkg-deb -x "$1"_*.deb unpacked) || { cat "$work/download.log" >&2; fail "download of $1"; }
+}
+
+! dpkg-query -W loyalty-till >/dev/null 2>&1 || fail "loyalty-till is installed here; not touched"
+
+step "packages"
+"$source/scripts/package" "$work/packages" >"$work/build.log" || { tail "$work/build.log"; exit 1; }
+packages=("$work"/packages/*.deb)
+lintian --allow-root --fail-on error "${packages[@]}"
+
+step "alerts"
+unpack prometheus
+unpack prometheus-node-exporter
+promtool=$work/unpacked/usr/bin/promtool
+"$promtool" check rules "$source/packaging/alerts.yml"
+sed "s|\[ALERTS\]|[$source/packaging/alerts.yml]|" "$source/tests/packaging/alerts_test.yml" \
+    >"$work/alerts_test.yml"
+"$promtool" test rules "$work/alerts_test.yml"
+
+step "install, check and sell"
+apt -d install "${packages[@]}" # what they depend on may stay
+dependencies=$(dpkg-deb -f "$work"/packages/loyalty-till_*.deb Depends | tr ',|' '\n\n' |
+    sed 's/(.*)//' | sort -u)
+# shellcheck disable=SC2086
+apt install $dependencies libcpp-httplib-dev qt6-base-dev
+listing >"$work/before"
+install_packages "${packages[@]}"
+installed=yes
+simulator --port-file "$work/port" >"$work/simulator.log" &
+simulator=$!
+until [ -s "$work/port" ]; do sleep 0.05; done
+{
+    grep -v '^#' /etc/xdg/till/till.conf
+    echo "LmMindbox:url=http://127.0.0.1:$(cat "$work/port")/v3/operations/sync"
+    printf '%s\n' LmMindbox:endpoint=till-demo LmMindbox:secretKey=demo-secret \
+        Till:shopCode=12 Till:cashCode=3 Till:language=en
+} >"$work/till.conf"
+"${root[@]}" install -o loyalty-till -m 600 "$work/till.conf" "$work/of-the-till.conf"
+"${root[@]}" mv "$work/of-the-till.conf" "$work/till.conf"
+as_till till check >"$work/check"
+! grep -v '^ok ' "$work/check" || fail "check"
+printf 'card 79160000001\nadd 4600 Milk 2.50 2\ncommit\n' | as_till till --no-delivery >"$work/sale"
+expect "$work/sale" 'Receipt 1 is committed, total 5.00'
+[ "$("${root[@]}" stat -c '%a %U' /var/lib/loyalty-till /etc/xdg/till/till.conf | sort -u)" = \
+    "$(printf '600 loyalty-till\n700 loyalty-till')" ] || fail "modes"
+
+step "upgrade with an order that waits; then a newer store"
+dpkg-deb -R "$work"/packages/loyalty-till_*.deb "$work/newer"
+sed -i 's/^Version: .*/Version: 999-1/' "$work/newer/DEBIAN/control"
+dpkg-deb --root-owner-group -b "$work/newer" "$work/newer.deb" >/dev/null
+"${root[@]}" apt-get -qq -y remove loyalty-till-dev >/dev/null # of exactly one version
+install_packages "$work/newer.deb"
+as_till till queue >"$work/queue"
+expect "$work/queue" 'waiting: 1, parked: 0'
+install_packages "${packages[@]}" # and down again
+as_till till deliver --once >"$work/deliver"
+expect "$work/deliver" 'waiting: 0, parked: 0'
+curl -s "http://127.0.0.1:$(cat "$work/port")/simulator/dump" >"$work/dump"
+expect "$work/dump" '"status": ?"Paid"'
+as_till /usr/bin/python3 - <<'PYTHON'
+import sqlite3
+sqlite3.connect("/var/lib/loyalty-till/till.db").execute("PRAGMA user_version = 99")
+PYTHON
+as_till till </dev/null >"$work/newer-store" 2>&1 && fail "a newer store was not refused"
+expect "$work/newer-store" 'written by a newer version'
+
+step "what belongs to it: manual, completion, rotation, units, metrics"
+man -P cat till >"$work/manual" 2>/dev/null || zcat /usr/share/man/man1/till.1.gz >"$work/manual"
+expect "$work/manual" 'receipts'
+# shellcheck disable=SC1091,SC2016
+if [ -f /usr/share/bash-completion/bash_completion ]; then
+    bash -c '. /usr/share/bash-completion/bash_completion
+        . /usr/share/bash-completion/completions/till
+        COMP_WORDS=(till re); COMP_CWORD=1 COMP_LINE="till re" COMP_POINT=7
+        _till till re till; echo "${COMPREPLY[@]}"' >"$work/completion"
+    expect "$work/completion" 'receipts.* report'
+fi
+"${root[@]}" logrotate -f -s "$work/logrotate.state" /etc/logrotate.d/loyalty-till
+"${root[@]}" ls /var/log/loyalty-till >"$work/logs"
+expect "$work/logs" 'till\.log\.1'
+systemd-analyze verify loyalty-till-{deliver,metrics,check}.service \
+    loyalty-till-{metrics,check}.timer 2>"$work/verify" || true
+! grep loyalty-till "$work/verify" || fail "units"
+mkdir -m 777 "$work/textfiles"
+as_till till metrics --output "$work/textfiles/loyalty-till.prom"
+as_till till check --metrics "$work/textfiles/loyalty-till-check.prom" >/dev/null || true
+/usr/bin/python3 - "$work"/textfiles/*.prom <<'PYTHON'
+import sys
+from prometheus_client.openmetrics.parser import text_string_to_metric_families
+for name in sys.argv[1:]:
+    assert len(list(text_string_to_metric_families(open(name, encoding="utf-8").read()))) > 0
+PYTHON
+"$work/unpacked/usr/bin/prometheus-node-exporter" --collector.disable-defaults \
+    --collector.textfile --collector.textfile.directory="$work/textfiles" \
+    --web.listen-address=127.0.0.1:19100 2>"$work/exporter.log" &
+exporter=$!
+for _ in $(seq 100); do
+    curl -sf http://127.0.0.1:19100/metrics >"$work/scraped" && break
+    sleep 0.05
+done
+kill "$exporter"
+expect "$work/scraped" '^loyalty_till_exchange_duration_seconds_count\{.*success.*\} [1-9]'
+expect "$work/scraped" '^loyalty_till_check_level\{check="service.lookup"\} 0'
+expect "$work/scraped" '^node_textfile_scrape_error 0'
+
+step "a host of somebody else's, by pkg-config"
+cp -r /usr/share/doc/loyalty-till-dev/examples/foreignhost "$work"
+# shellcheck disable=SC2046
+c++ -std=c++20 -fPIC -DLOYALTY_PLUGIN="\"$(pkg-config --variable=plugin loyalty-till)\"" \
+    "$work/foreignhost/main.cpp" -o "$work/foreignhost/foreignhost" \
+    $(pkg-config --cflags --libs loyalty-till)
+mkdir -m 777 "$work/host"
+as_till "$work/foreignhost/foreignhost" "$work/till.conf" "$work/host" 79160000001 </dev/null \
+    >"$work/foreign"
+expect "$work/foreign" 'delivered: 1'
+
+step "purge"
+kill "$simulator"
+simulator=
+purge
+listing >"$work/after"
+diff "$work/before" "$work/after" || fail "the packages have left something"
