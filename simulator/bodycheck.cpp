@@ -37,7 +37,8 @@ const Kind date{"must be a date that is past, dd.MM.yyyy"_L1, [](const Value &va
 // of the clocks leaves out an hour.
 const Kind dateTime{"must be a time, dd.MM.yyyy HH:mm:ss"_L1, [](const Value &value) {
                         const auto text = value.toString();
-                        const auto day = text.section(u' ', 0, 0), time = text.section(u' ', 1);
+                        const auto day = text.section(u' ', 0, 0);
+                        const auto time = text.section(u' ', 1);
                         return QDate::fromString(day, u"dd.MM.yyyy"_s).isValid() &&
                                QTime::fromString(time, u"HH:mm:ss"_s).isValid();
                     }};

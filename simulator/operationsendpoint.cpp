@@ -120,13 +120,13 @@ std::optional<Fault> OperationsEndpoint::nextFault(const QString &operation)
 Answer OperationsEndpoint::carryOut(const ReceivedRequest &received,
                                     const std::optional<Fault> &fault)
 {
-    const std::chrono::milliseconds delay(
-        fault && fault->kind == FaultKind::Delay ? fault->milliseconds : 0);
-    if (delay.count() > 0 && !fault->executed)
-        pauses.pause(delay);
-    const auto answer = !fault || isDoneWith(*fault) ? service.answer(received) : success();
-    if (delay.count() > 0 && fault->executed)
-        pauses.pause(delay);
+    const auto delay = [&](bool isDone) {
+        if (fault && fault->kind == FaultKind::Delay && fault->executed == isDone)
+            pauses.pause(std::chrono::milliseconds(fault->milliseconds));
+    };
+    delay(false);
+    auto answer = !fault || isDoneWith(*fault) ? service.answer(received) : success();
+    delay(true);
     return answer;
 }
 

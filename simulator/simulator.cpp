@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <limits>
 #include <mutex>
+#include <type_traits>
 #include <utility>
 
 namespace simulator {
@@ -41,7 +42,8 @@ public:
             // Under the lock: after it the queue may be gone.
             ended.notify_all();
         }).detach();
-        return static_cast<Taken>(true);
+        if constexpr (std::is_same_v<Taken, bool>)
+            return true;
     }
 
     void shutdown() override
@@ -88,9 +90,11 @@ QString Simulator::openAndListen()
                                                                          options.privateKeyFile);
     addRoutes();
     const int wanted = boundPort == 0 ? options.port : boundPort;
-    const int port = wanted == 0                          ? server->bind_to_any_port(host)
-                     : server->bind_to_port(host, wanted) ? wanted
-                                                          : -1;
+    int port = wanted;
+    if (wanted == 0)
+        port = server->bind_to_any_port(host);
+    else if (!server->bind_to_port(host, wanted))
+        port = -1;
     if (port < 0)
         return u"port %1 cannot be listened on"_s.arg(wanted);
     // The library lets five tills wait to be connected and has the others cut off.

@@ -2,10 +2,12 @@
 
 #include <QFile>
 #include <QJsonDocument>
+#include <QSemaphore>
 #include <QSqlError>
 #include <QSqlQuery>
 
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 namespace simulator {
@@ -32,8 +34,8 @@ QJsonObject fromText(const QVariant &text)
 
 StateFile::StateFile()
 {
-    worker.moveToThread(&thread);
-    thread.start();
+    thread.setMaxThreadCount(1);
+    thread.setExpiryTimeout(-1);
 }
 
 StateFile::~StateFile()
@@ -43,8 +45,6 @@ StateFile::~StateFile()
         database = {};
         QSqlDatabase::removeDatabase(name);
     });
-    thread.quit();
-    thread.wait();
 }
 
 QString StateFile::open(const QString &path, QList<KeptObject> &found)
@@ -75,7 +75,13 @@ QString StateFile::write(const QList<KeptObject> &changes)
 
 void StateFile::inThread(const std::function<void()> &call)
 {
-    QMetaObject::invokeMethod(&worker, call, Qt::BlockingQueuedConnection);
+    // Shared: the thread may still be at it when the caller goes on.
+    const auto done = std::make_shared<QSemaphore>();
+    thread.start([&call, done] {
+        call();
+        done->release();
+    });
+    done->acquire();
 }
 
 void StateFile::connect(const QString &path)

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QSqlDatabase>
 #include <QString>
-#include <QThread>
+#include <QThreadPool>
 #include <QVariantList>
 
 #include <functional>
@@ -53,9 +53,8 @@ private:
     void complain(const QString &reason);
 
     QSqlDatabase database;
-    QString error; ///< The first one; what follows it is not tried.
-    QThread thread;
-    QObject worker; ///< Lives in the thread.
+    QString error;      ///< The first one; what follows it is not tried.
+    QThreadPool thread; ///< Of one.
 };
 
 } // namespace simulator

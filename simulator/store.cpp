@@ -69,15 +69,18 @@ qint64 Store::lastChange() const
 
 QJsonObject Store::since(qint64 change) const
 {
-    std::map<QString, QJsonArray> newer;
     std::map<QString, int> totals;
-    for (auto numbered = objects.rbegin(); numbered != objects.rend(); ++numbered) {
-        const auto &[number, object] = *numbered;
-        if (++totals[object.collection] > mostShown || object.change <= change)
+    for (const auto &[number, object] : objects)
+        ++totals[object.collection];
+    std::map<QString, int> passed;
+    std::map<QString, QJsonArray> newer;
+    for (const auto &[number, object] : objects) {
+        const bool isLate = ++passed[object.collection] > totals[object.collection] - mostShown;
+        if (!isLate || object.change <= change)
             continue;
         auto content = object.content;
         content.insert("number"_L1, number);
-        newer[object.collection].prepend(content);
+        newer[object.collection].append(content);
     }
     QJsonObject result;
     for (const auto &[collection, contents] : newer)
