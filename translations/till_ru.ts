@@ -626,7 +626,7 @@ last error: %1</source>
     </message>
     <message>
         <source>Birthday</source>
-        <translation>Рождение</translation>
+        <translation>Дата рождения</translation>
     </message>
     <message>
         <source>Receipts</source>
@@ -1242,16 +1242,16 @@ F2 — найти покупателя по телефону.</translation>
         <translation>Заказы: диск не отвечает</translation>
     </message>
     <message>
-        <source>Loyalty service: not asked yet</source>
-        <translation>Сервис лояльности: ещё не спрашивали</translation>
+        <source>Loyalty: not asked yet</source>
+        <translation>Лояльность: ещё не спрашивали</translation>
     </message>
     <message>
-        <source>Loyalty service: answers</source>
-        <translation>Сервис лояльности: отвечает</translation>
+        <source>Loyalty: answers</source>
+        <translation>Лояльность: отвечает</translation>
     </message>
     <message>
-        <source>Loyalty service: no answer since %1</source>
-        <translation>Сервис лояльности: не отвечает с %1</translation>
+        <source>Loyalty: no answer since %1</source>
+        <translation>Лояльность: нет ответа с %1</translation>
     </message>
 </context>
 <context>

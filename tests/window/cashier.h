@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -81,6 +82,8 @@ protected:
     void awaitRest();
     /// Keeps what is on the screen, when pictures are asked for.
     void picture(const char *name) const;
+    /// Whether no text on the screen has such letters, and all that takes the focus has a name.
+    void expectNoText(const QRegularExpression &letters) const;
     std::string cell(int row, int column) const;
 
     QString fileName(const char *name) const { return directory + u'/' + QLatin1String(name); }

@@ -178,6 +178,44 @@ TEST_F(WindowTest, FindsAKnownCustomerWhoseDataIsEditedAndTakenOff)
     expectText("customerName", "Покупателя нет");
 }
 
+TEST_F(WindowTest, SpeaksOneLanguageOnAScreen)
+{
+    const QRegularExpression cyrillic(QStringLiteral("[А-Яа-я]"));
+    const QRegularExpression latin(QStringLiteral("\\b(?!Enter\\b)[A-Za-z]{2,}"));
+    openWindow(QStringLiteral("en"));
+    expectNoText(cyrillic);
+    press(Qt::Key_F2);
+    await("inputDialog");
+    type("9031234567", Qt::Key_Return);
+    await("messageDialog");
+    expectNoText(cyrillic);
+    press(Qt::Key_Return);
+    await("formDialog");
+    press(Qt::Key_Return);
+    expectNoText(cyrillic);
+    picture("english");
+    openWindow(QStringLiteral("ru"));
+    press(Qt::Key_F2);
+    await("inputDialog");
+    expectNoText(latin);
+}
+
+TEST_F(WindowTest, NamesTheBadLinesOfTheGoodsFile)
+{
+    QFile goods(fileName("goods.csv"));
+    ASSERT_TRUE(goods.open(QIODevice::Append));
+    goods.write("4603;Tea;dear\n");
+    goods.close();
+    openWindow();
+    await("messageDialog");
+    expectText("message", "Строка 5: «dear» — не цена");
+    press(Qt::Key_Return);
+    awaitRest();
+    type("4600", Qt::Key_Return);
+    awaitRest();
+    expectText("total", "89,90");
+}
+
 TEST_F(WindowTest, ReportsARefusedOrderAgain)
 {
     openWindow();
@@ -221,7 +259,7 @@ TEST_F(WindowTest, GoesOnAfterARestartAndWithoutTheService)
     awaitRest();
     expectText("message", "Чек 1 закрыт");
     expectText("stateWaiting", "Заказов в очереди: 1, с ");
-    expectText("stateService", "не отвечает с ");
+    expectText("stateService", "нет ответа с ");
     picture("no-service");
     service.start();
     expectText("stateWaiting", "Заказов в очереди нет");
@@ -244,14 +282,19 @@ public:
 TEST_F(WindowTest, StaysAliveWhileTheServiceIsSlow)
 {
     openWindow();
-    for (const auto *operation : {"Offline.GetCustomer", "Offline.ConfirmMobilePhone"})
+    for (const auto *operation : {"Offline.RegisterCustomer", "Offline.ConfirmMobilePhone"})
         service.order({{"kind"_L1, "delay"_L1},
                        {"milliseconds"_L1, 4'000},
                        {"operation"_L1, QLatin1String(operation)}});
     press(Qt::Key_F2);
     await("inputDialog");
-    type("9160000002", Qt::Key_Return);
+    type("9031234567", Qt::Key_Return);
+    await("messageDialog");
+    press(Qt::Key_Return);
+    await("formDialog");
+    type("Анна", Qt::Key_Return);
     await("progress");
+    expectText("progressText", "Регистрация клиента");
     const Paints paints(find("progress"));
     QTest::qWait(2'000);
     EXPECT_GE(paints.count, 20);
@@ -262,6 +305,7 @@ TEST_F(WindowTest, StaysAliveWhileTheServiceIsSlow)
     await("progress");
     press(Qt::Key_Escape); // leaves the dialog at once; the answer of the service is still out
     EXPECT_FALSE(isShown("inputDialog"));
+    EXPECT_TRUE(isShown("progress"));
     awaitRest();
     expectText("message", "Ввод кода подтверждения отменен");
     EXPECT_EQ(cell(0, ReceiptModel::Name), "Молоко 3,2%");

@@ -20,7 +20,14 @@ constexpr auto directory = QLatin1String(":/translations/");
 bool install(const QString &file)
 {
     auto *const translator = new QTranslator(QCoreApplication::instance());
+    translator->setObjectName(directory);
     return translator->load(file) && QCoreApplication::installTranslator(translator);
+}
+
+/// Takes back what was installed for another language.
+void uninstall()
+{
+    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>(directory));
 }
 
 /// English dates as the day, the month and the year, like the Russian ones.
@@ -48,6 +55,7 @@ std::optional<QString> installLanguage(const QString &code)
     if (!languages.contains(language))
         return QStringLiteral("language \"%1\": expected one of %2")
             .arg(language, languages.join(QLatin1String(", ")));
+    uninstall();
     for (const auto &texts : {tillTexts, loyaltyTexts}) {
         const auto file = directory + texts + language + suffix;
         if (QFile::exists(file) && !install(file))

@@ -15,7 +15,7 @@ StateLine::StateLine(QWidget *parent)
     setObjectName(QStringLiteral("state"));
     auto *const row = new QHBoxLayout(this);
     row->setContentsMargins(12, 4, 12, 4);
-    row->setSpacing(24);
+    row->setSpacing(12);
     service = addLabel(QStringLiteral("stateService"));
     waiting = addLabel(QStringLiteral("stateWaiting"));
     refused = new QPushButton(this);
@@ -41,14 +41,14 @@ void StateLine::showService(const ServiceAvailability::State &state)
     using Reach = ServiceAvailability::Reach;
     switch (state.reach) {
     case Reach::Unknown:
-        service->setText(tr("Loyalty service: not asked yet"));
+        service->setText(tr("Loyalty: not asked yet"));
         break;
     case Reach::Reachable:
-        service->setText(tr("Loyalty service: answers"));
+        service->setText(tr("Loyalty: answers"));
         break;
     case Reach::Unreachable:
         service->setText(
-            tr("Loyalty service: no answer since %1").arg(timeLabel(state.unreachableSince)));
+            tr("Loyalty: no answer since %1").arg(timeLabel(state.unreachableSince)));
         break;
     }
     mark(*service, state.reach == Reach::Unreachable ? "bad" : "good");
@@ -86,6 +86,7 @@ QLabel *StateLine::addLabel(const QString &name)
 {
     auto *const label = new QLabel(this);
     label->setObjectName(name);
+    label->setMinimumWidth(1); // a long text must not make the window wider than the screen
     layout()->addWidget(label);
     return label;
 }

@@ -98,10 +98,13 @@ QString dateLabel(const QDate &date)
 QString timeLabel(const QDateTime &moment)
 {
     const auto local = moment.toLocalTime();
-    const auto time = QLocale().toString(local.time(), QLocale::ShortFormat);
-    return local.date() == QDate::currentDate()
-               ? time
-               : QStringLiteral("%1 %2").arg(dateLabel(local.date()), time);
+    const QLocale locale;
+    auto format = locale.timeFormat(QLocale::ShortFormat);
+    if (local.date() != QDate::currentDate()) {
+        static const QRegularExpression year(QStringLiteral("\\W?y+"));
+        format.prepend(locale.dateFormat(QLocale::ShortFormat).remove(year) + u' ');
+    }
+    return locale.toString(local, format);
 }
 
 QString eventText(const SaleEvent &event)

@@ -21,7 +21,7 @@ QString quantityLabel(double quantity);
 /// A phone number in groups; any other text as it is.
 QString phoneLabel(const QString &phone);
 QString dateLabel(const QDate &date);
-/// A moment of the recent past, without the date when it was today.
+/// A moment of the last months, without the day when it was today.
 QString timeLabel(const QDateTime &moment);
 
 /// What happened, for the cashier; empty when the screen shows it anyway.
