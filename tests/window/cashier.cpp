@@ -200,9 +200,8 @@ void WindowTest::picture(const char *name) const
         return;
     QTest::qWait(100); // for what is still to be laid out
     const auto image = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
-    const auto file = QStringLiteral("%1/window-%2-%3.png")
-                          .arg(place, QLatin1String(name))
-                          .arg(image.width());
+    const auto file =
+        QStringLiteral("%1/window-%2-%3.png").arg(place, QLatin1String(name)).arg(image.width());
     EXPECT_TRUE(image.convertToFormat(QImage::Format_Indexed8, usualColours(image)).save(file));
 }
 

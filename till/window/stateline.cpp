@@ -47,8 +47,7 @@ void StateLine::showService(const ServiceAvailability::State &state)
         service->setText(tr("Loyalty: answers"));
         break;
     case Reach::Unreachable:
-        service->setText(
-            tr("Loyalty: no answer since %1").arg(timeLabel(state.unreachableSince)));
+        service->setText(tr("Loyalty: no answer since %1").arg(timeLabel(state.unreachableSince)));
         break;
     }
     mark(*service, state.reach == Reach::Unreachable ? "bad" : "good");

@@ -40,11 +40,9 @@ public:
     void start(bool delivers);
     /// Has the till take a step. Once it has ended, `done` is called on the window's thread, behind
     /// all that happened meanwhile.
-    void take(
-        const Step &step, const std::function<void()> &done = [] {});
+    void take(const Step &step, const std::function<void()> &done = [] {});
     /// Runs a function on the till's thread, before the till has started too; then `done`.
-    void run(
-        const std::function<void()> &function, const std::function<void()> &done = [] {});
+    void run(const std::function<void()> &function, const std::function<void()> &done = [] {});
     bool isBusy() const { return steps > 0; }
     /// Ends the till if nothing would be lost; `force` ends it all the same.
     void end(bool force);
