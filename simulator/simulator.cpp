@@ -8,7 +8,6 @@
 #include <condition_variable>
 #include <limits>
 #include <mutex>
-#include <type_traits>
 #include <utility>
 
 namespace simulator {
@@ -42,8 +41,7 @@ public:
             // Under the lock: after it the queue may be gone.
             ended.notify_all();
         }).detach();
-        if constexpr (std::is_same_v<Taken, bool>)
-            return true;
+        return static_cast<Taken>(true);
     }
 
     void shutdown() override
