@@ -128,7 +128,7 @@ QSqlQuery *Database::run(const char *sql, const QVariantList &values)
         QSqlQuery query(connection);
         query.setForwardOnly(true);
         if (query.prepare(QLatin1String(sql)))
-            found = queries.insert(sql, std::move(query));
+            found = queries.insert(sql, query);
         else
             fail(query.lastError());
     }

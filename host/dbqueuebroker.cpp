@@ -91,10 +91,11 @@ bool DBQueueBroker::put(const QString &queue, const QJsonObject &message, const 
     queued.tag = tag;
     queued.queuedAt = QDateTime::currentDateTimeUtc();
     store->missing.clear();
-    if (!store->batch)
-        return insert(*store->database, queued, 0);
-    store->batch->append(queued);
-    return true;
+    if (auto &batch = store->batch) {
+        batch->append(queued);
+        return true;
+    }
+    return insert(*store->database, queued, 0);
 }
 
 void DBQueueBroker::beginBatch()
