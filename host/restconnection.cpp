@@ -36,7 +36,7 @@ HeaderList headerList(const QHash<QString, QString> &headers, QString &error)
     const auto append = [&list](const QByteArray &line) {
         // libcurl answers null when there is no memory, and keeps the list as it was.
         if (auto *const longer = curl_slist_append(list.get(), line.constData())) {
-            (void)list.release();
+            [[maybe_unused]] auto *const shorter = list.release();
             list.reset(longer);
         }
     };

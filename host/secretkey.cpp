@@ -35,7 +35,7 @@ QRegularExpression anyFormOfKey(const QString &key)
     for (qsizetype at = 0, size = 0; at < key.size(); at += size) {
         size = key.at(at).isHighSurrogate() ? 2 : 1;
         const auto character = QStringView(key).mid(at, size);
-        if (!(at > 0 && character == QLatin1String("\\") && key.at(at - 1) == character.front()))
+        if (at == 0 || character != QLatin1String("\\") || key.at(at - 1) != character.front())
             pattern += anyFormOf(character);
     }
     // Letters of either case: so do others encode, and one blot too many does no harm.

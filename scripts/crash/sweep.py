@@ -129,6 +129,8 @@ class Worker:
         allowed = {0, 1, -9 if case.kind == "kill" else 0, 0 if "Receipt" in sold.stdout else 2}
         found += [f"ended with code {end.returncode}: {end.stdout}" for end in (sold, delivered)
                   if end and end.returncode not in allowed]
+        if not (self.data / "till.db").exists():
+            return [*found, f"there is no store: {sold.stdout}"]
         return found + self.compare(case, sold.stdout)
 
     def compare(self, case, said):
