@@ -1,18 +1,16 @@
 #include "host/simpleformatter.h"
 
-#include "host/mask.h"
-
-#include <QDate>
+#include <QCache>
 #include <QDateTime>
 #include <QLocale>
 #include <QLoggingCategory>
-#include <QTime>
+#include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <memory>
 #include <optional>
-#include <utility>
 
 template class MockFactory<SimpleFormatter>;
 
@@ -20,233 +18,204 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "till.formatter", QtInfoMsg)
 
-/// The mask taken apart; the last few are remembered, because a receipt expands the same ones for
-/// every position.
-std::shared_ptr<const Mask> parsed(const QString &text)
+enum class Format {
+    Text,
+    Number,
+    Time,
+    Unknown,
+};
+
+/// A piece of a mask: text to copy or, when `name` is not empty, a placeholder.
+struct Piece
 {
-    struct Entry
-    {
-        QString text;
-        std::shared_ptr<const Mask> mask;
-    };
-    static thread_local std::array<Entry, 4> entries;
-    static thread_local size_t oldest = 0;
-    for (const auto &entry : entries) {
-        if (entry.mask && entry.text == text)
-            return entry.mask;
+    QString text;        ///< As it stands in the mask; "%" for "%%".
+    bool stray = false;  ///< A percent sign that begins nothing.
+    QString source = {}; ///< Empty for an extra value.
+    QString name = {};
+    Format format = Format::Text;
+    int width = 0;        ///< Digits of a number at the least.
+    QString pattern = {}; ///< Of a date and time, in Qt's spelling.
+};
+
+void readFormat(Piece &piece, const QString &text)
+{
+    static const QRegularExpression number(QStringLiteral(R"(^(?:0([0-9]{1,2}))?d$)"));
+    // Qt writes names for three and four of d and M.
+    static const QRegularExpression time(
+        QStringLiteral(R"(^(?!.*(?:ddd|MMM))[^\p{L}\p{N}]*)"
+                       R"((?:(?:yyyy|yy|MM|dd|hh|mm|ss|zzz)[^\p{L}\p{N}]*)++$)"));
+    if (const auto match = number.match(text); match.hasMatch()) {
+        piece.format = Format::Number;
+        piece.width = match.capturedView(1).toInt();
+    } else if (time.match(text).hasMatch()) {
+        piece.format = Format::Time;
+        piece.pattern = QString(text).replace(QLatin1String("'"), QLatin1String("''"));
+    } else if (text != QLatin1String("s")) {
+        piece.format = Format::Unknown;
     }
-    auto &entry = entries.at(oldest);
-    oldest = (oldest + 1) % entries.size();
-    entry = {text, std::make_shared<Mask>(parseMask(text))};
-    return entry.mask;
 }
 
-std::optional<QVariant> findValue(const MaskPiece &piece,
-                                  const QList<QSharedPointer<FormatterSource>> &sources,
-                                  const QVariantMap &extraValues)
+QList<Piece> parseMask(const QString &mask)
 {
-    if (piece.source.isEmpty()) {
-        const auto extra = extraValues.constFind(piece.name);
-        return extra == extraValues.constEnd() ? std::nullopt : std::optional(*extra);
+    // A placeholder, a percent sign twice, or one that begins neither. A bracket that is not closed
+    // does not swallow the placeholders behind it.
+    static const QRegularExpression special(
+        QStringLiteral(R"(%\((?:([^.%()\[\]]+)\.)?+([^.%()\[\]][^%()\[\]]*))"
+                       R"((?:\[((?:(?!%\()[^\]])*)\])?\)|%%?)"));
+    QList<Piece> pieces;
+    qsizetype end = 0;
+    for (const auto &match : special.globalMatch(mask)) {
+        pieces.append({mask.mid(end, match.capturedStart() - end)});
+        end = match.capturedEnd();
+        if (!match.hasCaptured(2)) {
+            pieces.append({QStringLiteral("%"), match.capturedLength() == 1});
+            continue;
+        }
+        pieces.append({match.captured(), false, match.captured(1), match.captured(2)});
+        if (match.hasCaptured(3))
+            readFormat(pieces.last(), match.captured(3));
     }
+    pieces.append({mask.mid(end)});
+    return pieces;
+}
+
+/// The mask taken apart; the last ones are remembered, because a receipt expands the same ones for
+/// every position.
+QList<Piece> parsed(const QString &mask)
+{
+    static thread_local QCache<QString, QList<Piece>> masks(16);
+    if (const auto *const pieces = masks.object(mask))
+        return *pieces;
+    const auto pieces = parseMask(mask);
+    masks.insert(mask, new QList<Piece>(pieces));
+    return pieces;
+}
+
+/// Invalid when there is none.
+QVariant findValue(const Piece &piece, const QList<QSharedPointer<FormatterSource>> &sources,
+                   const QVariantMap &extraValues)
+{
+    if (piece.source.isEmpty())
+        return extraValues.value(piece.name);
     for (const auto &source : sources) {
         if (source && source->sourceName() == piece.source)
             return source->field(piece.name);
     }
-    return std::nullopt;
+    return {};
 }
 
-struct WholeNumber
+template<typename TimeFormat>
+bool appendTime(QString &result, const QVariant &value, const TimeFormat &format)
 {
-    bool negative = false;
-    quint64 magnitude = 0;
-};
-
-WholeNumber fromSigned(qint64 value)
-{
-    const auto bits = static_cast<quint64>(value);
-    return value < 0 ? WholeNumber{true, 0 - bits} : WholeNumber{false, bits};
+    const auto length = result.size();
+    if (value.typeId() == QMetaType::QDateTime)
+        result += value.toDateTime().toString(format);
+    else if (value.typeId() == QMetaType::QDate)
+        result += value.toDate().toString(format);
+    else if (value.typeId() == QMetaType::QTime)
+        result += value.toTime().toString(format);
+    return result.size() > length; // not for an invalid time
 }
 
-std::optional<WholeNumber> wholeNumber(const QVariant &value)
+/// Whether the value has what the pattern asks for; Qt would copy the letters of the rest.
+bool hasUnitsOf(const QString &pattern, const QVariant &value)
 {
-    constexpr double exactLimit = 9007199254740992; // 2^53
+    static const QRegularExpression ofDates(QStringLiteral("[yMd]"));
+    static const QRegularExpression ofTimes(QStringLiteral("[hmsz]"));
+    return (value.typeId() != QMetaType::QTime || !pattern.contains(ofDates)) &&
+           (value.typeId() != QMetaType::QDate || !pattern.contains(ofTimes));
+}
+
+/// Nothing for a fraction, a number that needs more than 64 bits with its sign, or no number.
+std::optional<qlonglong> wholeNumber(const QVariant &value)
+{
+    bool ok = false;
+    const auto number = value.toLongLong(&ok);
     switch (value.typeId()) {
     case QMetaType::Int:
-    case QMetaType::Long:
     case QMetaType::LongLong:
-    case QMetaType::Short:
-        return fromSigned(value.toLongLong());
-    case QMetaType::UInt:
-    case QMetaType::ULong:
-    case QMetaType::ULongLong:
-    case QMetaType::UShort:
-        return WholeNumber{false, value.toULongLong()};
-    case QMetaType::Double:
-    case QMetaType::Float:
-        if (const auto number = value.toDouble();
-            std::abs(number) <= exactLimit && number == std::trunc(number))
-            return fromSigned(static_cast<qint64>(number));
+        return number;
+    case QMetaType::QString:
+    case QMetaType::Bool:
         return std::nullopt;
-    default:
-        return std::nullopt;
+    default: // the conversion rounds, and wraps around
+        return ok && value.toDouble() == static_cast<double>(number) ? std::optional(number)
+                                                                     : std::nullopt;
     }
-}
-
-void appendNumber(QString &result, const WholeNumber &number, int width)
-{
-    std::array<char16_t, 20> digits{};
-    auto first = digits.size();
-    for (auto rest = number.magnitude; rest != 0 || first == digits.size(); rest /= 10)
-        digits.at(--first) = static_cast<char16_t>(u'0' + rest % 10);
-    const auto count = static_cast<qsizetype>(digits.size() - first);
-    if (number.negative)
-        result += QLatin1Char('-');
-    for (auto length = count + (number.negative ? 1 : 0); length < width; ++length)
-        result += QLatin1Char('0');
-    result += QStringView(digits.data() + first, count);
 }
 
 bool appendNumber(QString &result, const QVariant &value, int width)
 {
     const auto number = wholeNumber(value);
-    if (number)
-        appendNumber(result, *number, width);
-    return number.has_value();
+    if (!number)
+        return false;
+    std::array<char, 20> text{};
+    const auto *const end = std::to_chars(text.begin(), text.end(), *number).ptr;
+    const auto sign = *number < 0 ? 1 : 0;
+    const auto zeros = std::max<qsizetype>(width - (end - text.data()), 0);
+    result += QLatin1String(text.data(), sign);
+    result.resize(result.size() + zeros, QLatin1Char('0'));
+    result += QLatin1String(text.data() + sign, end);
+    return true;
 }
 
 bool appendText(QString &result, const QVariant &value)
 {
-    // Beyond these bounds the digits would be mostly zeros.
-    constexpr double largest = 1e21;
-    constexpr double smallest = 1e-7;
     switch (value.typeId()) {
-    case QMetaType::QString:
-        result += *static_cast<const QString *>(value.constData());
-        return true;
     case QMetaType::Double:
-    case QMetaType::Float: {
-        const auto number = value.toDouble();
-        const auto size = std::abs(number);
-        const auto ordinary = size == 0 || (size >= smallest && size < largest);
-        result += QString::number(number, ordinary ? 'f' : 'g', QLocale::FloatingPointShortest);
-        return std::isfinite(number);
-    }
-    case QMetaType::QDate:
-        result += value.toDate().toString(Qt::ISODate);
-        return value.toDate().isValid();
-    case QMetaType::QTime:
-        result += value.toTime().toString(Qt::ISODate);
-        return value.toTime().isValid();
+    case QMetaType::Float:
+        result += QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
+        return std::isfinite(value.toDouble());
     case QMetaType::QDateTime:
-        result += value.toDateTime().toString(Qt::ISODate);
-        return value.toDateTime().isValid();
+    case QMetaType::QDate:
+    case QMetaType::QTime:
+        return appendTime(result, value, Qt::ISODate);
     default:
-        if (appendNumber(result, value, 0))
-            return true;
         result += value.toString();
         return value.canConvert<QString>();
     }
 }
 
-/// A unit's value and its digits.
-std::pair<int, int> unitValue(MaskFormat::Unit unit, QDate date, QTime time)
-{
-    switch (unit) {
-    case MaskFormat::Unit::Year:
-        return {date.year(), 4};
-    case MaskFormat::Unit::ShortYear:
-        return {std::abs(date.year()) % 100, 2};
-    case MaskFormat::Unit::Month:
-        return {date.month(), 2};
-    case MaskFormat::Unit::Day:
-        return {date.day(), 2};
-    case MaskFormat::Unit::Hour:
-        return {time.hour(), 2};
-    case MaskFormat::Unit::Minute:
-        return {time.minute(), 2};
-    case MaskFormat::Unit::Second:
-        return {time.second(), 2};
-    case MaskFormat::Unit::Millisecond:
-        return {time.msec(), 3};
-    case MaskFormat::Unit::Literal:
-        break;
-    }
-    return {};
-}
-
-bool appendDateTime(QString &result, const QVariant &value, const MaskFormat &format)
-{
-    QDate date;
-    QTime time;
-    if (value.typeId() == QMetaType::QDateTime) {
-        const auto dateTime = value.toDateTime();
-        date = dateTime.date();
-        time = dateTime.time();
-    } else if (value.typeId() == QMetaType::QDate) {
-        date = value.toDate();
-    } else if (value.typeId() == QMetaType::QTime) {
-        time = value.toTime();
-    }
-    for (const auto &[unit, literal] : format.parts) {
-        if (unit == MaskFormat::Unit::Literal) {
-            result += literal;
-            continue;
-        }
-        const auto ofDate = unit <= MaskFormat::Unit::Day;
-        if (ofDate ? !date.isValid() : !time.isValid())
-            return false;
-        const auto [number, width] = unitValue(unit, date, time);
-        appendNumber(result, fromSigned(number), width);
-    }
-    return true;
-}
-
 /// Appends the value; when it does not fit the format, an unfinished text may be left behind.
-bool appendValue(QString &result, const QVariant &value, const MaskFormat &format)
+bool appendValue(QString &result, const QVariant &value, const Piece &piece)
 {
-    switch (format.kind) {
-    case MaskFormat::Kind::Text:
+    switch (piece.format) {
+    case Format::Text:
         return appendText(result, value);
-    case MaskFormat::Kind::Number:
-        return appendNumber(result, value, format.width);
-    case MaskFormat::Kind::DateTime:
-        return appendDateTime(result, value, format);
-    case MaskFormat::Kind::Unknown:
+    case Format::Number:
+        return appendNumber(result, value, piece.width);
+    case Format::Time:
+        return hasUnitsOf(piece.pattern, value) && appendTime(result, value, piece.pattern);
+    case Format::Unknown:
         break;
     }
     return false;
 }
 
-/// Expands the mask and hands each complaint about it, a text, to `complain`.
-template<typename Complain>
 QString expand(const QString &mask, const QList<QSharedPointer<FormatterSource>> &sources,
-               const QVariantMap &extraValues, Complain complain)
+               const QVariantMap &extraValues, QStringList &complaints)
 {
-    const auto parts = parsed(mask);
-    if (parts->malformed)
-        complain(QStringLiteral("the mask \"%1\" has a % that begins no placeholder, it is kept as "
-                                "text")
-                     .arg(mask));
     QString result;
     result.reserve(mask.size());
-    for (const auto &piece : parts->pieces) {
+    for (const auto &piece : parsed(mask)) {
+        if (piece.stray)
+            complaints.append(QStringLiteral("the mask \"%1\" has a % that begins no placeholder, "
+                                             "it is kept as text")
+                                  .arg(mask));
         if (piece.name.isEmpty()) {
             result += piece.text;
             continue;
         }
         const auto length = result.size();
         const auto value = findValue(piece, sources, extraValues);
-        if (value && value->isValid() && appendValue(result, *value, piece.format))
+        if (value.isValid() && appendValue(result, value, piece))
             continue;
         result.truncate(length);
-        const auto *reason = !value              ? "there is nothing of that name"
-                             : !value->isValid() ? "there is no such field"
-                             : piece.format.kind == MaskFormat::Kind::Unknown
-                                 ? "the format is unknown"
-                                 : "the value is missing or does not fit the format";
-        complain(
-            QStringLiteral("%1 in a mask is left out: %2").arg(piece.text, QLatin1String(reason)));
+        const auto reason = !value.isValid() ? QStringLiteral("there is nothing of that name")
+                            : piece.format == Format::Unknown
+                                ? QStringLiteral("the format is unknown")
+                                : QStringLiteral("the value is missing or does not fit the format");
+        complaints.append(QStringLiteral("%1 in a mask is left out: %2").arg(piece.text, reason));
     }
     return result;
 }
@@ -259,16 +228,17 @@ QString SimpleFormatter::format(const QString &mask,
                                 const QList<QSharedPointer<FormatterSource>> &sources,
                                 int /*flags*/, const QVariantMap &extraValues) const
 {
-    return expand(mask, sources, extraValues, [](const QString &complaint) {
+    QStringList complaints;
+    auto result = expand(mask, sources, extraValues, complaints);
+    for (const auto &complaint : complaints)
         qCWarning(log, "%ls", qUtf16Printable(complaint));
-    });
+    return result;
 }
 
 QStringList SimpleFormatter::complaints(const QString &mask,
                                         const QList<QSharedPointer<FormatterSource>> &sources) const
 {
     QStringList complaints;
-    expand(mask, sources, {},
-           [&complaints](const QString &complaint) { complaints.append(complaint); });
+    expand(mask, sources, {}, complaints);
     return complaints;
 }
