@@ -3,6 +3,7 @@
 #include "host/money.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <utility>
 
@@ -51,7 +52,7 @@ bool AbstractDocument::removeGoodsItem(int posnum)
 bool AbstractDocument::changeQuantity(int posnum, double quantity)
 {
     const auto item = findGoodsItem(posnum);
-    if (!item || quantity <= 0)
+    if (!item || !(quantity > 0))
         return false;
     const auto addSum = [](double sum, const auto &impact) {
         return sum + impact->getDiscountSum();
@@ -59,7 +60,7 @@ bool AbstractDocument::changeQuantity(int posnum, double quantity)
     const auto details = impacts.value(posnum);
     const auto discounts = std::accumulate(details.cbegin(), details.cend(), 0.0, addSum);
     const auto sum = roundToHundredths(roundToHundredths(item->getPrice() * quantity) - discounts);
-    if (sum < 0)
+    if (sum < 0 || !std::isfinite(sum))
         return false;
     item->setQuantity(quantity);
     item->setSumb(sum);

@@ -1,7 +1,6 @@
 #include "host/documentjson.h"
 
 #include "host/abstractdocument.h"
-#include "host/jsonmembers.h"
 #include "host/variantjson.h"
 
 #include <QJsonArray>
@@ -20,7 +19,27 @@ constexpr auto versionKey = QLatin1String("version");
 
 constexpr std::array allOptions{ClientOptions::NoPaperReceipt, ClientOptions::ElectronicReceipt};
 
-QJsonObject headerToJson(const DocumentHeader &header, QString &error)
+/// ISO text with the offset from UTC that is in force; null for an invalid time.
+QJsonValue timeToJson(const QDateTime &time)
+{
+    if (!time.isValid())
+        return {};
+    auto text = time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
+    if (text.endsWith(QLatin1Char('Z')))
+        text.replace(text.size() - 1, 1, QLatin1String("+00:00"));
+    return text;
+}
+
+/// The same time of day even when the till's time zone has changed since.
+QDateTime timeFromJson(const QJsonValue &value)
+{
+    auto time = QDateTime::fromString(value.toString(), Qt::ISODateWithMs);
+    // An hour that comes twice in autumn is told apart by the offset alone.
+    const auto local = time.toLocalTime();
+    return local.offsetFromUtc() == time.offsetFromUtc() ? local : time;
+}
+
+QJsonObject headerToJson(const DocumentHeader &header)
 {
     return {
         {QLatin1String("kind"), header.kind},
@@ -28,20 +47,18 @@ QJsonObject headerToJson(const DocumentHeader &header, QString &error)
         {QLatin1String("cashCode"), header.cashCode},
         {QLatin1String("shift"), header.shift},
         {QLatin1String("num"), header.num},
-        {QLatin1String("dateTimeBeg"), variantjson::dateTimeToJson(header.dateTimeBeg, error)},
+        {QLatin1String("dateTimeBeg"), timeToJson(header.dateTimeBeg)},
     };
 }
 
-DocumentHeader headerFromJson(const JsonMembers &members)
+DocumentHeader headerFromJson(const QJsonObject &json)
 {
-    DocumentHeader header;
-    header.kind = members.integer(QLatin1String("kind"));
-    header.shopCode = members.integer(QLatin1String("shopCode"));
-    header.cashCode = members.integer(QLatin1String("cashCode"));
-    header.shift = members.integer(QLatin1String("shift"));
-    header.num = members.integer(QLatin1String("num"));
-    header.dateTimeBeg = members.dateTime(QLatin1String("dateTimeBeg"));
-    return header;
+    return {json.value(QLatin1String("kind")).toInt(),
+            json.value(QLatin1String("shopCode")).toInt(),
+            json.value(QLatin1String("cashCode")).toInt(),
+            json.value(QLatin1String("shift")).toInt(),
+            json.value(QLatin1String("num")).toInt(),
+            timeFromJson(json.value(QLatin1String("dateTimeBeg")))};
 }
 
 double finite(double number, QString &error)
@@ -63,13 +80,13 @@ QJsonObject itemToJson(const GoodsItem &item, QString &error)
     };
 }
 
-QSharedPointer<GoodsItem> itemFromJson(const JsonMembers &members)
+QSharedPointer<GoodsItem> itemFromJson(const QJsonObject &json)
 {
     auto item = QSharedPointer<GoodsItem>::create(
-        members.integer(QLatin1String("posnum")), members.text(QLatin1String("code")),
-        members.text(QLatin1String("name")), members.number(QLatin1String("price")),
-        members.number(QLatin1String("quantity")));
-    item->setSumb(members.number(QLatin1String("sumb")));
+        json.value(QLatin1String("posnum")).toInt(), json.value(QLatin1String("code")).toString(),
+        json.value(QLatin1String("name")).toString(), json.value(QLatin1String("price")).toDouble(),
+        json.value(QLatin1String("quantity")).toDouble());
+    item->setSumb(json.value(QLatin1String("sumb")).toDouble());
     return item;
 }
 
@@ -84,13 +101,13 @@ QJsonObject impactToJson(const DocumentImpactDetail &impact, QString &error)
     };
 }
 
-DocumentImpactDetail impactFromJson(const JsonMembers &members)
+DocumentImpactDetail impactFromJson(const QJsonObject &json)
 {
-    return {members.integer(QLatin1String("posnum")),
-            members.integer(QLatin1String("campaignCode")),
-            members.integer(QLatin1String("discountMode")),
-            members.integer(QLatin1String("impactSource")),
-            members.number(QLatin1String("discountSum"))};
+    return {json.value(QLatin1String("posnum")).toInt(),
+            json.value(QLatin1String("campaignCode")).toInt(),
+            json.value(QLatin1String("discountMode")).toInt(),
+            json.value(QLatin1String("impactSource")).toInt(),
+            json.value(QLatin1String("discountSum")).toDouble()};
 }
 
 QJsonObject clientToJson(const Client &client)
@@ -106,27 +123,24 @@ QJsonObject clientToJson(const Client &client)
         {QLatin1String("email"), client.getEmail()},
         {QLatin1String("options"), options},
         {QLatin1String("sex"), static_cast<int>(client.getSex())},
-        {QLatin1String("birthday"), variantjson::dateToJson(client.getBirthday())},
+        {QLatin1String("birthday"), QJsonValue::fromVariant(client.getBirthday())},
     };
 }
 
-QSharedPointer<Client> clientFromJson(const JsonMembers &members)
+QSharedPointer<Client> clientFromJson(const QJsonObject &json)
 {
     auto client = QSharedPointer<Client>::create();
-    client->setName(members.text(QLatin1String("name")));
-    client->setPhoneNumber(members.text(QLatin1String("phoneNumber")));
-    client->setEmail(members.text(QLatin1String("email")));
-    for (const auto &code : members.array(QLatin1String("options"))) {
-        for (const auto option : allOptions) {
-            if (code.toInt() == static_cast<int>(option))
-                client->setOption(option);
-        }
+    client->setName(json.value(QLatin1String("name")).toString());
+    client->setPhoneNumber(json.value(QLatin1String("phoneNumber")).toString());
+    client->setEmail(json.value(QLatin1String("email")).toString());
+    const auto options = json.value(QLatin1String("options")).toArray();
+    for (const auto option : allOptions) {
+        if (options.contains(static_cast<int>(option)))
+            client->setOption(option);
     }
-    const auto sex = members.integer(QLatin1String("sex"));
-    if (sex != static_cast<int>(Client::Sex::Male) && sex != static_cast<int>(Client::Sex::Female))
-        members.fail(QLatin1String("sex"), QStringLiteral("expected 0 or 1"));
-    client->setSex(static_cast<Client::Sex>(sex));
-    client->setBirthday(members.date(QLatin1String("birthday")));
+    const auto female = json.value(QLatin1String("sex")) == static_cast<int>(Client::Sex::Female);
+    client->setSex(female ? Client::Sex::Female : Client::Sex::Male);
+    client->setBirthday(json.value(QLatin1String("birthday")).toVariant().toDate());
     return client;
 }
 
@@ -141,45 +155,66 @@ QJsonValue cardToJson(const QSharedPointer<DocumentCardRecord> &record, QString 
     };
 }
 
-QSharedPointer<DocumentCardRecord> cardFromJson(const JsonMembers &members)
+QSharedPointer<DocumentCardRecord> cardFromJson(const QJsonValue &json)
 {
-    auto record =
-        QSharedPointer<DocumentCardRecord>::create(members.variant(QLatin1String("number")));
-    if (!members.isNull(QLatin1String("client")))
-        record->getCard()->setClient(clientFromJson(members.object(QLatin1String("client"))));
+    if (json.isNull())
+        return {};
+    const auto number = json[QLatin1String("number")].toObject();
+    auto record = QSharedPointer<DocumentCardRecord>::create(variantjson::fromJson(number));
+    const auto client = json[QLatin1String("client")];
+    if (!client.isNull())
+        record->getCard()->setClient(clientFromJson(client.toObject()));
     return record;
 }
 
-void readPositions(const JsonMembers &members, AbstractDocument &document)
+/// The receipt that the object describes where it describes one.
+QSharedPointer<AbstractDocument> read(const QJsonObject &object)
 {
-    for (const auto &element : members.objects(QLatin1String("items"))) {
-        const auto item = itemFromJson(element);
-        if (item->getPosnum() < 1 || document.findGoodsItem(item->getPosnum()))
-            element.fail(QLatin1String("posnum"),
-                         QStringLiteral("expected a positive number that no position before has"));
-        document.restoreGoodsItem(item);
+    auto document = QSharedPointer<AbstractDocument>::create(
+        headerFromJson(object.value(QLatin1String("header")).toObject()));
+    for (const auto &json : object.value(QLatin1String("items")).toArray()) {
+        const auto item = itemFromJson(json.toObject());
+        if (item->getPosnum() > 0 && !document->findGoodsItem(item->getPosnum()))
+            document->restoreGoodsItem(item);
     }
-    for (const auto &element : members.objects(QLatin1String("impacts"))) {
-        const auto impact = impactFromJson(element);
-        if (!document.findGoodsItem(impact.getPosnum()))
-            element.fail(QLatin1String("posnum"), QStringLiteral("expected a position's number"));
-        document.restoreImpactDetail(impact);
-    }
+    for (const auto &json : object.value(QLatin1String("impacts")).toArray())
+        document->restoreImpactDetail(impactFromJson(json.toObject()));
+    document->setCardRecord(cardFromJson(object.value(QLatin1String("card"))));
+    const auto systems = object.value(QLatin1String("pluginData")).toObject();
+    for (auto system = systems.begin(); system != systems.end(); ++system)
+        document->setPluginData(system.key(),
+                                variantjson::fromJson(system.value().toObject()).toMap());
+    document->resetRevision();
+    return document;
 }
 
-/// Whether the object is a receipt that this version reads.
-bool checkFormat(const JsonMembers &members)
+/// The way to the first value in which the two differ.
+QString firstDifference(const QJsonValue &one, const QJsonValue &other, const QString &path = {})
 {
-    if (members.text(formatKey) != formatName)
-        members.fail(formatKey, QStringLiteral("expected \"%1\"").arg(formatName));
-    const auto version = members.integer(versionKey);
-    if (version > formatVersion)
-        members.fail(
-            versionKey,
-            QStringLiteral("written by a newer version, expected at most %1").arg(formatVersion));
-    else if (version < 1)
-        members.fail(versionKey, QStringLiteral("expected a positive number"));
-    return members.good();
+    if (one.isArray() && other.isArray()) {
+        for (qsizetype i = 0; i < one.toArray().size(); ++i) {
+            if (one[i] != other[i])
+                return firstDifference(one[i], other[i], QStringLiteral("%1[%2]").arg(path).arg(i));
+        }
+    } else if (one.isObject() && other.isObject()) {
+        const auto dot = path.isEmpty() ? QString() : QStringLiteral(".");
+        for (const auto &key : one.toObject().keys() + other.toObject().keys()) {
+            if (one[key] != other[key])
+                return firstDifference(one[key], other[key], path + dot + key);
+        }
+    }
+    return path;
+}
+
+/// Why the object is no receipt that this version reads; empty when it may be one.
+QString formatError(const QJsonObject &object)
+{
+    if (object.value(formatKey) != formatName)
+        return QStringLiteral("format: expected \"%1\"").arg(formatName);
+    if (isNewer(object))
+        return QStringLiteral("version: written by a newer version, expected at most %1")
+            .arg(formatVersion);
+    return {};
 }
 
 } // namespace
@@ -200,7 +235,7 @@ QJsonObject toJson(const AbstractDocument &document, QString &error)
     return {
         {formatKey, formatName},
         {versionKey, formatVersion},
-        {QLatin1String("header"), headerToJson(document.getHeader(), error)},
+        {QLatin1String("header"), headerToJson(document.getHeader())},
         {QLatin1String("items"), items},
         {QLatin1String("impacts"), impacts},
         {QLatin1String("card"), cardToJson(document.getCardRecord(), error)},
@@ -216,23 +251,16 @@ bool isNewer(const QJsonObject &object)
 
 QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error)
 {
-    const JsonMembers members(object, error);
-    if (!checkFormat(members))
+    error = formatError(object);
+    if (!error.isEmpty())
         return {};
-    auto document = QSharedPointer<AbstractDocument>::create(
-        headerFromJson(members.object(QLatin1String("header"))));
-    readPositions(members, *document);
-    if (!members.isNull(QLatin1String("card")))
-        document->setCardRecord(cardFromJson(members.object(QLatin1String("card"))));
-    const auto pluginData = members.object(QLatin1String("pluginData"));
-    for (const auto &system : pluginData.keys()) {
-        const auto data = pluginData.variant(system);
-        if (data.typeId() != QMetaType::QVariantMap)
-            pluginData.fail(system, QStringLiteral("expected a map"));
-        document->setPluginData(system, data.toMap());
-    }
-    document->resetRevision();
-    return members.good() ? document : nullptr;
+    auto document = read(object);
+    // Whatever is missing, mistyped, damaged or unknown would be written in another way.
+    const auto written = toJson(*document, error);
+    if (written != object)
+        error = QStringLiteral("%1: expected a value that a receipt can have there")
+                    .arg(firstDifference(object, written));
+    return error.isEmpty() ? document : nullptr;
 }
 
 } // namespace documentjson
