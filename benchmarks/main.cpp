@@ -1,7 +1,6 @@
 #include "benchmarks/comparison.h"
 #include "benchmarks/setup.h"
 
-#include <host/heap.h>
 
 #include <benchmark/benchmark.h>
 
@@ -22,7 +21,6 @@ int refuse(const QString &reason)
 
 int main(int argc, char *argv[])
 {
-    keepFreedMemory(); // as a till does
     // Takes its own options, "--benchmark_...", out of the arguments.
     benchmark::Initialize(&argc, argv);
     const QCoreApplication application(argc, argv);

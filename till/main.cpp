@@ -19,7 +19,6 @@
 
 #include <host/config.h>
 #include <host/dbqueuebroker.h>
-#include <host/heap.h>
 #include <host/logging.h>
 #include <host/privatefile.h>
 #include <host/session.h>
@@ -154,7 +153,6 @@ int run(const till::Options &options, till::Console &console)
 
 int main(int argc, char *argv[])
 {
-    keepFreedMemory();
     // A connection or an output that has gone is an error where it is used, not the till's end.
     std::signal(SIGPIPE, SIG_IGN);
     const QCoreApplication application(argc, argv);

@@ -6,7 +6,6 @@
 #include "till/window/mainwindow.h"
 
 #include <host/config.h>
-#include <host/heap.h>
 #include <host/logging.h>
 #include <host/privatefile.h>
 
@@ -90,7 +89,6 @@ bool isAskedOnly(int argc, char *argv[])
 
 int main(int argc, char *argv[])
 {
-    keepFreedMemory();
     // A connection that has gone is an error where it is used, not the till's end.
     std::signal(SIGPIPE, SIG_IGN);
     const till::LogRotation rotation;
