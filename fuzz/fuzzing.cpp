@@ -1,7 +1,6 @@
 #include "fuzz/fuzzing.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QLoggingCategory>
 #include <QTemporaryDir>
 
@@ -32,14 +31,4 @@ QString scratchDirectory()
 {
     static const QTemporaryDir directory(QStringLiteral("/dev/shm/fuzz-XXXXXX"));
     return directory.path();
-}
-
-QString writeScratchFile(const QString &name, Bytes bytes)
-{
-    const auto path = scratchDirectory() + QLatin1Char('/') + name;
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-            file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
-            file.write(bytesOf(bytes)) == static_cast<qint64>(bytes.size()));
-    return path;
 }

@@ -17,7 +17,3 @@ QByteArray bytesOf(Bytes bytes);
 
 /// A directory in memory, empty at the start and removed at a regular end.
 QString scratchDirectory();
-
-/// Writes the bytes to the file of that name in the scratch directory.
-/// \return The file's path.
-QString writeScratchFile(const QString &name, Bytes bytes);
