@@ -37,8 +37,12 @@ QString Store::open(const QString &path)
     file = std::move(opened);
     for (const auto &[number, object] : objects)
         changes.append(object);
-    if (found.isEmpty())
-        return commit();
+    if (found.isEmpty()) {
+        auto error = commit();
+        if (!error.isEmpty())
+            file.reset();
+        return error;
+    }
     for (auto &object : changes)
         object.content = {};
     for (const auto &object : std::exchange(changes, {}) + found)
