@@ -1,4 +1,4 @@
-# The Debian packages: loyalty-till, loyalty-simulator and loyalty-till-dev, a component each.
+# The Debian packages, a component each.
 find_program(HELP2MAN help2man REQUIRED)
 find_program(GZIP gzip REQUIRED)
 find_package(PkgConfig REQUIRED)
@@ -7,6 +7,7 @@ if(NOT unit_dir)
     set(unit_dir "${CMAKE_INSTALL_PREFIX}/lib/systemd/system")
 endif()
 set(package_till loyalty-till)
+set(package_window loyalty-till-window)
 set(package_simulator loyalty-simulator)
 set(package_dev loyalty-till-dev)
 set(made "${CMAKE_CURRENT_BINARY_DIR}/debian")
@@ -17,7 +18,7 @@ set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL till simulator dev)
+set(CPACK_COMPONENTS_ALL till window simulator dev)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
@@ -37,6 +38,11 @@ set(CPACK_DEBIAN_TILL_DESCRIPTION "till with the loyalty plugin
 A till that finds its customers at a loyalty service, registers new ones and
 reports every sale as an order; an order waits in the till's store while the
 service cannot be reached. With the plugin for tills of other makers.")
+set(CPACK_DEBIAN_WINDOW_PACKAGE_NAME "${package_window}")
+set(CPACK_DEBIAN_WINDOW_PACKAGE_SECTION misc)
+set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "qt6-wayland | xserver-xorg")
+set(CPACK_DEBIAN_WINDOW_DESCRIPTION "till with the loyalty plugin, as a window
+The till of the package loyalty-till on a screen that is touched or clicked.")
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_NAME "${package_simulator}")
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_DEPENDS libqt6sql6-sqlite)
@@ -83,6 +89,7 @@ function(document_program target component summary)
         DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
 endfunction()
 document_program(till till "sell with the loyalty plugin, and look after what it has left")
+document_program(till-window window "the till with the loyalty plugin, as a window")
 document_program(simulator simulator "loyalty service on loopback")
 
 # The till's settings, log and services.
@@ -99,8 +106,12 @@ set(CPACK_DEBIAN_TILL_PACKAGE_CONTROL_EXTRA
     "${CMAKE_CURRENT_SOURCE_DIR}/debian/prerm"
     "${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm")
 
-install(FILES alerts.yml "${PROJECT_SOURCE_DIR}/docs/check.md" "${PROJECT_SOURCE_DIR}/docs/fleet.md"
+install(FILES alerts.yml "${PROJECT_SOURCE_DIR}/docs/check.md" "${PROJECT_SOURCE_DIR}/docs/commands.md"
+    "${PROJECT_SOURCE_DIR}/docs/fleet.md" "${PROJECT_SOURCE_DIR}/docs/masks.md"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package_till}" COMPONENT till)
+
+install(FILES till-window.desktop DESTINATION "${CMAKE_INSTALL_DATADIR}/applications"
+    COMPONENT window)
 
 # For whoever builds a till.
 set(doc_dir "${CMAKE_INSTALL_DATADIR}/doc/${package_dev}")
@@ -108,4 +119,5 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${doc_dir}" COMP
 install(FILES "${PROJECT_SOURCE_DIR}/docs/host.md" DESTINATION "${doc_dir}" COMPONENT dev)
 
 include(CPack)
+cpack_add_component(window DEPENDS till)
 cpack_add_component(dev DEPENDS till)

@@ -75,7 +75,7 @@ constexpr auto randomOrder = std::to_array<Member>({nested("random"_L1, randomMe
 Fault fromJson(const QJsonObject &order)
 {
     const Fault usual;
-    return {.kind = faultKind(order.value("kind"_L1)).value_or(usual.kind),
+    return {.kind = *faultKind(order.value("kind"_L1)),
             .operation = order.value("operation"_L1).toString(),
             .count = order.value("count"_L1).toInt(usual.count),
             .executed = order.value("executed"_L1).toBool(usual.executed),

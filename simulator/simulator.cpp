@@ -41,7 +41,6 @@ public:
             // Under the lock: after it the queue may be gone.
             ended.notify_all();
         }).detach();
-        // NOLINTNEXTLINE(readability-avoid-return-with-void-value): a value with newer versions.
         return static_cast<Taken>(true);
     }
 

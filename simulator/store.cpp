@@ -37,12 +37,8 @@ QString Store::open(const QString &path)
     file = std::move(opened);
     for (const auto &[number, object] : objects)
         changes.append(object);
-    if (found.isEmpty()) {
-        auto error = commit();
-        if (!error.isEmpty())
-            file.reset();
-        return error;
-    }
+    if (found.isEmpty())
+        return commit();
     for (auto &object : changes)
         object.content = {};
     for (const auto &object : std::exchange(changes, {}) + found)

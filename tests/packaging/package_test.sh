@@ -24,7 +24,7 @@ fail() { printf 'package_test: %s\n' "$1" >&2; exit 1; }
 apt() { "${root[@]}" apt-get -qq -y --no-install-recommends "$@" >"$work/apt.log" 2>&1 ||
     { tail -n 30 "$work/apt.log" >&2; fail "apt-get $*"; }; }
 install_packages() { apt --allow-downgrades install "$@"; }
-purge() { apt purge loyalty-till loyalty-till-dev loyalty-simulator; installed=; }
+purge() { apt purge loyalty-till loyalty-till-window loyalty-till-dev loyalty-simulator; installed=; }
 # What is on the machine, apart from what apt and the system's own daemons keep.
 listing() {
     "${root[@]}" find /etc /usr /lib /opt /var -xdev \( -path /var/cache -o -path /var/lib/dpkg -o \
@@ -89,7 +89,7 @@ step "upgrade with an order that waits; then a newer store"
 dpkg-deb -R "$work"/packages/loyalty-till_*.deb "$work/newer"
 sed -i 's/^Version: .*/Version: 999-1/' "$work/newer/DEBIAN/control"
 dpkg-deb --root-owner-group -b "$work/newer" "$work/newer.deb" >/dev/null
-"${root[@]}" apt-get -qq -y remove loyalty-till-dev >/dev/null # of exactly one version
+"${root[@]}" apt-get -qq -y remove loyalty-till-dev loyalty-till-window >/dev/null # of exactly one version
 install_packages "$work/newer.deb"
 as_till till queue >"$work/queue"
 expect "$work/queue" 'waiting: 1, parked: 0'

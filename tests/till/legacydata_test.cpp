@@ -115,6 +115,9 @@ TEST_F(LegacyData, ComesIntoTheStoreAsAWholeAndOnce)
     EXPECT_THAT(numbersIn(store, ReceiptState::Open), ElementsAre(4));
     EXPECT_EQ(store.open(place, 1).document->getHeader().num, 42);
     EXPECT_EQ(store.shift(place), 7);
+    EXPECT_EQ(
+        Database(till::Store::fileIn(directory.path())).read("PRAGMA auto_vacuum")->first().first(),
+        2);
     EXPECT_THAT(QDir(directory.path())
                     .entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name),
                 ElementsAre(QStringLiteral("damaged"), QStringLiteral("numbers"),

@@ -2,12 +2,16 @@
 
 #include "till/core/deliverer.h"
 #include "till/core/deliveryloop.h"
+#include "till/core/retention.h"
+#include "till/core/store.h"
 #include "till/core/unstoredmessages.h"
 
 #include "interface/interface.h"
 
 #include <host/dbqueuebroker.h>
 #include <host/restclient.h>
+
+#include <QFileInfo>
 
 #include <condition_variable>
 #include <mutex>
@@ -58,6 +62,9 @@ private:
         Deliverer deliverer(broker, service);
         DeliveryLoop loop(deliverer, Backoff(range), *this);
         loop.setUnstoredMessages(&unstored);
+        Store store(QFileInfo(queueFile).path());
+        Retention retention(store);
+        loop.setWhenIdle([&retention] { retention.step(); });
         loop.run();
     }
 

@@ -52,6 +52,8 @@ void DeliveryLoop::run()
             round.outcome == Deliverer::Outcome::Unusable)
             logger().warn(QStringLiteral("%1; the next try comes in %2 ms"), deliverer.lastError(),
                           static_cast<qint64>(rest.time.count()));
+        if (round.outcome == Deliverer::Outcome::Emptied)
+            whenIdle();
         pause.rest(rest.time, rest.isWakeable);
     }
 }

@@ -37,6 +37,8 @@ public:
     void setUnstoredMessages(UnstoredMessages *messages) { unstored = messages; }
     /// Called before each message is sent.
     void setBeforeEach(std::function<void()> callback) { beforeEach = std::move(callback); }
+    /// Called between rounds while nothing is waiting.
+    void setWhenIdle(std::function<void()> callback) { whenIdle = std::move(callback); }
 
     /// Delivers until stopped.
     void run();
@@ -54,6 +56,7 @@ private:
     DeliveryPause &pause;
     UnstoredMessages *unstored = nullptr;
     std::function<void()> beforeEach = [] {};
+    std::function<void()> whenIdle = [] {};
 };
 
 } // namespace till

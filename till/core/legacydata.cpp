@@ -97,6 +97,9 @@ std::optional<QString> adoptQueue(const QString &directory)
                                 database.problem() == Database::Problem::Foreign;
             return isLost ? std::nullopt : std::optional(database.lastError());
         }
+        // Only a file that is written anew can be made to shrink when receipts are removed.
+        if (!database.write("PRAGMA auto_vacuum = INCREMENTAL") || !database.write("VACUUM"))
+            return database.lastError();
     }
     if (QFileInfo::exists(queue + QLatin1String("-wal")))
         return QStringLiteral("%1: an older till or delivery is still at work with it").arg(queue);

@@ -299,6 +299,36 @@ std::optional<QList<HistoryEntry>> Store::history(qint64 row)
     return entries;
 }
 
+std::optional<int> Store::removeBefore(const QDate &day, int limit)
+{
+    constexpr auto oldest =
+        "SELECT id FROM receipts WHERE begun < ? AND state IN ('committed', 'cancelled') "
+        "AND report NOT IN ('queued', 'refused') "
+        "AND NOT EXISTS (SELECT 1 FROM messages WHERE receipt = receipts.id) "
+        "ORDER BY begun LIMIT ?";
+    const QVariantList values{day.toString(Qt::ISODate), limit};
+    // Looked for first: a store with nothing to remove is not written.
+    const auto found = database.read(oldest, values);
+    if (!found || found->isEmpty())
+        return found ? std::optional(0) : std::nullopt;
+    const auto isDone = together([&] {
+        const auto remove = [this](const Database::Row &row) {
+            return database.write("DELETE FROM receipts WHERE id = ?", row).has_value();
+        };
+        if (!std::all_of(found->begin(), found->end(), remove))
+            return false;
+        const auto free = database.read("PRAGMA freelist_count");
+        const auto pages = free ? free->first().first().toInt() : 0;
+        // Qt lets SQLite take one step of it, which gives back one page.
+        for (int page = 0; page < pages; ++page) {
+            if (!database.read("PRAGMA incremental_vacuum"))
+                return false;
+        }
+        return free.has_value();
+    });
+    return isDone ? std::optional(static_cast<int>(found->size())) : std::nullopt;
+}
+
 std::optional<qint64> Store::countReported(Report outcome)
 {
     const auto rows = database.read("SELECT count(*) FROM receipts WHERE report = ? AND "

@@ -137,6 +137,10 @@ public:
     /// How the delivery of the loyalty system's queue stands.
     DeliveryState deliveryState(const QString &queue);
 
+    /// Removes the oldest receipts begun before that day with which nothing is left to be done, at
+    /// most so many, and gives their place in the file back. \return How many; nothing when it
+    /// failed.
+    std::optional<int> removeBefore(const QDate &day, int limit);
     /// Does several operations as one: all of them or, when one answers false, none.
     [[nodiscard]] bool together(const std::function<bool()> &operations);
     /// Takes over a receipt kept elsewhere until now; one that is here already stays as it is.

@@ -4,6 +4,7 @@
 #include "till/core/deliveryloop.h"
 #include "till/core/exchangecounts.h"
 #include "till/core/printable.h"
+#include "till/core/retention.h"
 #include "till/core/settings.h"
 #include "till/core/signalpause.h"
 #include "till/core/store.h"
@@ -73,6 +74,9 @@ int runDelivery(const Settings &settings, bool once, std::ostream &output)
     Deliverer deliverer(broker, service);
     DeliveryLoop loop(deliverer, Backoff(settings.backoff), pause);
     if (!once) {
+        Store store(settings.dataDirectory);
+        Retention retention(store);
+        loop.setWhenIdle([&retention] { retention.step(); });
         loop.run();
         return 0;
     }
