@@ -82,7 +82,7 @@ endforeach()
 function(document_program target component summary)
     set(page "${made}/${target}.1")
     add_custom_command(OUTPUT "${page}"
-        COMMAND "${HELP2MAN}" --no-info --version-string="${PROJECT_VERSION}" --name=${summary} --output "${page}" $<TARGET_FILE:${target}>
+        COMMAND "${HELP2MAN}" --no-info --name=${summary} --output "${page}" $<TARGET_FILE:${target}>
         DEPENDS ${target} VERBATIM)
     install_compressed("${page}" ${target}.1 "${CMAKE_INSTALL_MANDIR}/man1" ${component})
     install(FILES completion/${target} COMPONENT ${component}

@@ -164,14 +164,19 @@ int main(int argc, char *argv[])
     pthread_sigmask(SIG_BLOCK, &endSignals, nullptr);
 
     const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(u"simulator"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(SIMULATOR_VERSION));
     QCommandLineParser parser;
     parser.setApplicationDescription(description());
     const auto help = parser.addHelpOption();
+    const auto version = parser.addVersionOption();
     addOptions(parser);
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(parser.errorText() + sayMore, 2);
     if (parser.isSet(help))
         parser.showHelp();
+    if (parser.isSet(version))
+        parser.showVersion();
     Options options;
     if (const auto wrong = readOptions(parser, options); !wrong.isEmpty())
         return fail(wrong + sayMore, 2);

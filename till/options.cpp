@@ -46,14 +46,15 @@ constexpr std::array knownOptions{
 };
 
 constexpr auto commandHelp =
-    "Nothing: sell, with commands from standard input.\n"
-    "check: say whether this till will work.\n"
-    "deliver: bring the waiting messages to the service until stopped.\n"
-    "metrics: the till's figures as OpenMetrics text.\n"
-    "queue [list | parked | park ID | retry ID | retry all | export FILE]: look after the waiting "
-    "messages.\n"
-    "receipts [show NUMBER]: list the receipts or show one.\n"
-    "report NUMBER: report a committed receipt once more.";
+    "  check                   says whether this till will work\n"
+    "  deliver                 brings the waiting messages to the service until it is stopped\n"
+    "  metrics                 shows the till's figures as OpenMetrics text\n"
+    "  queue [list | parked]   shows what waits for delivery, or what is put aside\n"
+    "  queue park ID           puts a waiting message aside\n"
+    "  queue retry ID          puts one back; \"all\" instead of ID: all of them\n"
+    "  queue export FILE       writes all messages into a new file\n"
+    "  receipts [show NUMBER]  lists the receipts, or shows one\n"
+    "  report NUMBER           reports a committed receipt once more";
 
 constexpr auto exitCodeHelp =
     "Exit code when selling: 0 when every line was understood (a step that the sale refuses is\n"
@@ -93,7 +94,9 @@ void addTo(QCommandLineParser &parser)
     parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")});
     parser.addOption({QStringLiteral("version"), QStringLiteral("Show the version.")});
-    parser.addPositionalArgument(QStringLiteral("command"), latin1(commandHelp),
+    parser.addPositionalArgument(QStringLiteral("command"),
+                                 QStringLiteral("See below; none: sell, with commands from "
+                                                "standard input."),
                                  QStringLiteral("[command]"));
     parser.setApplicationDescription(QStringLiteral("Till emulator for the loyalty plugin."));
 }
@@ -101,11 +104,12 @@ void addTo(QCommandLineParser &parser)
 QString helpText(const QCommandLineParser &parser)
 {
     return parser.helpText() +
-           QStringLiteral("\nCommands when selling, one a line, each with an example:\n%1\n"
+           QStringLiteral("\nCommands:\n%1\n\n"
+                          "Commands when selling, one a line, each with an example:\n%2\n"
                           "A line that begins with # is a comment. In a dialog each line is one "
                           "answer; /cancel cancels it.\n"
                           "The end of the input ends the program; an open receipt stays open.\n\n")
-               .arg(SaleCommands::help()) +
+               .arg(latin1(commandHelp), SaleCommands::help()) +
            latin1(exitCodeHelp);
 }
 

@@ -26,7 +26,7 @@ QString SaleCommands::help()
 {
     QStringList lines;
     for (const auto &command : commands())
-        lines.append(QStringLiteral("  %1 %2").arg(command.usage, -46).arg(command.help));
+        lines.append(QStringLiteral("  %1  %2").arg(command.usage, -46).arg(command.help));
     return lines.join(u'\n');
 }
 

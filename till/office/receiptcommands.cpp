@@ -3,6 +3,7 @@
 #include "till/core/numbers.h"
 #include "till/core/printable.h"
 #include "till/core/receiptview.h"
+#include "till/core/sale.h"
 #include "till/office/json.h"
 #include "till/office/texts.h"
 
@@ -36,11 +37,11 @@ QString stateText(ReceiptState state)
     return {};
 }
 
-QString reportText(Report report)
+QString reportText(Report report, bool isSale)
 {
     switch (report) {
-    case Report::None:
-        return Office::tr("nothing to report");
+    case Report::None: // of a sale: taken over from a version that did not keep it
+        return isSale ? Office::tr("not recorded") : Office::tr("nothing to report");
     case Report::Reported:
         return Office::tr("reported");
     case Report::Queued:
@@ -52,23 +53,22 @@ QString reportText(Report report)
 }
 
 /// How the receipt stands, and what was said of it.
-QString outcomeText(ReceiptState state, const ReportRecord &report)
+QString outcomeText(ReceiptState state, const ReportRecord &report, int kind)
 {
     if (state != ReceiptState::Committed)
         return stateText(state);
-    const auto outcome = reportText(report.outcome);
+    const auto outcome = reportText(report.outcome, kind == Sale::sold);
     return report.told.isEmpty() ? outcome : QStringLiteral("%1: %2").arg(outcome, report.told);
 }
 
 QString lineOf(const ReceiptRecord &record)
 {
-    constexpr int sale = 1;
     const auto &header = record.header;
     return QStringLiteral("%1  %2  %3  %4")
         .arg(QString::number(header.num),
              header.dateTimeBeg.toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")),
-             header.kind == sale ? Office::tr("sale") : Office::tr("return"),
-             outcomeText(record.state, record.report));
+             header.kind == Sale::sold ? Office::tr("sale") : Office::tr("return"),
+             outcomeText(record.state, record.report, header.kind));
 }
 
 QJsonObject toJson(ReceiptState state, const ReportRecord &report)
@@ -137,7 +137,7 @@ void showText(std::ostream &output, const ReceiptRecord &record, const QList<His
         printLine(output,
                   QStringLiteral("%1  %2").arg(
                       entry.at.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm:ss.zzz")),
-                      outcomeText(entry.state, entry.report)));
+                      outcomeText(entry.state, entry.report, header.kind)));
     QString error;
     const auto document = documentjson::fromJson(documentOf(record), error);
     if (!document) {
