@@ -1,7 +1,6 @@
 #include "benchmarks/comparison.h"
 #include "benchmarks/setup.h"
 
-
 #include <benchmark/benchmark.h>
 
 #include <QCommandLineParser>

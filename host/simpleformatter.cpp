@@ -28,13 +28,13 @@ enum class Format {
 /// A piece of a mask: text to copy or, when `name` is not empty, a placeholder.
 struct Piece
 {
-    QString text;        ///< As it stands in the mask; "%" for "%%".
-    bool stray = false;  ///< A percent sign that begins nothing.
-    QString source = {}; ///< Empty for an extra value.
-    QString name = {};
+    QString text;       ///< As it stands in the mask; "%" for "%%".
+    bool stray = false; ///< A percent sign that begins nothing.
+    QString source;     ///< Empty for an extra value.
+    QString name;
     Format format = Format::Text;
-    int width = 0;        ///< Digits of a number at the least.
-    QString pattern = {}; ///< Of a date and time, in Qt's spelling.
+    int width = 0;   ///< Digits of a number at the least.
+    QString pattern; ///< Of a date and time, in Qt's spelling.
 };
 
 void readFormat(Piece &piece, const QString &text)
@@ -55,6 +55,13 @@ void readFormat(Piece &piece, const QString &text)
     }
 }
 
+Piece textPiece(const QString &text)
+{
+    Piece piece;
+    piece.text = text;
+    return piece;
+}
+
 QList<Piece> parseMask(const QString &mask)
 {
     // A placeholder, a percent sign twice, or one that begins neither. A bracket that is not closed
@@ -65,17 +72,20 @@ QList<Piece> parseMask(const QString &mask)
     QList<Piece> pieces;
     qsizetype end = 0;
     for (const auto &match : special.globalMatch(mask)) {
-        pieces.append({mask.mid(end, match.capturedStart() - end)});
+        pieces.append(textPiece(mask.mid(end, match.capturedStart() - end)));
         end = match.capturedEnd();
         if (!match.hasCaptured(2)) {
-            pieces.append({QStringLiteral("%"), match.capturedLength() == 1});
+            pieces.append(textPiece(QStringLiteral("%")));
+            pieces.last().stray = match.capturedLength() == 1;
             continue;
         }
-        pieces.append({match.captured(), false, match.captured(1), match.captured(2)});
+        pieces.append(textPiece(match.captured()));
+        pieces.last().source = match.captured(1);
+        pieces.last().name = match.captured(2);
         if (match.hasCaptured(3))
             readFormat(pieces.last(), match.captured(3));
     }
-    pieces.append({mask.mid(end)});
+    pieces.append(textPiece(mask.mid(end)));
     return pieces;
 }
 
@@ -192,6 +202,15 @@ bool appendValue(QString &result, const QVariant &value, const Piece &piece)
     return false;
 }
 
+QString whyLeftOut(const Piece &piece, const QVariant &value)
+{
+    if (!value.isValid())
+        return QStringLiteral("there is nothing of that name");
+    if (piece.format == Format::Unknown)
+        return QStringLiteral("the format is unknown");
+    return QStringLiteral("the value is missing or does not fit the format");
+}
+
 QString expand(const QString &mask, const QList<QSharedPointer<FormatterSource>> &sources,
                const QVariantMap &extraValues, QStringList &complaints)
 {
@@ -211,11 +230,8 @@ QString expand(const QString &mask, const QList<QSharedPointer<FormatterSource>>
         if (value.isValid() && appendValue(result, value, piece))
             continue;
         result.truncate(length);
-        const auto reason = !value.isValid() ? QStringLiteral("there is nothing of that name")
-                            : piece.format == Format::Unknown
-                                ? QStringLiteral("the format is unknown")
-                                : QStringLiteral("the value is missing or does not fit the format");
-        complaints.append(QStringLiteral("%1 in a mask is left out: %2").arg(piece.text, reason));
+        complaints.append(QStringLiteral("%1 in a mask is left out: %2")
+                              .arg(piece.text, whyLeftOut(piece, value)));
     }
     return result;
 }
