@@ -113,7 +113,8 @@ class Place(contextlib.ExitStack):
                           + "\n" + self.more)
         config.chmod(self.mode)
         environment = {name: value for name, value in os.environ.items() if "proxy" not in name}
-        return subprocess.run([*self.around, TILL, "--config", config, *arguments], text=True,
+        return subprocess.run([*self.around, TILL, "--config", config, "--language", "en",
+                               *arguments], text=True,
                               input=sold, env={**environment, **self.environment}, check=False,
                               capture_output=True)
 

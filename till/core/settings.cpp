@@ -30,13 +30,14 @@ std::chrono::milliseconds duration(const QString &key, std::chrono::milliseconds
 
 Settings loadSettings(const SettingsOverrides &overrides, QString &error)
 {
+    Settings settings;
+    settings.language = overrides.language; // in which even a bad file is told
     const auto file = Config::filePath(overrides.config);
     error = Singleton<Config>::instance()->load(file).value_or(QString());
     if (!error.isEmpty())
-        return {};
+        return settings;
     const auto defaultData = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                              QLatin1String("/till");
-    Settings settings;
     settings.pluginFile =
         LoyaltyPlugin::filePath(chosen(overrides.plugin, QStringLiteral("Till:plugin")));
     settings.dataDirectory =
