@@ -1,5 +1,6 @@
 #include "till/core/legacydata.h"
 
+#include "till/core/damagedfile.h"
 #include "till/core/reservednumbers.h"
 #include "till/core/store.h"
 
@@ -41,18 +42,6 @@ QJsonObject readObject(const QString &file, QString &error)
     const auto content = privatefile::read(file, largestReceipt);
     error = content.error;
     return QJsonDocument::fromJson(content.bytes).object();
-}
-
-QString moveToDamaged(const QString &directory, const QString &file)
-{
-    const auto place = directory + QLatin1String("/damaged");
-    const auto target = place + u'/' + QFileInfo(file).fileName();
-    if (const auto error = privatefile::createDirectory(place))
-        return *error;
-    if (::renameat2(AT_FDCWD, QFile::encodeName(file).constData(), AT_FDCWD,
-                    QFile::encodeName(target).constData(), RENAME_NOREPLACE) != 0)
-        return QStringLiteral("it cannot be moved to %1: %2").arg(target, qt_error_string());
-    return QStringLiteral("it is kept as %1").arg(target);
 }
 
 } // namespace
@@ -127,7 +116,7 @@ QString adoptReceipts(const QString &directory, Store &store, const TillPlace &p
             const auto document = error.isEmpty() ? documentjson::fromJson(json, error) : nullptr;
             if (!document)
                 notes.append(QStringLiteral("%1: the receipt cannot be read: %2; %3")
-                                 .arg(file, error, moveToDamaged(directory, file)));
+                                 .arg(file, error, putAside(file, directory)));
             else if (store.adopt(document, state))
                 taken.append(file);
             else

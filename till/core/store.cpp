@@ -1,52 +1,25 @@
 #include "till/core/store.h"
 
+#include "till/core/damagedfile.h"
 #include "till/core/reservednumbers.h"
 
 #include <host/documentjson.h>
-#include <host/privatefile.h>
 
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 namespace till {
 
 namespace {
 
-constexpr std::array stateNames{"open", "committing", "committed", "cancelled"};
-constexpr std::array reportNames{"", "reported", "queued", "refused"};
-
-template<typename Enum, size_t size>
-QString nameOf(const std::array<const char *, size> &names, Enum value)
-{
-    return QLatin1String(names.at(static_cast<size_t>(value)));
-}
-
-/// The value of that name; the first one for a name that is none.
-template<typename Enum, size_t size>
-Enum valueOf(const std::array<const char *, size> &names, const QString &name)
-{
-    const auto found = std::find_if(names.begin(), names.end(), [&name](const char *known) {
-        return name == QLatin1String(known);
-    });
-    return static_cast<Enum>(found == names.end() ? 0 : found - names.begin());
-}
-
 qint64 now()
 {
     return QDateTime::currentMSecsSinceEpoch();
-}
-
-QDateTime utc(const QVariant &milliseconds)
-{
-    return QDateTime::fromMSecsSinceEpoch(milliseconds.toLongLong()).toUTC();
 }
 
 /// A null text would be no text to SQLite.
@@ -67,66 +40,7 @@ QString jsonOf(const AbstractDocument &document)
     return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
 }
 
-ReportRecord reportOf(const Database::Row &row, int column)
-{
-    return {valueOf<Report>(reportNames, row.at(column).toString()), row.at(column + 1).toString(),
-            row.at(column + 2).toString()};
-}
-
-#define RECORD_COLUMNS                                                                             \
-    "id, shop, cash, shift, number, kind, begun, state, report, answer, told, changed"
-
-ReceiptRecord recordOf(const Database::Row &row)
-{
-    ReceiptRecord record;
-    record.row = row.at(0).toLongLong();
-    record.header.shopCode = row.at(1).toInt();
-    record.header.cashCode = row.at(2).toInt();
-    record.header.shift = row.at(3).toInt();
-    record.header.num = row.at(4).toInt();
-    record.header.kind = row.at(5).toInt();
-    record.header.dateTimeBeg = QDateTime::fromString(row.at(6).toString(), Qt::ISODate);
-    record.state = valueOf<ReceiptState>(stateNames, row.at(7).toString());
-    record.report = reportOf(row, 8);
-    record.changed = utc(row.at(11));
-    if (row.size() > 12)
-        record.document = row.at(12).toString();
-    return record;
-}
-
-/// Moves the store's files into "damaged/" beside it. \return Where they are, or why not, in words.
-QString putAside(const QString &file)
-{
-    const auto directory = QFileInfo(file).path() + QLatin1String("/damaged");
-    if (const auto error = privatefile::createDirectory(directory))
-        return *error;
-    QString kept;
-    for (int number = 1; kept.isEmpty() || QFileInfo::exists(kept); ++number)
-        kept = QStringLiteral("%1/%2.%3").arg(directory, QFileInfo(file).fileName()).arg(number);
-    // The database itself last: without it the others would be taken for those of a new one.
-    for (const auto *suffix : {"-wal", "-shm", ""}) {
-        const auto from = QFile::encodeName(file) + suffix;
-        if (QFileInfo::exists(QFile::decodeName(from)) &&
-            std::rename(from.constData(), (QFile::encodeName(kept) + suffix).constData()) != 0)
-            return QStringLiteral("it cannot be moved to %1: %2").arg(kept, qt_error_string());
-    }
-    return privatefile::syncDirectory(directory) &&
-                   privatefile::syncDirectory(QFileInfo(file).path())
-               ? QStringLiteral("it is kept as %1").arg(kept)
-               : qt_error_string();
-}
-
 } // namespace
-
-QString nameOf(ReceiptState state)
-{
-    return nameOf(stateNames, state);
-}
-
-QString nameOf(Report report)
-{
-    return nameOf(reportNames, report);
-}
 
 Store::Store(const QString &directory)
     : database(fileIn(directory))
@@ -149,7 +63,7 @@ QString Store::prepare()
     if (database.problem() != Database::Problem::Damaged)
         return problem;
     database.close();
-    const auto place = putAside(database.file());
+    const auto place = putAside(database.file(), QFileInfo(database.file()).path());
     return database.open() ? QStringLiteral("%1; %2").arg(problem, place)
                            : QStringLiteral("%1; %2; %3").arg(problem, place, lastError());
 }
@@ -193,7 +107,7 @@ bool Store::save(StoredReceipt &receipt, ReceiptState state)
         return false;
     if (receipt.row != 0 && receipt.state != state &&
         !database.write("UPDATE receipts SET state = ?, changed = ? WHERE id = ?",
-                        {nameOf(stateNames, state), now(), changed.row}))
+                        {nameOf(state), now(), changed.row}))
         return false;
     if (!transaction.commit())
         return false;
@@ -211,10 +125,10 @@ bool Store::saveCommitted(StoredReceipt &receipt, const ReportRecord &report,
         return false;
     // Whatever an earlier report has left is settled by this one.
     if (!database.write("DELETE FROM messages WHERE receipt = ?", {changed.row}) ||
-        !database.write("UPDATE receipts SET state = 'committed', report = ?, answer = ?, "
-                        "told = ?, changed = ? WHERE id = ?",
-                        {nameOf(reportNames, report.outcome), kept(report.answer),
-                         kept(report.told), now(), changed.row}))
+        !database.write(
+            "UPDATE receipts SET state = 'committed', report = ?, answer = ?, "
+            "told = ?, changed = ? WHERE id = ?",
+            {nameOf(report.outcome), kept(report.answer), kept(report.told), now(), changed.row}))
         return false;
     const auto put = [&](const QueuedMessage &message) {
         return DBQueueBroker::insert(database, message, changed.row);
@@ -244,7 +158,7 @@ QList<StoredReceipt> Store::receiptsIn(ReceiptState state, int limit, qint64 aft
 {
     const auto rows = database.read("SELECT id, document FROM receipts WHERE state = ? AND id > ? "
                                     "ORDER BY id LIMIT ?",
-                                    {nameOf(stateNames, state), afterRow, limit});
+                                    {nameOf(state), afterRow, limit});
     QList<StoredReceipt> receipts;
     for (const auto &row : rows.value_or(QList<Database::Row>()))
         receipts.append(read(row, state));
@@ -254,7 +168,7 @@ QList<StoredReceipt> Store::receiptsIn(ReceiptState state, int limit, qint64 aft
 std::optional<qint64> Store::countIn(ReceiptState state)
 {
     const auto rows =
-        database.read("SELECT count(*) FROM receipts WHERE state = ?", {nameOf(stateNames, state)});
+        database.read("SELECT count(*) FROM receipts WHERE state = ?", {nameOf(state)});
     return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
 }
 
@@ -266,37 +180,6 @@ std::optional<StoredReceipt> Store::committedReceipt(int number)
     if (!rows || rows->isEmpty())
         return std::nullopt;
     return read(rows->first(), ReceiptState::Committed);
-}
-
-std::optional<QList<ReceiptRecord>> Store::list(const ReceiptFilter &filter)
-{
-    const auto report = filter.outcome ? nameOf(reportNames, *filter.outcome) : QStringLiteral("%");
-    const auto rows = database.read(
-        "SELECT " RECORD_COLUMNS " FROM receipts WHERE report LIKE ? AND begun >= ? "
-        "ORDER BY id DESC LIMIT ?",
-        {report, filter.since.isValid() ? filter.since.toString(Qt::ISODate) : QStringLiteral(""),
-         filter.limit});
-    return records(rows);
-}
-
-std::optional<QList<ReceiptRecord>> Store::find(int number)
-{
-    return records(database.read("SELECT " RECORD_COLUMNS ", document FROM receipts "
-                                 "WHERE number = ? ORDER BY id DESC",
-                                 {number}));
-}
-
-std::optional<QList<HistoryEntry>> Store::history(qint64 row)
-{
-    const auto rows = database.read(
-        "SELECT at, state, report, answer, told FROM history WHERE receipt = ? ORDER BY id", {row});
-    if (!rows)
-        return std::nullopt;
-    QList<HistoryEntry> entries;
-    for (const auto &entry : *rows)
-        entries.append({utc(entry.at(0)), valueOf<ReceiptState>(stateNames, entry.at(1).toString()),
-                        reportOf(entry, 2)});
-    return entries;
 }
 
 std::optional<int> Store::removeBefore(const QDate &day, int limit)
@@ -327,45 +210,6 @@ std::optional<int> Store::removeBefore(const QDate &day, int limit)
         return free.has_value();
     });
     return isDone ? std::optional(static_cast<int>(found->size())) : std::nullopt;
-}
-
-std::optional<qint64> Store::countReported(Report outcome)
-{
-    const auto rows = database.read("SELECT count(*) FROM receipts WHERE report = ? AND "
-                                    "state = 'committed'",
-                                    {nameOf(reportNames, outcome)});
-    return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
-}
-
-DeliveryState Store::deliveryState(const QString &queue)
-{
-    DeliveryState state;
-    const auto waiting = database.read("SELECT count(*), min(queuedAt) FROM messages "
-                                       "WHERE queue = ? AND parked = 0",
-                                       {queue});
-    const auto parked = database.read("SELECT count(*) FROM messages WHERE queue = ? "
-                                      "AND parked = 1",
-                                      {queue});
-    const auto refused = countReported(Report::Refused);
-    state.error = lastError();
-    if (!waiting || !parked || !refused)
-        return state;
-    state.waiting = waiting->first().at(0).toLongLong();
-    if (state.waiting > 0)
-        state.oldestWaiting = utc(waiting->first().at(1));
-    state.parked = parked->first().first().toLongLong();
-    state.refused = *refused;
-    return state;
-}
-
-std::optional<QList<ReceiptRecord>> Store::records(const std::optional<QList<Database::Row>> &rows)
-{
-    if (!rows)
-        return std::nullopt;
-    QList<ReceiptRecord> records;
-    for (const auto &row : *rows)
-        records.append(recordOf(row));
-    return records;
 }
 
 std::optional<Store::Numbers> Store::readNumbers(const TillPlace &place)
@@ -404,7 +248,7 @@ bool Store::insert(StoredReceipt &receipt, ReceiptState state)
         "INSERT INTO receipts (shop, cash, shift, number, kind, begun, state, changed, document) "
         "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
         {header.shopCode, header.cashCode, header.shift, header.num, header.kind,
-         header.dateTimeBeg.toString(Qt::ISODate), nameOf(stateNames, state), now(),
+         header.dateTimeBeg.toString(Qt::ISODate), nameOf(state), now(),
          jsonOf(*receipt.document)});
     if (!inserted)
         return false;
