@@ -104,7 +104,8 @@ Answer Service::changeStatus(const QJsonObject &body)
         line.insert("status"_L1, change["lines"_L1][i]["status"_L1]);
         lines.replace(i, line);
     }
-    const bool isRepeated = order["statusChanges"_L1].toInt() > 0 && order["lines"_L1] == lines;
+    const bool isRepeated =
+        order["statusChanges"_L1].toInt() > 0 && order["lines"_L1].toArray() == lines;
     count(order, isRepeated ? "statusRepetitions"_L1 : "statusChanges"_L1);
     order.insert("lines"_L1, lines);
     store.put(kept::orders, orderId(order), order);

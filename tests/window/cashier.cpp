@@ -147,7 +147,7 @@ void WindowTest::openWindow(const QString &language)
     const auto size = qEnvironmentVariable("WINDOW_SIZE", QStringLiteral("1024x768")).split(u'x');
     window->resize(size.at(0).toInt(), size.at(1).toInt());
     window->show();
-    QApplication::setActiveWindow(window.get());
+    window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     window->start();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isBusy(); }, 10'000));

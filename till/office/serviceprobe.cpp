@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QLocale>
+#include <QTimeZone>
 #include <QUrl>
 
 #include <array>
@@ -29,10 +30,9 @@ size_t discard(char * /*from*/, size_t size, size_t count, void * /*into*/)
 /// "Nov  5 07:45:00 2026 GMT" as libcurl spells the end of a certificate.
 QDateTime certificateTime(const QString &text)
 {
-    auto time = QLocale::c().toDateTime(text.simplified().remove(QStringLiteral(" GMT")),
-                                        QStringLiteral("MMM d HH:mm:ss yyyy"));
-    time.setTimeSpec(Qt::UTC);
-    return time;
+    const auto time = QLocale::c().toDateTime(text.simplified().remove(QStringLiteral(" GMT")),
+                                              QStringLiteral("MMM d HH:mm:ss yyyy"));
+    return {time.date(), time.time(), QTimeZone::utc()};
 }
 
 QList<ShownCertificate> shownChain(CURL *handle)
@@ -117,6 +117,32 @@ Handle prepare(const QUrl &url, const Proxy &proxy, std::chrono::milliseconds ti
     return handle;
 }
 
+void readConnection(CURL *handle, ServiceProbe &probe)
+{
+    const char *address = nullptr;
+    curl_off_t connected = 0;
+    curl_easy_getinfo(handle, CURLINFO_PRIMARY_IP, &address);
+    curl_easy_getinfo(handle, CURLINFO_CONNECT_TIME_T, &connected);
+    probe.address = QString::fromLatin1(address);
+    probe.connectTime = std::chrono::milliseconds(connected / 1'000);
+}
+
+/// Whether somebody accepts connections and does not speak TLS; a running-out of time in the middle
+/// of the handshake looks as if nobody did.
+void examineSilence(QUrl url, const Proxy &proxy, std::chrono::milliseconds timeout,
+                    ServiceProbe &probe)
+{
+    constexpr int httpsPort = 443;
+    url.setPort(url.port(httpsPort));
+    url.setScheme(QStringLiteral("http"));
+    const auto handle = prepare(url, proxy, timeout);
+    curl_easy_setopt(handle.get(), CURLOPT_CONNECT_ONLY, 1L);
+    if (curl_easy_perform(handle.get()) != CURLE_OK)
+        return;
+    probe.failure = ServiceProbe::Failure::Tls;
+    readConnection(handle.get(), probe);
+}
+
 /// Looks at a certificate that is not trusted; nothing is sent to its owner.
 void examineCertificate(const QUrl &url, const Proxy &proxy, std::chrono::milliseconds timeout,
                         ServiceProbe &probe)
@@ -147,15 +173,13 @@ ServiceProbe probeService(const QUrl &url, std::chrono::milliseconds timeout)
     if (code != CURLE_OK)
         probe.reason = proxy.harmless(
             QString::fromUtf8(errorText.front() ? errorText.data() : curl_easy_strerror(code)));
-    const char *address = nullptr;
-    curl_off_t connected = 0;
-    curl_easy_getinfo(handle.get(), CURLINFO_PRIMARY_IP, &address);
-    curl_easy_getinfo(handle.get(), CURLINFO_CONNECT_TIME_T, &connected);
-    probe.address = QString::fromLatin1(address);
-    probe.connectTime = std::chrono::milliseconds(connected / 1'000);
+    readConnection(handle.get(), probe);
     probe.clockAhead = clockAhead(handle.get());
     if (probe.failure == ServiceProbe::Failure::Certificate)
         examineCertificate(url, proxy, timeout, probe);
+    else if (code == CURLE_OPERATION_TIMEDOUT && url.scheme() == QLatin1String("https") &&
+             probe.failure == ServiceProbe::Failure::Connection)
+        examineSilence(url, proxy, timeout, probe);
     else
         probe.chain = shownChain(handle.get());
     return probe;
