@@ -196,8 +196,12 @@ def sweep(binaries, workers, most, seed):
 
         def work(worker, own):
             for case in own:
-                findings.extend(f"{case}: {finding}" for finding in worker.findings(case))
+                for finding in worker.findings(case):
+                    findings.append(f"{case}: {finding}")
+                    print(findings[-1], flush=True)
                 counts[f"{case.kind} {case.length}"] += 1
+                if counts.total() % 500 == 0:
+                    print(f"{counts.total()} of {len(cases)} cases", flush=True)
         with ThreadPoolExecutor(workers) as pool:
             for task in [pool.submit(work, worker, cases[index::workers])
                          for index, worker in enumerate(crew)]:
