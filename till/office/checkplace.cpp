@@ -11,8 +11,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QStorageInfo>
 
+#include <filesystem>
 #include <unistd.h>
 
 namespace till {
@@ -50,7 +50,11 @@ void checkSpace(const QString &directory, Findings &findings)
     constexpr auto check = "place.space";
     constexpr qint64 leastBytes = 5LL << 20;
     constexpr qint64 fewBytes = 200LL << 20;
-    const auto free = QStorageInfo(existing(directory)).bytesAvailable();
+    // Qt's own answer needs the mount in the list of mounts, which a container may not show.
+    std::error_code error;
+    const auto space =
+        std::filesystem::space(QFile::encodeName(existing(directory)).toStdString(), error);
+    const auto free = error ? 0 : static_cast<qint64>(space.available);
     const auto text = Office::tr("%1 free").arg(QLocale::c().formattedDataSize(free));
     const auto mend = Office::tr("Make room on the file system of %1.").arg(directory);
     if (free < leastBytes)
