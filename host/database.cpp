@@ -3,6 +3,7 @@
 #include "host/privatefile.h"
 #include "host/schema.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
@@ -239,7 +240,8 @@ bool Database::switchToWal()
 {
     // SQLite does not wait for others here as it does elsewhere.
     constexpr int pause = 20;
-    for (auto waited = 0; waited <= busyMilliseconds; waited += pause) {
+    const QDeadlineTimer deadline(busyMilliseconds);
+    do {
         QSqlQuery query(connection);
         if (query.exec(QStringLiteral("PRAGMA journal_mode = WAL")) && query.next()) {
             const auto mode = query.value(0).toString();
@@ -249,7 +251,7 @@ bool Database::switchToWal()
         }
         fail(query.lastError());
         QThread::msleep(pause);
-    }
+    } while (!deadline.hasExpired());
     return false;
 }
 

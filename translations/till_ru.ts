@@ -587,6 +587,10 @@ last error: %1</source>
         <translation>Сертификат выдан другому узлу: исправьте LmMindbox:url.</translation>
     </message>
     <message>
+        <source>Nobody is trusted without this file: install ca-certificates, or correct Http:caFile.</source>
+        <translation>Без этого файла доверять некому: установите ca-certificates или исправьте Http:caFile.</translation>
+    </message>
+    <message>
         <source>Its authority is not trusted: name its PEM file in Http:caFile.</source>
         <translation>Удостоверяющему центру нет доверия: укажите его PEM-файл в Http:caFile.</translation>
     </message>

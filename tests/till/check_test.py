@@ -24,6 +24,7 @@ WRITES = "--write" in sys.argv
 del sys.argv[1:]
 
 CERTIFICATES = """
+: >none.pem
 new='openssl req -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=service'
 for authority in authority other; do
     $new -x509 -days 90 -subj /CN=$authority -keyout $authority.key -out $authority.pem
@@ -88,8 +89,10 @@ class Place(contextlib.ExitStack):
     def secure(self, name, authority="authority"):
         pem = {end: CERTIFICATE_DIRECTORY / f"{name}.{end}" for end in ("pem", "key")}
         self.simulate("--certificate", pem["pem"], "--private-key", pem["key"])
-        if authority:
-            self.settings["Http:caFile"] = CERTIFICATE_DIRECTORY / f"{authority}.pem"
+        self.trust(authority)
+
+    def trust(self, authority="authority"):
+        self.settings["Http:caFile"] = CERTIFICATE_DIRECTORY / f"{authority}.pem"
 
     def serve(self, **handler):
         server = http.server.ThreadingHTTPServer(("127.0.0.1", 0),
@@ -219,7 +222,7 @@ CASES = [
     ("http to another machine", put(LmMindbox_url="http://loyalty.invalid/v3/operations/sync"),
      [(W, "settings.values"), (F, "service.name")]),
     ("https where the service speaks http",
-     lambda place: place.talk_to(place.address.replace("http:", "https:")),
+     lambda place: (place.trust(), place.talk_to(place.address.replace("http:", "https:"))),
      [(F, "service.certificate")]),
     ("http where the service speaks https",
      lambda place: (place.secure("good"), place.talk_to(place.address.replace("https:", "http:"))),
@@ -231,6 +234,8 @@ CASES = [
     ("a certificate for another host", lambda place: place.secure("strange"),
      [(F, "service.certificate")]),
     ("a certificate of another authority", lambda place: place.secure("good", "other"),
+     [(F, "service.certificate")]),
+    ("a file of authorities that holds none", lambda place: place.secure("good", "none"),
      [(F, "service.certificate")]),
     ("a service that hangs", lambda place: place.hang(), [(F, "service.answer")]),
     ("a service that hangs at the look-up",

@@ -128,6 +128,10 @@ bool checkWay(const QUrl &url, const ServiceProbe &probe, Findings &findings)
         return fail("service.certificate",
                     Office::tr("There is no TLS at this port: correct scheme and port in "
                                "LmMindbox:url."));
+    if (probe.failure == Failure::Authorities)
+        return fail("service.certificate",
+                    Office::tr("Nobody is trusted without this file: install ca-certificates, or "
+                               "correct Http:caFile."));
     if (probe.failure == Failure::Certificate) {
         failCertificate(probe, findings);
         return false;

@@ -71,8 +71,9 @@ ServiceProbe::Failure failureOf(CURLcode code, CURL *handle)
         return Failure::Connection;
     case CURLE_SSL_CONNECT_ERROR:
         return Failure::Tls;
-    case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_CACERT_BADFILE:
+        return Failure::Authorities;
+    case CURLE_PEER_FAILED_VERIFICATION:
         return Failure::Certificate;
     default:
         break;

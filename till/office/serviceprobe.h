@@ -27,6 +27,7 @@ struct ServiceProbe
         Name,        ///< Cannot be resolved.
         Connection,  ///< Refused, or without an answer.
         Tls,         ///< There is no TLS at that port, or none that is good enough.
+        Authorities, ///< The file of the authorities that are trusted cannot be read.
         Certificate, ///< Expired, for another host or of an unknown authority.
         Silent,      ///< Connected, and no answer in time.
         Answer,      ///< Connected, and what comes is not HTTP.
