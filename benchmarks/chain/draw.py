@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Prints a table of simulated chains' figures and draws their curves.
 
-usage: draw.py [--before DIRECTORY] DATA PICTURES
+usage: draw.py DATA PICTURES
 """
 
 import argparse
@@ -57,25 +57,24 @@ def table(directory):
     return "\n".join("| " + " | ".join(row) + " |" for row in rows)
 
 
-def draw_drain(panels, tills, file):
+def draw_drain(directory, tills, file):
     """Requests a second around the end of the outage, by what became of them."""
-    figure, axes = pyplot.subplots(len(panels), 1, figsize=(9, 3.2 * len(panels)), squeeze=False)
-    for axis, (title, directory) in zip(axes[:, 0], panels):
-        figures = json.loads((directory / f"{tills}.json").read_text())
-        rows = [row for row in curve(directory / f"{tills}.csv") if row["second"] >= -600]
-        width = 30
-        minutes = [second / 60 for second in smooth([row["second"] for row in rows], width)]
-        parts = [smooth([row[part] for row in rows], width)
-                 for part in ("served", "turnedAway", "inVain")]
-        axis.stackplot(minutes, parts, labels=("served", "turned away", "without an answer"),
-                       colors=("#1b6ca8", "#c0562b", "#999999"))
-        axis.axhline(figures["capacity"], color="black", linewidth=1, label="capacity")
-        axis.axhline(1.5 * figures["capacity"], color="black", linewidth=1, linestyle=":",
-                     label="1.5 × capacity")
-        axis.set_title(f"{title}: {tills:,} tills")
-        axis.set_ylabel("requests a second")
-        axis.legend(loc="upper right", fontsize=8)
-    axes[-1, 0].set_xlabel("minutes since the service is back")
+    figure, axis = pyplot.subplots(figsize=(9, 3.5))
+    figures = json.loads((directory / f"{tills}.json").read_text())
+    rows = [row for row in curve(directory / f"{tills}.csv") if row["second"] >= -600]
+    width = 30
+    minutes = [second / 60 for second in smooth([row["second"] for row in rows], width)]
+    parts = [smooth([row[part] for row in rows], width)
+             for part in ("served", "turnedAway", "inVain")]
+    axis.stackplot(minutes, parts, labels=("served", "turned away", "without an answer"),
+                   colors=("#1b6ca8", "#c0562b", "#999999"))
+    axis.axhline(figures["capacity"], color="black", linewidth=1, label="capacity")
+    axis.axhline(1.5 * figures["capacity"], color="black", linewidth=1, linestyle=":",
+                 label="1.5 × capacity")
+    axis.set_title(f"{tills:,} tills")
+    axis.set_xlabel("minutes since the service is back")
+    axis.set_ylabel("requests a second")
+    axis.legend(loc="upper right", fontsize=8)
     save(figure, file)
 
 
@@ -103,16 +102,11 @@ def save(figure, file):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--before", type=pathlib.Path, help="data of an earlier run")
     parser.add_argument("data", type=pathlib.Path)
     parser.add_argument("pictures", type=pathlib.Path)
     arguments = parser.parse_args()
-    panels = [("now", arguments.data)]
-    if arguments.before:
-        panels.insert(0, ("before", arguments.before))
-        print(f"before\n\n{table(arguments.before)}\n")
-    print(f"now\n\n{table(arguments.data)}")
-    draw_drain(panels, TILLS[-1], arguments.pictures / "chain.svg")
+    print(table(arguments.data))
+    draw_drain(arguments.data, TILLS[-1], arguments.pictures / "chain.svg")
     draw_real(arguments.data, arguments.pictures / "chain-real.svg")
 
 
