@@ -3,72 +3,75 @@
 namespace lmmindbox {
 namespace {
 
-using testing::_;
 using testing::InSequence;
 using testing::Return;
+
+class MockConverter : public Converter
+{
+public:
+    MOCK_METHOD((std::pair<QJsonObject, QString>), getOrderPayload, (const Customer &, double),
+                (const, override));
+    MOCK_METHOD(QJsonObject, getChangeOrderStatusPayload, (const QString &), (override));
+};
 
 class Commit : public WorkflowTest
 {
 protected:
     Commit()
     {
-        Singleton<Session>::instance()->setCurrentDocument(document);
         document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Молоко"), 10, 2);
         plugin.customer = makeCustomer(QStringLiteral("79160000001"), true);
+        plugin.converter = converter;
+        ON_CALL(*converter, getOrderPayload)
+            .WillByDefault(Return(std::pair(payload, QStringLiteral("id"))));
     }
-    ~Commit() override { Singleton<Session>::instance()->setCurrentDocument(nullptr); }
 
-    static CreateOrderResult order(ProcessingStatus status, bool noConnection = false)
+    static CreateOrderResult order(ProcessingStatus status, const OperationResult &result = {})
     {
-        auto result = CreateOrderResult(noConnection ? withoutConnection()
-                                                     : makeResult(OperationStatus::Success));
-        result.processingStatus = status;
-        return result;
+        CreateOrderResult order(result);
+        order.processingStatus = status;
+        return order;
     }
+
+    const QJsonObject payload = {{QStringLiteral("payload"), 1}};
+    const QJsonObject change = {{QStringLiteral("change"), 2}};
+    QSharedPointer<testing::StrictMock<MockConverter>> converter{
+        new testing::StrictMock<MockConverter>};
 };
 
 TEST_F(Commit, AnOrderThatIsThereOrWaitsIsFollowedByItsStatus)
 {
-    QString phone = plugin.customer.mobilePhone;
     for (const auto &result :
          {order(ProcessingStatus::Processed), order(ProcessingStatus::Calculated),
-          order(ProcessingStatus::Unknown, true)}) {
+          order(ProcessingStatus::Unknown, withoutConnection())}) {
         InSequence inOrder;
-        QString id;
-        EXPECT_CALL(*service, createAuthorizedOrder(_, false))
-            .WillOnce([&](const QJsonObject &payload, bool) {
-                EXPECT_EQ(payload[QLatin1String("order")][QLatin1String("totalPrice")], 20);
-                EXPECT_EQ(payload[QLatin1String("customer")][QLatin1String("mobilePhone")], phone);
-                id = payload[QLatin1String("order")][QLatin1String("ids")]
-                            [QLatin1String("externalOrderIdLm")]
-                                .toString();
-                return result;
-            });
-        EXPECT_CALL(*service, changeOrderStatus(_, false))
-            .WillOnce([&](const QJsonObject &payload, bool) {
-                EXPECT_EQ(payload[QLatin1String("order")][QLatin1String("ids")]
-                                 [QLatin1String("externalOrderIdLm")],
-                          id);
-                EXPECT_EQ(payload[QLatin1String("order")][QLatin1String("lines")][0]
-                                 [QLatin1String("status")],
-                          QStringLiteral("Paid"));
-                return OperationResult();
-            });
+        EXPECT_CALL(*converter, getOrderPayload(plugin.customer, 20.0));
+        EXPECT_CALL(*service, createAuthorizedOrder(payload, false)).WillOnce(Return(result));
+        EXPECT_CALL(*converter, getChangeOrderStatusPayload(QStringLiteral("id")))
+            .WillOnce(Return(change));
+        EXPECT_CALL(*service, changeOrderStatus(change, false))
+            .WillOnce(Return(withoutConnection()));
         EXPECT_TRUE(plugin.commit(document));
-        EXPECT_FALSE(id.isEmpty());
         // A sale without a customer is reported as well.
         plugin.customer = {};
-        phone = QString();
     }
 }
 
 TEST_F(Commit, ARefusedOrderIsShownAndTheSaleGoesOn)
 {
+    auto own = makeResult(OperationStatus::Error);
+    own.error = {QStringLiteral("own"), QStringLiteral("own")};
+    EXPECT_CALL(*converter, getOrderPayload).Times(2);
     EXPECT_CALL(*service, createAuthorizedOrder)
-        .WillOnce(Return(order(ProcessingStatus::NotProcessed)));
+        .WillOnce(
+            Return(order(ProcessingStatus::NotProcessed, makeResult(OperationStatus::Success))))
+        .WillOnce(Return(order(ProcessingStatus::Unknown, own)));
+    InSequence inOrder;
     EXPECT_CALL(dialog, showMessage(isText("lmmindboxCreateAuthorizedOrderError",
                                            "Не удалось создать заказ"),
                                     0, 0));
+    EXPECT_CALL(dialog, showMessage(own.error, 0, 0));
+    EXPECT_TRUE(plugin.commit(document));
     EXPECT_TRUE(plugin.commit(document));
     EXPECT_EQ(plugin.customer.mobilePhone, QStringLiteral("79160000001"));
 }

@@ -96,6 +96,45 @@ TEST_F(Conversion, StatusPayloadDiffersOnlyInItsLineFormAndLeavesNoTrace)
     EXPECT_EQ(converter.getChangeOrderStatusPayload(QStringLiteral("any")), status);
 }
 
+TEST_F(Conversion, EachPieceOfAPayloadCanBeReplaced)
+{
+    class Replacing : public Converter
+    {
+    public:
+        QJsonArray getOrderLines() const override
+        {
+            auto lines = Converter::getOrderLines();
+            lines.append(2);
+            return lines;
+        }
+        QJsonArray getRequestedPromotions(const QSharedPointer<AbstractDocument> &,
+                                          const QSharedPointer<GoodsItem> &) const override
+        {
+            return {1};
+        }
+        QJsonObject getOrder() const override
+        {
+            auto order = Converter::getOrder();
+            order.insert(QLatin1String("more"), 3);
+            return order;
+        }
+        std::pair<QJsonObject, QString> getIds() const override
+        {
+            return {{{QStringLiteral("id"), 4}}, QStringLiteral("4")};
+        }
+    } replacing;
+    document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Молоко"), 10, 1);
+    const auto [creation, id] = replacing.getOrderPayload(customer, 1);
+    EXPECT_EQ(id, QStringLiteral("4"));
+    for (const auto &payload : {creation, replacing.getChangeOrderStatusPayload({})}) {
+        const auto order = payload[QLatin1String("order")];
+        EXPECT_EQ(order[QLatin1String("lines")][0][QLatin1String("requestedPromotions")][0], 1);
+        EXPECT_EQ(order[QLatin1String("lines")][1], 2);
+        EXPECT_EQ(order[QLatin1String("more")], 3);
+        EXPECT_EQ(order[QLatin1String("ids")][QLatin1String("id")], 4);
+    }
+}
+
 TEST_F(Conversion, LineNumbersRunWhateverThePositionNumbersAre)
 {
     document->restoreGoodsItem(

@@ -3,149 +3,151 @@
 namespace lmmindbox {
 namespace {
 
-using testing::_;
 using testing::InSequence;
 using testing::Return;
 
 class CustomerEditing : public WorkflowTest
 {
 protected:
-    CustomerEditing() { plugin.customer = makeCustomer(QStringLiteral("79160000001"), true); }
-
-    void fillForm()
+    CustomerEditing()
     {
-        EXPECT_CALL(dialog, showForm)
-            .WillOnce(Return(QVariantMap{{QStringLiteral("name"), QStringLiteral("Мария")}}));
+        stepped.customer = makeCustomer(QStringLiteral("79160000001"), true);
+        edit.name = QStringLiteral("Мария");
+        edit.phone = QStringLiteral("+7(916)-000-00-02");
+    }
+
+    /// The form is filled in and the service answers under a progress message.
+    void answerEdit(const OperationResult &result)
+    {
+        EXPECT_CALL(stepped, showCustomerEdit(stepped.customer)).WillOnce(Return(edit));
         EXPECT_CALL(dialog,
                     showProgress(isText("lmmindboxRequest", "Обращение к серверу..."), tr::Tr()))
-            .WillOnce([this](const tr::Tr &, const tr::Tr &) {
+            .WillOnce([this] {
                 const auto progress = QSharedPointer<SimpleProgress>::create();
                 shown = progress;
                 return progress;
             });
+        EXPECT_CALL(*service, editCustomer(edit)).WillOnce(Return(result));
+    }
+    EContext::Result editBy(const control::Action &action)
+    {
+        return stepped.Plugin::editCustomer(action);
     }
 
     QWeakPointer<SimpleProgress> shown;
     const control::Action action{170};
+    const OperationResult accepted = makeResult(OperationStatus::Success);
+    CustomerEdit edit;
 };
 
 TEST_F(CustomerEditing, AcceptedChangeReloadsTheCustomerAndRefreshesTheReceipt)
 {
-    auto reloaded = makeCustomer(QStringLiteral("79160000001"), true);
+    const auto phone = stepped.customer.mobilePhone;
+    auto reloaded = makeCustomer(phone, true);
     reloaded.firstName = QStringLiteral("Мария");
-    reloaded.email = QStringLiteral("new@example.org");
     {
         InSequence order;
-        fillForm();
-        EXPECT_CALL(*service, editCustomer).WillOnce(Return(makeResult(OperationStatus::Success)));
-        EXPECT_CALL(*service, getCustomer(QStringLiteral("79160000001")))
-            .WillOnce([&](const QString &) -> GetCustomerResult {
-                EXPECT_FALSE(shown.isNull());
-                return makeResult(OperationStatus::Success, reloaded);
-            });
-        EXPECT_CALL(*service, emailConfirmationLetter(QStringLiteral("new@example.org")))
-            .WillOnce(Return(makeResult(OperationStatus::Success)));
-        EXPECT_CALL(saveToFile, save(document, QString()));
+        answerEdit(accepted);
+        EXPECT_CALL(stepped, getCustomer(phone, true)).WillOnce([&]() -> GetCustomerResult {
+            EXPECT_FALSE(shown.isNull());
+            return makeResult(OperationStatus::Success, reloaded);
+        });
+        EXPECT_CALL(stepped, fillClientInfo(card, reloaded));
+        EXPECT_CALL(stepped, storePluginData);
     }
-    EXPECT_EQ(plugin.editCustomer(action), EContext::Result::Done);
-    EXPECT_EQ(plugin.customer, reloaded);
-    EXPECT_EQ(card->getCard()->getClient()->getName(), QStringLiteral("Мария"));
+    EXPECT_EQ(editBy(action), EContext::Result{2});
+    EXPECT_EQ(stepped.customer, reloaded);
     EXPECT_TRUE(shown.isNull());
 }
 
 TEST_F(CustomerEditing, FailedReloadKeepsTheCustomerButCounts)
 {
-    const auto before = plugin.customer;
-    fillForm();
-    EXPECT_CALL(*service, editCustomer).WillOnce(Return(makeResult(OperationStatus::Success)));
-    EXPECT_CALL(*service, getCustomer).WillOnce(Return(GetCustomerResult(withoutConnection())));
-    EXPECT_CALL(saveToFile, save);
-    EXPECT_EQ(plugin.editCustomer(action), EContext::Result::Done);
+    const auto before = stepped.customer;
+    answerEdit(accepted);
+    EXPECT_CALL(stepped, getCustomer).WillOnce(Return(GetCustomerResult(withoutConnection())));
+    EXPECT_CALL(stepped, fillClientInfo(card, before));
+    EXPECT_CALL(stepped, storePluginData);
+    EXPECT_EQ(editBy(action), EContext::Result{2});
     EXPECT_EQ(LogCapture::take(),
               QStringList({QStringLiteral("I Редактирование данных клиента"),
                            QStringLiteral("W Не удалось получить актуальные данные клиента")}));
-    EXPECT_EQ(plugin.customer, before);
-    EXPECT_EQ(card->getCard()->getClient()->getName(), QStringLiteral("Анна"));
+    EXPECT_EQ(stepped.customer, before);
 }
 
 TEST_F(CustomerEditing, RefusedChangeIsShownUnderTheProgressMessage)
 {
-    const auto before = plugin.customer;
+    const auto before = stepped.customer;
     const tr::Tr refused(QStringLiteral("lmmindboxEditCustomerError"),
                          QStringLiteral("Не удалось изменить данные клиента"));
-    for (const auto &[result, text] : {std::pair(makeResult(OperationStatus::Undefined), refused),
-                                       std::pair(withoutConnection(), withoutConnection().error)}) {
-        fillForm();
-        EXPECT_CALL(*service, editCustomer).WillOnce(Return(result));
+    for (const auto &[result, text] :
+         {std::pair(makeResult(OperationStatus::Undefined, before), refused),
+          std::pair(withoutConnection(), withoutConnection().error)}) {
+        answerEdit(result);
         EXPECT_CALL(dialog, showError(text, 0, 0)).WillOnce([this] {
             EXPECT_FALSE(shown.isNull());
         });
-        EXPECT_EQ(plugin.editCustomer(action), EContext::Result::Failed);
-        EXPECT_EQ(plugin.customer, before);
+        EXPECT_EQ(editBy(action), EContext::Result{0});
+        EXPECT_EQ(stepped.customer, before);
     }
 }
 
 TEST_F(CustomerEditing, NeedsACardOnlyWhenTheCashierTriggeredIt)
 {
     document->setCardRecord(nullptr);
-    EXPECT_EQ(plugin.editCustomer(action), EContext::Result::Skipped);
+    EXPECT_EQ(editBy(action), EContext::Result{3});
 
-    EXPECT_CALL(dialog, showForm)
-        .WillOnce(Return(QVariantMap{{QStringLiteral("name"), QString()}}));
-    EXPECT_EQ(plugin.editCustomer({}), EContext::Result::Skipped);
+    // Only the name tells a cancelled form.
+    auto cancelled = edit;
+    cancelled.name.clear();
+    EXPECT_CALL(stepped, showCustomerEdit).WillOnce(Return(cancelled));
+    EXPECT_EQ(editBy({}), EContext::Result{3});
 
     // The reload replaces the customer also when the service no longer knows it.
     Customer unknown;
     unknown.processingStatus = ProcessingStatus::NotFound;
-    fillForm();
-    EXPECT_CALL(*service, editCustomer).WillOnce(Return(makeResult(OperationStatus::Success)));
-    EXPECT_CALL(*service, getCustomer)
+    answerEdit(accepted);
+    EXPECT_CALL(stepped, getCustomer)
         .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::Success, unknown))));
-    EXPECT_EQ(plugin.editCustomer({}), EContext::Result::Done);
-    EXPECT_EQ(plugin.customer, unknown);
+    EXPECT_EQ(editBy({}), EContext::Result{2});
+    EXPECT_EQ(stepped.customer, unknown);
 }
 
 TEST_F(CustomerEditing, ALetterGoesOnceToEachAddressThatTheServiceAccepted)
 {
     const auto email = QStringLiteral("anna@example.org");
-    EXPECT_CALL(*service, emailConfirmationLetter(email))
-        .WillOnce(Return(withoutConnection()))
-        .WillRepeatedly(Return(makeResult(OperationStatus::Success)));
-    EXPECT_CALL(dialog, showError(isText("lmmindboxEmailConfirmError",
-                                         "Не удалось подтвердить почту клиента"),
-                                  0, 0));
-    plugin.sendConfirmationLetter(email);
-    EXPECT_TRUE(plugin.confirmedEmails.isEmpty());
-    plugin.sendConfirmationLetter(email);
-    plugin.sendConfirmationLetter(email);
-
-    EXPECT_CALL(*service, emailConfirmationLetter(QStringLiteral("Anna@example.org")))
-        .WillOnce(Return(makeResult(OperationStatus::Success)));
-    plugin.sendConfirmationLetter(QStringLiteral("Anna@example.org"));
-    EXPECT_EQ(plugin.confirmedEmails.size(), 2);
-
-    plugin.sendConfirmationLetter({});
-    EXPECT_TRUE(plugin.confirmedEmails.isEmpty());
+    const auto otherCase = QStringLiteral("Anna@example.org");
+    {
+        InSequence order;
+        EXPECT_CALL(*service, emailConfirmationLetter(email)).WillOnce(Return(withoutConnection()));
+        EXPECT_CALL(dialog, showError(isText("lmmindboxEmailConfirmError",
+                                             "Не удалось подтвердить почту клиента"),
+                                      0, 0));
+        for (const auto &address : {email, otherCase, email}) {
+            EXPECT_CALL(*service, emailConfirmationLetter(address)).WillOnce(Return(accepted));
+        }
+    }
+    for (const auto &address : {email, email, otherCase, email, otherCase, QString(), email})
+        plugin.sendConfirmationLetter(address);
+    EXPECT_EQ(plugin.confirmedEmails, QSet<QString>{email});
 }
 
 TEST_F(CustomerEditing, EmailIsCheckedByLetterOrByFormOrNotAtAll)
 {
-    plugin.customer.isEmailConfirmed = true;
-    plugin.checkEmail();
+    stepped.customer.isEmailConfirmed = true;
+    stepped.Plugin::checkEmail();
 
-    plugin.customer.isEmailConfirmed = false;
-    EXPECT_CALL(*service, emailConfirmationLetter(plugin.customer.email))
-        .WillOnce(Return(makeResult(OperationStatus::Success)));
-    plugin.checkEmail();
+    stepped.customer.isEmailConfirmed = false;
+    EXPECT_CALL(stepped, sendConfirmationLetter(stepped.customer.email));
+    stepped.Plugin::checkEmail();
 
-    // The form opens also while there is no card yet.
-    document->setCardRecord(nullptr);
-    plugin.customer.email.clear();
-    LogCapture::take();
-    EXPECT_CALL(dialog, showForm).WillOnce(Return(QVariantMap()));
-    plugin.checkEmail();
-    EXPECT_EQ(LogCapture::take().constFirst(),
-              QStringLiteral("I Почта не указана, отображение диалога редактирования клиента"));
+    // By an action that needs no card.
+    stepped.customer.email.clear();
+    EXPECT_CALL(stepped,
+                editCustomer(testing::Property(&control::Action::getType, testing::Ne(170))));
+    stepped.Plugin::checkEmail();
+    EXPECT_EQ(LogCapture::take(),
+              QStringList(QStringLiteral(
+                  "I Почта не указана, отображение диалога редактирования клиента")));
 }
 
 } // namespace

@@ -20,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <tuple>
 
 namespace tr {
 inline void PrintTo(const Tr &text, std::ostream *out)
@@ -39,9 +40,25 @@ public:
     MOCK_METHOD(OperationResult, resendMobilePhoneConfirmationCode, (const QString &), (override));
     MOCK_METHOD(OperationResult, confirmMobilePhone, (const QString &, const QString &),
                 (override));
+    MOCK_METHOD(OperationResult, checkMobilePhoneAuthCode, (const QString &, const QString &),
+                (override));
     MOCK_METHOD(OperationResult, emailConfirmationLetter, (const QString &), (override));
     MOCK_METHOD(CreateOrderResult, createAuthorizedOrder, (const QJsonObject &, bool), (override));
     MOCK_METHOD(OperationResult, changeOrderStatus, (const QJsonObject &, bool), (override));
+};
+
+/// Keeps what the operations send.
+class RecordingInterface : public Interface
+{
+public:
+    OperationResult sendRequest(const QString &operation, const QJsonObject &body,
+                                const QString &transactionId) override
+    {
+        sent = {operation, body, transactionId};
+        return Interface::sendRequest(operation, body, transactionId);
+    }
+
+    std::tuple<QString, QJsonObject, QString> sent;
 };
 
 class MockDialog : public Dialog
@@ -66,15 +83,6 @@ public:
                 (override));
 };
 
-/// What the logger "lmmindbox" writes while this object lives.
-class LogCapture : public ::LogCapture
-{
-public:
-    LogCapture()
-        : ::LogCapture("lmmindbox")
-    {}
-};
-
 /// A plugin whose state and client can be set.
 class OpenPlugin : public Plugin
 {
@@ -89,6 +97,26 @@ public:
     using Plugin::systemType;
 };
 
+/// A plugin whose steps are replaced, to see how each calls the others.
+class SteppedPlugin : public OpenPlugin
+{
+public:
+    using OpenPlugin::OpenPlugin;
+
+    MOCK_METHOD(EContext::Result, editCustomer, (const control::Action &), (override));
+    MOCK_METHOD(bool, registerCustomer, (const QString &), (override));
+    MOCK_METHOD(VerifyResult, confirmMobilePhone, (const Customer &), (override));
+    MOCK_METHOD(void, storePluginData, (), (override));
+    MOCK_METHOD(void, setProgress, (const tr::Tr &, int), (const, override));
+    MOCK_METHOD(void, clearLoyaltyData, (), (override));
+    MOCK_METHOD(void, checkEmail, (), (override));
+    MOCK_METHOD(void, fillClientInfo, (QSharedPointer<DocumentCardRecord> &, const Customer &),
+                (const, override));
+    MOCK_METHOD(CustomerEdit, showCustomerEdit, (const Customer &), (const, override));
+    MOCK_METHOD(GetCustomerResult, getCustomer, (const QString &, bool), (override));
+    MOCK_METHOD(void, sendConfirmationLetter, (const QString &), (override));
+};
+
 /// A workflow under a scripted dialog and a mocked service, with a receipt that bears a card.
 class WorkflowTest : public testing::Test
 {
@@ -99,6 +127,7 @@ protected:
         MockFactory<SaveToFileLogic>::mocked = &saveToFile;
         document->setCardRecord(card);
         plugin.setDocument(document);
+        stepped.setDocument(document);
         LogCapture::take();
     }
     ~WorkflowTest() override
@@ -134,16 +163,17 @@ protected:
     }
     QString lastErrorText() const { return plugin.lastError.getDefaultText(); }
 
-    LogCapture log;
+    LogCapture log{"lmmindbox"};
     testing::StrictMock<MockDialog> dialog;
     testing::StrictMock<MockSaveToFile> saveToFile;
     QSharedPointer<testing::StrictMock<MockInterface>> service{
         new testing::StrictMock<MockInterface>};
     OpenPlugin plugin{service};
+    testing::StrictMock<SteppedPlugin> stepped{service};
     QSharedPointer<AbstractDocument> document =
         QSharedPointer<AbstractDocument>::create(DocumentHeader());
     QSharedPointer<DocumentCardRecord> card =
-        QSharedPointer<DocumentCardRecord>::create(QStringLiteral("8 916 000-00-01"));
+        QSharedPointer<DocumentCardRecord>::create(QStringLiteral(" 8 916 000-00-01 "));
 };
 
 /// Matches a text by identifier and default text.

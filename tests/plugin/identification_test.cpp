@@ -1,5 +1,7 @@
 #include "fakes.h"
 
+#include <ranges>
+
 namespace lmmindbox {
 namespace {
 
@@ -7,25 +9,10 @@ using testing::_;
 using testing::InSequence;
 using testing::Return;
 
-/// A plugin whose workflows are replaced, to see how the identification calls them.
-class SteppedPlugin : public OpenPlugin
-{
-public:
-    using OpenPlugin::OpenPlugin;
-    MOCK_METHOD(bool, registerCustomer, (const QString &), (override));
-    MOCK_METHOD(VerifyResult, confirmMobilePhone, (const Customer &), (override));
-    MOCK_METHOD(void, checkEmail, (), (override));
-    MOCK_METHOD(void, storePluginData, (), (override));
-};
-
 class Identification : public WorkflowTest
 {
 protected:
-    Identification()
-    {
-        stepped.setDocument(document);
-        LogCapture::take();
-    }
+    Identification() { EXPECT_CALL(stepped, clearLoyaltyData).Times(testing::AnyNumber()); }
 
     GetCustomerResult found(const Customer &customer) const
     {
@@ -40,37 +27,31 @@ protected:
     bool identify() { return stepped.identifyByCard(card, ECardNumberType::Typed); }
     QString error() const { return stepped.lastError.getDefaultText(); }
 
-    testing::StrictMock<SteppedPlugin> stepped{service};
     const QString entered = card->getNumber().toString();
     const Customer known = makeCustomer(QStringLiteral("79160000001"), true);
 };
 
 TEST_F(Identification, KnownCustomerIsBoundToTheCardStepByStep)
 {
-    stepped.codeSent = true;
-    stepped.confirmedEmails = {QStringLiteral("old@example.org")};
-    stepped.lastError = {QStringLiteral("old"), QStringLiteral("old")};
     auto confirmed = known;
     confirmed.isEmailConfirmed = true;
     auto edited = confirmed;
     edited.lastName = QStringLiteral("Иванова");
     {
         InSequence order;
-        EXPECT_CALL(*service, getCustomer(entered)).WillOnce([&](const QString &) {
-            EXPECT_FALSE(stepped.codeSent);
-            EXPECT_TRUE(stepped.confirmedEmails.isEmpty());
-            return found(confirmed);
+        EXPECT_CALL(stepped, clearLoyaltyData);
+        EXPECT_CALL(stepped, getCustomer(entered, false)).WillOnce(Return(found(confirmed)));
+        EXPECT_CALL(stepped, confirmMobilePhone(confirmed)).WillOnce([&] {
+            EXPECT_EQ(card->getNumber().toString(), known.mobilePhone);
+            EXPECT_EQ(stepped.customer, confirmed);
+            return VerifyResult();
         });
-        EXPECT_CALL(stepped, confirmMobilePhone(confirmed)).WillOnce(Return(VerifyResult()));
         // The edit form opened by the check of the e-mail may replace the customer.
         EXPECT_CALL(stepped, checkEmail).WillOnce([&] { stepped.customer = edited; });
-        EXPECT_CALL(stepped, storePluginData).WillOnce([&] {
-            EXPECT_EQ(card->getCard()->getClient()->getName(), QStringLiteral("Анна Иванова"));
-        });
+        EXPECT_CALL(stepped, fillClientInfo(card, edited));
+        EXPECT_CALL(stepped, storePluginData);
     }
     EXPECT_TRUE(identify());
-    EXPECT_EQ(card->getNumber().toString(), known.mobilePhone);
-    EXPECT_TRUE(stepped.lastError.isEmpty());
     EXPECT_EQ(
         LogCapture::take(),
         QStringList({QStringLiteral("I Идентификация клиента по номеру телефона '%1'").arg(entered),
@@ -79,23 +60,26 @@ TEST_F(Identification, KnownCustomerIsBoundToTheCardStepByStep)
 
 TEST_F(Identification, UnknownCustomerIsRegisteredAndLookedUpAgain)
 {
+    // Not found again counts as found.
+    auto second = notFound();
+    second.customer.mobilePhone = QStringLiteral("as the service spells it");
     {
         InSequence order;
-        EXPECT_CALL(*service, getCustomer(entered)).WillOnce(Return(notFound()));
-        EXPECT_CALL(stepped, registerCustomer(entered)).WillOnce([&](const QString &) {
+        EXPECT_CALL(stepped, getCustomer(entered, false)).WillOnce(Return(notFound()));
+        EXPECT_CALL(stepped, registerCustomer(entered)).WillOnce([&] {
             EXPECT_EQ(stepped.customer, Customer());
             stepped.customer.mobilePhone = QStringLiteral("as registered");
             return true;
         });
-        // Not found again counts as found: the service may be slow to show a new customer.
-        EXPECT_CALL(*service, getCustomer(QStringLiteral("as registered")))
-            .WillOnce(Return(notFound()));
-        EXPECT_CALL(stepped, confirmMobilePhone).WillOnce(Return(VerifyResult()));
+        EXPECT_CALL(stepped, getCustomer(QStringLiteral("as registered"), false))
+            .WillOnce(Return(second));
+        EXPECT_CALL(stepped, confirmMobilePhone(second.customer)).WillOnce(Return(VerifyResult()));
         EXPECT_CALL(stepped, checkEmail);
+        EXPECT_CALL(stepped, fillClientInfo(card, second.customer));
         EXPECT_CALL(stepped, storePluginData);
     }
     EXPECT_TRUE(identify());
-    EXPECT_EQ(card->getCard()->getClient()->getName(), QStringLiteral("Не указаны ФИО"));
+    EXPECT_EQ(card->getNumber().toString(), second.customer.mobilePhone);
     const auto lines = LogCapture::take();
     EXPECT_EQ(lines.at(1), QStringLiteral("I Клиент не найден"));
     EXPECT_EQ(lines.at(2),
@@ -104,48 +88,78 @@ TEST_F(Identification, UnknownCustomerIsRegisteredAndLookedUpAgain)
 
 TEST_F(Identification, EachFailureSaysItsOwn)
 {
-    stepped.customer = known;
-    EXPECT_CALL(*service, getCustomer)
-        .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::Success))))
-        .WillOnce(Return(GetCustomerResult(withoutConnection())));
+    const auto lookUps = [this](const std::vector<GetCustomerResult> &results) {
+        // The expectation set last is met first.
+        for (const auto &result : results | std::views::reverse)
+            EXPECT_CALL(stepped, getCustomer).WillOnce(Return(result)).RetiresOnSaturation();
+    };
+    const GetCustomerResult refused = makeResult(OperationStatus::ValidationError, known);
+    const GetCustomerResult unreachable = withoutConnection();
+
+    lookUps({refused});
     EXPECT_FALSE(identify());
     EXPECT_THAT(stepped.lastError,
                 isText("lmmindboxGetCustomerError", "Не удалось получить информацию о клиенте"));
     EXPECT_EQ(stepped.customer, Customer());
+    lookUps({unreachable});
     EXPECT_FALSE(identify());
     EXPECT_EQ(error(), QStringLiteral("Ошибка связи с сервером"));
 
-    EXPECT_CALL(*service, getCustomer).WillOnce(Return(notFound()));
-    EXPECT_CALL(stepped, registerCustomer).WillOnce([&](const QString &) {
+    lookUps({notFound()});
+    EXPECT_CALL(stepped, registerCustomer).WillOnce([&] {
         stepped.lastError = {QString(), QStringLiteral("of the registration")};
         return false;
     });
     EXPECT_FALSE(identify());
     EXPECT_EQ(error(), QStringLiteral("of the registration"));
 
-    EXPECT_CALL(*service, getCustomer)
-        .WillOnce(Return(notFound()))
-        .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::ValidationError))))
-        .WillOnce(Return(notFound()))
-        .WillOnce(Return(GetCustomerResult(withoutConnection())));
     EXPECT_CALL(stepped, registerCustomer).Times(2).WillRepeatedly(Return(true));
+    lookUps({notFound(), refused});
     EXPECT_FALSE(identify());
     EXPECT_THAT(stepped.lastError,
                 isText("lmmindboxRegisterCustomerError", "Не удалось зарегистрировать клиента"));
+    lookUps({notFound(), unreachable});
     EXPECT_FALSE(identify());
     EXPECT_EQ(error(), QStringLiteral("Ошибка связи с сервером"));
     EXPECT_EQ(card->getNumber().toString(), entered);
 
-    EXPECT_CALL(*service, getCustomer).WillOnce(Return(found(known)));
+    lookUps({found(known)});
     EXPECT_CALL(stepped, confirmMobilePhone)
         .WillOnce(Return(VerifyResult{1, {QString(), QStringLiteral("of the confirmation")}}));
     EXPECT_FALSE(identify());
-    EXPECT_EQ(LogCapture::take().constLast(),
-              QStringLiteral("I Клиент найден, телефон подтверждён, почта не подтверждена"));
     EXPECT_EQ(error(), QStringLiteral("of the confirmation"));
     EXPECT_EQ(card->getNumber().toString(), known.mobilePhone);
     EXPECT_EQ(stepped.customer, known);
-    EXPECT_FALSE(card->getCard()->getClient());
+}
+
+TEST_F(Identification, ANewCustomerIsRegisteredConfirmedAndBoundInOneGo)
+{
+    auto fresh = makeCustomer(QStringLiteral("79160000001"), false);
+    EXPECT_CALL(dialog, showChoice).WillOnce(Return(true));
+    EXPECT_CALL(dialog, showForm)
+        .WillOnce(Return(QVariantMap{{QStringLiteral("name"), QStringLiteral("Анна")}}));
+    EXPECT_CALL(dialog, showProgress(_)).WillOnce(Return(nullptr));
+    EXPECT_CALL(dialog, showInputText)
+        .WillOnce(Return(core::BasicDialog::Result(QStringLiteral("0012"))));
+    OperationResult done;
+    done.response = QJsonDocument::fromJson(
+                        R"({"customer": {"processingStatus": "Created"},
+                            "smsConfirmation": {"processingStatus": "MobilePhoneConfirmed"}})")
+                        .object();
+    {
+        InSequence order;
+        EXPECT_CALL(*service, getCustomer(entered)).WillOnce(Return(notFound()));
+        EXPECT_CALL(*service, registerCustomer).WillOnce(Return(RegisterCustomerResult(done)));
+        EXPECT_CALL(*service, getCustomer(entered)).WillOnce(Return(found(fresh)));
+        EXPECT_CALL(*service, confirmMobilePhone(fresh.mobilePhone, QStringLiteral("0012")))
+            .WillOnce(Return(done));
+        EXPECT_CALL(*service, emailConfirmationLetter(fresh.email))
+            .WillOnce(Return(makeResult(OperationStatus::Success)));
+        EXPECT_CALL(saveToFile, save(document, QString()));
+    }
+    EXPECT_TRUE(plugin.identifyByCard(card, ECardNumberType::Scanned));
+    EXPECT_EQ(card->getCard()->getClient()->getName(), fresh.firstName);
+    EXPECT_EQ(plugin.customer, fresh);
 }
 
 TEST_F(Identification, TypedTextIsTheNumberAndOtherInputIsTheBases)
@@ -164,25 +178,26 @@ TEST_F(Identification, LookUpSendsALetterOnlyWhenAskedAndNeeded)
 {
     auto confirmed = known;
     confirmed.isEmailConfirmed = true;
-    EXPECT_CALL(*service, getCustomer)
-        .WillOnce(Return(found(known)))
-        .WillOnce(Return(found(confirmed)))
-        .WillOnce(Return(GetCustomerResult(withoutConnection())));
-    (void)plugin.getCustomer(entered, false);
-    (void)plugin.getCustomer(entered, true);
-    (void)plugin.getCustomer(entered, true);
-
-    EXPECT_CALL(*service, getCustomer).WillOnce(Return(found(known)));
-    EXPECT_CALL(*service, emailConfirmationLetter(known.email))
-        .WillOnce(Return(makeResult(OperationStatus::Success)));
-    (void)plugin.getCustomer(entered, true);
-
-    // An empty address is passed on: it makes the plugin forget the letters sent.
     auto withoutEmail = known;
     withoutEmail.email.clear();
-    EXPECT_CALL(*service, getCustomer).WillOnce(Return(found(withoutEmail)));
-    (void)plugin.getCustomer(entered, true);
-    EXPECT_TRUE(plugin.confirmedEmails.isEmpty());
+    EXPECT_CALL(*service, getCustomer(entered))
+        .WillOnce(Return(found(known)))
+        .WillOnce(Return(found(confirmed)))
+        .WillOnce(Return(GetCustomerResult(makeResult(OperationStatus::Error, known))))
+        .WillOnce(Return(found(known)))
+        .WillOnce(Return(found(withoutEmail)));
+    const auto lookUp = [this](bool sendLetter) {
+        return stepped.Plugin::getCustomer(entered, sendLetter);
+    };
+    EXPECT_EQ(lookUp(false).customer, known);
+    EXPECT_EQ(lookUp(true).customer, confirmed);
+    EXPECT_FALSE(lookUp(true).success());
+
+    EXPECT_CALL(stepped, sendConfirmationLetter(known.email));
+    EXPECT_EQ(lookUp(true).customer, known);
+    // An empty address is passed on: it makes the plugin forget the letters sent.
+    EXPECT_CALL(stepped, sendConfirmationLetter(QString()));
+    EXPECT_EQ(lookUp(true).customer, withoutEmail);
 }
 
 TEST_F(Identification, HolderOfTheCardIsFilledFromTheCustomer)

@@ -66,6 +66,9 @@ TEST_F(Module, IsFoundByItsMetadataAndAnswersCastsInTheirOrder)
     const auto metaData = loader.metaData();
     EXPECT_EQ(metaData[QLatin1String("IID")].toString().toStdString(), "LmMindbox");
     EXPECT_EQ(metaData[QLatin1String("className")].toString().toStdString(), "Plugin");
+    EXPECT_EQ(
+        metaData[QLatin1String("MetaData")][QLatin1String("version")].toString().toStdString(),
+        PLUGIN_VERSION);
 
     void *base = system;
     EXPECT_EQ(plugin->qt_metacast(nullptr), nullptr);
@@ -92,19 +95,14 @@ TEST_F(Module, LivesOnceInAProcessAndAfreshAfterDestruction)
     EXPECT_EQ(fresh->getStoreDataKey().toStdString(), "loyaltySystem24");
 }
 
-TEST_F(Module, ServesTheEditActionThroughItsOnlyHandler)
+TEST_F(Module, ServesTheEditAction)
 {
     EXPECT_TRUE(system->init());
-    ASSERT_EQ(system->getHandlers().size(), 1);
-    const auto &handler = system->getHandlers().first();
-    EXPECT_EQ(handler.context, 6);
-    EXPECT_EQ(handler.actionCode, 170);
-    EXPECT_TRUE(handler.enabled);
     dialog.answer = {{QStringLiteral("name"), QStringLiteral("x")}};
-    EXPECT_EQ(handler.handle(control::Action(170)), EContext::Result{0});
+    EXPECT_EQ(system->handle(control::Action(170)), EContext::Result{0});
     // Without a card this action opens no form.
     document->setCardRecord(nullptr);
-    EXPECT_EQ(handler.handle(control::Action(170)), EContext::Result{3});
+    EXPECT_EQ(system->handle(control::Action(170)), EContext::Result{3});
     EXPECT_THAT(dialog.titles, testing::ElementsAre(QStringLiteral("lmmindboxEditCustomerTitle")));
 }
 

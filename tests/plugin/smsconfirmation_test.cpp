@@ -8,22 +8,9 @@ using testing::_;
 using testing::InSequence;
 using testing::Return;
 
-class MockProgressDisplay : public ProgressDisplay
-{
-public:
-    MOCK_METHOD(void, setProgress, (const tr::Tr &, int), (override));
-};
-
 class SmsConfirmation : public WorkflowTest
 {
 protected:
-    SmsConfirmation() { Singleton<Session>::instance()->setProgressDisplay(display); }
-    ~SmsConfirmation() override
-    {
-        Singleton<Session>::instance()->setProgressDisplay(
-            QSharedPointer<ProgressDisplay>::create());
-    }
-
     static OperationResult checked(const char *processingStatus,
                                    OperationStatus status = OperationStatus::Success)
     {
@@ -38,16 +25,14 @@ protected:
         EXPECT_CALL(dialog, showInputText).WillOnce(Return(Result(code)));
     }
 
-    QSharedPointer<testing::StrictMock<MockProgressDisplay>> display{
-        new testing::StrictMock<MockProgressDisplay>};
     const QString phone = QStringLiteral("79160000002");
     const Customer customer = makeCustomer(phone, false);
 };
 
 TEST_F(SmsConfirmation, ConfirmedPhoneNeedsNothing)
 {
-    EXPECT_EQ(plugin.confirmMobilePhone(makeCustomer(phone, true)), VerifyResult());
-    EXPECT_FALSE(plugin.codeSent);
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(makeCustomer(phone, true)), VerifyResult());
+    EXPECT_FALSE(stepped.codeSent);
     EXPECT_TRUE(LogCapture::take().isEmpty());
 }
 
@@ -63,9 +48,9 @@ TEST_F(SmsConfirmation, SendsACodeOnceAndAsksUntilItIsRight)
         isText("lmmindboxConfirmCodeMessage", "Введите код из СМС для подтверждения номера");
     {
         InSequence order;
-        EXPECT_CALL(*display, setProgress(isText("lmmindboxSendConfirmCodeProgress",
-                                                 "Отправка кода подтверждения"),
-                                          60));
+        EXPECT_CALL(stepped, setProgress(isText("lmmindboxSendConfirmCodeProgress",
+                                                "Отправка кода подтверждения"),
+                                         60));
         EXPECT_CALL(*service, resendMobilePhoneConfirmationCode(phone))
             .WillOnce(Return(makeResult(OperationStatus::Success, customer)));
         showing(first, QString());
@@ -81,8 +66,8 @@ TEST_F(SmsConfirmation, SendsACodeOnceAndAsksUntilItIsRight)
         EXPECT_CALL(*service, confirmMobilePhone(phone, QStringLiteral("3333")))
             .WillOnce(Return(checked("MobilePhoneConfirmed")));
     }
-    EXPECT_EQ(plugin.confirmMobilePhone(customer), VerifyResult());
-    EXPECT_TRUE(plugin.codeSent);
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer), VerifyResult());
+    EXPECT_TRUE(stepped.codeSent);
     EXPECT_EQ(LogCapture::take(),
               QStringList(QStringLiteral("I Подтверждение учетной записи через СМС")));
 
@@ -90,12 +75,12 @@ TEST_F(SmsConfirmation, SendsACodeOnceAndAsksUntilItIsRight)
     showing(first, QStringLiteral("4444"));
     EXPECT_CALL(*service, confirmMobilePhone)
         .WillOnce(Return(checked("AlreadyConfirmed", OperationStatus::ProtocolError)));
-    EXPECT_EQ(plugin.confirmMobilePhone(customer).code, 0);
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer).code, 0);
 }
 
 TEST_F(SmsConfirmation, InputCarriesWhatTheHostNeeds)
 {
-    plugin.codeSent = true;
+    stepped.codeSent = true;
     EXPECT_CALL(dialog, showInputText).WillOnce([](const InputTextRequest &request) {
         EXPECT_THAT(request.title, isText("lmmindboxConfirmCodeTitle", "Ввод кода подтверждения"));
         EXPECT_THAT(request.scanError,
@@ -115,7 +100,7 @@ TEST_F(SmsConfirmation, InputCarriesWhatTheHostNeeds)
                   0);
         return Result();
     });
-    EXPECT_EQ(plugin.confirmMobilePhone(customer),
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer),
               (VerifyResult{1,
                             {QStringLiteral("lmmindboxConfirmCanceled"),
                              QStringLiteral("Ввод кода подтверждения отменен")}}));
@@ -125,32 +110,34 @@ TEST_F(SmsConfirmation, CodeThatWasNotSentEndsWithTheAnswersOwnText)
 {
     auto unknown = customer;
     unknown.processingStatus = ProcessingStatus::NotFound;
-    EXPECT_CALL(*display, setProgress).Times(3);
+    EXPECT_CALL(stepped, setProgress).Times(3);
     EXPECT_CALL(*service, resendMobilePhoneConfirmationCode)
         .WillOnce(Return(withoutConnection()))
         .WillOnce(Return(makeResult(OperationStatus::Success, unknown)))
         .WillOnce(Return(makeResult(OperationStatus::ValidationError, customer)));
-    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, withoutConnection().error}));
-    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, {}}));
-    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, {}}));
-    EXPECT_FALSE(plugin.codeSent);
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer),
+              (VerifyResult{2, withoutConnection().error}));
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer), (VerifyResult{2, {}}));
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer), (VerifyResult{2, {}}));
+    EXPECT_FALSE(stepped.codeSent);
 }
 
 TEST_F(SmsConfirmation, AnyOtherAnswerEndsTheLoop)
 {
-    plugin.codeSent = true;
+    stepped.codeSent = true;
     for (const auto &answer : {checked("Processed"), checked("", OperationStatus::Undefined)}) {
         typeOnce(QStringLiteral("1"));
         EXPECT_CALL(*service, confirmMobilePhone).WillOnce(Return(answer));
-        EXPECT_EQ(plugin.confirmMobilePhone(customer),
+        EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer),
                   (VerifyResult{2,
                                 {QStringLiteral("lmmindboxConfirmCodeError"),
                                  QStringLiteral("Не удалось проверить код подтверждения")}}));
     }
     typeOnce(QStringLiteral("1"));
     EXPECT_CALL(*service, confirmMobilePhone).WillOnce(Return(withoutConnection()));
-    EXPECT_EQ(plugin.confirmMobilePhone(customer), (VerifyResult{2, withoutConnection().error}));
-    EXPECT_TRUE(plugin.codeSent);
+    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer),
+              (VerifyResult{2, withoutConnection().error}));
+    EXPECT_TRUE(stepped.codeSent);
 }
 
 } // namespace
