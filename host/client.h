@@ -3,9 +3,9 @@
 #include "host/export.h"
 
 #include <QDate>
+#include <QList>
 #include <QMetaType>
 #include <QObject>
-#include <QSet>
 #include <QString>
 
 /// What the holder of a card agreed to.
@@ -32,8 +32,14 @@ public:
     void setEmail(const QString &newEmail) { email = newEmail; }
     QString getEmail() const { return email; }
     /// Switches one option on; options once on stay on.
-    void setOption(ClientOptions option) { options.insert(option); }
+    void setOption(ClientOptions option)
+    {
+        if (!hasOption(option))
+            options.append(option);
+    }
     bool hasOption(ClientOptions option) const { return options.contains(option); }
+    /// Those that are on, in the order in which they were switched.
+    const QList<ClientOptions> &getOptions() const { return options; }
     void setSex(Sex newSex) { sex = newSex; }
     Sex getSex() const { return sex; }
     /// An invalid date means that the birthday is not known.
@@ -46,7 +52,7 @@ private:
     QString name;
     QString phoneNumber;
     QString email;
-    QSet<ClientOptions> options;
+    QList<ClientOptions> options;
     Sex sex = Sex::Male;
     QDate birthday;
 };

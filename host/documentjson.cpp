@@ -5,7 +5,6 @@
 
 #include <QJsonArray>
 
-#include <array>
 #include <cmath>
 
 namespace documentjson {
@@ -16,8 +15,6 @@ constexpr auto formatName = QLatin1String("till-receipt");
 constexpr int formatVersion = 1;
 constexpr auto formatKey = QLatin1String("format");
 constexpr auto versionKey = QLatin1String("version");
-
-constexpr std::array allOptions{ClientOptions::NoPaperReceipt, ClientOptions::ElectronicReceipt};
 
 /// ISO text with the offset from UTC that is in force; null for an invalid time.
 QJsonValue timeToJson(const QDateTime &time)
@@ -113,10 +110,8 @@ DocumentImpactDetail impactFromJson(const QJsonObject &json)
 QJsonObject clientToJson(const Client &client)
 {
     QJsonArray options;
-    for (const auto option : allOptions) {
-        if (client.hasOption(option))
-            options.append(static_cast<int>(option));
-    }
+    for (const auto option : client.getOptions())
+        options.append(static_cast<int>(option));
     return {
         {QLatin1String("name"), client.getName()},
         {QLatin1String("phoneNumber"), client.getPhoneNumber()},
@@ -134,8 +129,9 @@ QSharedPointer<Client> clientFromJson(const QJsonObject &json)
     client->setPhoneNumber(json.value(QLatin1String("phoneNumber")).toString());
     client->setEmail(json.value(QLatin1String("email")).toString());
     const auto options = json.value(QLatin1String("options")).toArray();
-    for (const auto option : allOptions) {
-        if (options.contains(static_cast<int>(option)))
+    for (const auto &value : options) {
+        const auto option = static_cast<ClientOptions>(value.toInt());
+        if (option == ClientOptions::NoPaperReceipt || option == ClientOptions::ElectronicReceipt)
             client->setOption(option);
     }
     const auto female = json.value(QLatin1String("sex")) == static_cast<int>(Client::Sex::Female);
