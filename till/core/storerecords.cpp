@@ -55,6 +55,14 @@ ReceiptRecord recordOf(const Database::Row &row)
     return record;
 }
 
+/// As of the receipts under way, an index is taken only where the query says what it covers.
+#define UNREPORTED "report IN ('queued', 'refused') AND "
+
+bool isUnreported(Report outcome)
+{
+    return outcome == Report::Queued || outcome == Report::Refused;
+}
+
 } // namespace
 
 QString nameOf(ReceiptState state)
@@ -71,13 +79,20 @@ QString nameOf(Report report)
 
 std::optional<QList<ReceiptRecord>> Store::list(const ReceiptFilter &filter)
 {
-    const auto report = filter.outcome ? nameOf(*filter.outcome) : QStringLiteral("%");
-    const auto rows = database.read(
-        "SELECT " RECORD_COLUMNS " FROM receipts WHERE report LIKE ? AND begun >= ? "
-        "ORDER BY id DESC LIMIT ?",
-        {report, filter.since.isValid() ? filter.since.toString(Qt::ISODate) : QStringLiteral(""),
-         filter.limit});
-    return records(rows);
+    QVariantList values{filter.since.isValid() ? filter.since.toString(Qt::ISODate)
+                                               : QStringLiteral(""),
+                        filter.limit};
+    if (!filter.outcome)
+        return records(database.read("SELECT " RECORD_COLUMNS " FROM receipts WHERE begun >= ? "
+                                     "ORDER BY id DESC LIMIT ?",
+                                     values));
+    values.prepend(nameOf(*filter.outcome));
+    return records(database.read(isUnreported(*filter.outcome)
+                                     ? "SELECT " RECORD_COLUMNS " FROM receipts WHERE " UNREPORTED
+                                       "report = ? AND begun >= ? ORDER BY id DESC LIMIT ?"
+                                     : "SELECT " RECORD_COLUMNS " FROM receipts WHERE "
+                                       "report = ? AND begun >= ? ORDER BY id DESC LIMIT ?",
+                                 values));
 }
 
 std::optional<QList<ReceiptRecord>> Store::find(int number)
@@ -101,9 +116,12 @@ std::optional<QList<HistoryEntry>> Store::history(qint64 row)
 
 std::optional<qint64> Store::countReported(Report outcome)
 {
-    const auto rows = database.read("SELECT count(*) FROM receipts WHERE report = ? AND "
-                                    "state = 'committed'",
-                                    {nameOf(outcome)});
+    const auto rows =
+        database.read(isUnreported(outcome) ? "SELECT count(*) FROM receipts WHERE " UNREPORTED
+                                              "report = ? AND state = 'committed'"
+                                            : "SELECT count(*) FROM receipts WHERE report = ? AND "
+                                              "state = 'committed'",
+                      {nameOf(outcome)});
     return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
 }
 
