@@ -2,6 +2,7 @@
 
 #include <host/privatefile.h>
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -38,6 +39,17 @@ FileLock::State FileLock::acquire()
         return State::Busy;
     error = QStringLiteral("%1: cannot be locked: %2").arg(path, qt_error_string(reason));
     return State::Unavailable;
+}
+
+bool FileLock::isHeld(const QString &path)
+{
+    // A shared lock, so that two who ask do not take each other for its holder.
+    const auto descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    const auto isBusy =
+        descriptor >= 0 && ::flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    if (descriptor >= 0)
+        ::close(descriptor);
+    return isBusy;
 }
 
 void FileLock::release()

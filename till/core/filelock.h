@@ -25,6 +25,9 @@ public:
     [[nodiscard]] State acquire();
     void release();
 
+    /// Whether somebody holds the lock of that file; makes no file.
+    static bool isHeld(const QString &path);
+
     const QString &lastError() const { return error; }
 
 private:

@@ -10,6 +10,8 @@
 #include <host/dbqueuebroker.h>
 #include <host/dialog.h>
 
+#include <QThread>
+
 namespace till {
 
 Till::Till(const Settings &settings, DialogPresenter &face)
@@ -51,7 +53,12 @@ std::optional<QString> Till::start(BasicLoyaltySystem &system)
 
 std::optional<QString> Till::takePlace()
 {
-    const auto state = lock.acquire();
+    auto state = lock.acquire();
+    // Who only asks whether it is held, a monitor for one, holds it for a moment.
+    for (int i = 0; i < 20 && state == FileLock::State::Busy; ++i) {
+        QThread::msleep(10);
+        state = lock.acquire();
+    }
     if (state == FileLock::State::Busy)
         return QStringLiteral("%1: another till is selling here").arg(settings.dataDirectory);
     if (state == FileLock::State::Unavailable)
