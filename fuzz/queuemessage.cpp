@@ -3,7 +3,7 @@
 
 #include "interface/interface.h"
 #include "till/core/deliverer.h"
-#include "till/office/queuecommands.h"
+#include "till/office/commands.h"
 
 #include <host/dbqueuebroker.h>
 
@@ -40,17 +40,19 @@ public:
         const auto round = deliverer.deliver([] { return false; });
         const auto isEmptied = round.outcome == till::Deliverer::Outcome::Emptied;
         require(isEmptied || round.outcome == till::Deliverer::Outcome::Unreachable);
-        require(isEmptied == till::queueStateText(broker).startsWith(QLatin1String("waiting: 0")));
+        const auto state = broker.state(till::loyaltyQueue());
+        require(state && isEmptied == till::textOf(*state).startsWith(QLatin1String("waiting: 0")));
         return round.settled;
     }
     /// What the integrator reads and does about a parked message.
     void retryParked()
     {
         std::ostringstream output;
-        require(till::runQueueCommand(broker, output, {QStringLiteral("parked")}) !=
-                till::queueexit::unusable);
-        require(till::runQueueCommand(broker, output,
-                                      {QStringLiteral("retry"), QStringLiteral("all")}) == 0);
+        const auto run = [&](const QStringList &arguments) {
+            return till::runQueueCommand(broker, output, arguments, false);
+        };
+        require(run({QStringLiteral("parked")}) != 1);
+        require(run({QStringLiteral("retry"), QStringLiteral("all")}) == 0);
     }
 
     FakeRestClient http;

@@ -9,12 +9,7 @@
 #include "till/core/settings.h"
 #include "till/core/settingscheck.h"
 #include "till/core/till.h"
-#include "till/office/checkcommand.h"
-#include "till/office/delivercommand.h"
-#include "till/office/metricscommand.h"
-#include "till/office/queuecommands.h"
-#include "till/office/receiptcommands.h"
-#include "till/office/settingstext.h"
+#include "till/office/commands.h"
 #include "till/options.h"
 
 #include <host/config.h>
@@ -139,7 +134,6 @@ int run(const till::Options &options, till::Console &console)
         // A full disk or a read-only directory must not keep the till from selling.
         std::cerr << "till: " << problem->toStdString() << std::endl;
     }
-    const till::LogRotation rotation;
     if (const auto problem = till::legacydata::adoptQueue(settings.dataDirectory))
         return refuseToStart(*problem);
     if (name.isEmpty())
@@ -155,6 +149,7 @@ int main(int argc, char *argv[])
 {
     // A connection or an output that has gone is an error where it is used, not the till's end.
     std::signal(SIGPIPE, SIG_IGN);
+    const till::LogRotation rotation;
     const QCoreApplication application(argc, argv);
     const auto commandLine = till::parseCommandLine(QCoreApplication::arguments());
     if (!commandLine.options) {

@@ -1,10 +1,8 @@
-#include "till/office/checkcommand.h"
+#include "till/office/commands.h"
 
 #include "till/core/catalogue.h"
-#include "till/core/legacydata.h"
-#include "till/core/printable.h"
+#include "till/office/answer.h"
 #include "till/office/finding.h"
-#include "till/office/json.h"
 #include "till/office/metricstext.h"
 #include "till/office/texts.h"
 
@@ -12,20 +10,30 @@
 #include <host/logging.h>
 
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QMap>
 
 #include <algorithm>
 #include <array>
-#include <ostream>
 
 namespace till {
 
 namespace {
 
-const char *nameOf(Finding::Level level)
+QLatin1String nameOf(Finding::Level level)
 {
-    constexpr std::array names{"ok", "warning", "failed"};
+    constexpr std::array names{QLatin1String("ok"), QLatin1String("warning"),
+                               QLatin1String("failed")};
     return names.at(static_cast<size_t>(level));
+}
+
+Finding::Level worstOf(const Findings &findings)
+{
+    auto level = Finding::Level::Ok;
+    for (const auto &finding : findings.list)
+        level = std::max(level, finding.level);
+    return level;
 }
 
 void checkFile(const QString &file, Findings &findings)
@@ -63,7 +71,7 @@ void printText(const Findings &findings, std::ostream &output)
 {
     for (const auto &finding : findings.list) {
         printLine(output, QStringLiteral("%1 %2 %3")
-                              .arg(QLatin1String(nameOf(finding.level)), -7)
+                              .arg(nameOf(finding.level), -7)
                               .arg(finding.check, -19)
                               .arg(finding.found));
         if (!finding.mend.isEmpty())
@@ -75,11 +83,11 @@ QJsonObject toJson(const Findings &findings)
 {
     QJsonArray list;
     for (const auto &[level, check, found, mend] : findings.list)
-        list.append(QJsonObject{{QLatin1String("level"), QLatin1String(nameOf(level))},
+        list.append(QJsonObject{{QLatin1String("level"), nameOf(level)},
                                 {QLatin1String("check"), check},
                                 {QLatin1String("found"), found},
                                 {QLatin1String("mend"), mend}});
-    QJsonObject json{{QLatin1String("level"), QLatin1String(nameOf(findings.worst()))},
+    QJsonObject json{{QLatin1String("level"), nameOf(worstOf(findings))},
                      {QLatin1String("findings"), list}};
     if (findings.certificateExpires)
         json.insert(QLatin1String("certificateExpires"), *findings.certificateExpires);
@@ -117,14 +125,13 @@ int runCheck(const SettingsOverrides &overrides, const CheckRequest &request, st
     if (!request.metrics.isEmpty()) {
         if (const auto problem = writeMetrics(findings, request.metrics))
             findings.fail("metrics", *problem,
-                          Office::tr("Name a file in a directory that this "
-                                     "user may write."));
+                          Office::tr("Name a file in a directory that this user may write."));
     }
     if (request.asJson)
         printJson(output, toJson(findings));
     else
         printText(findings, output);
-    return static_cast<int>(findings.worst());
+    return static_cast<int>(worstOf(findings));
 }
 
 } // namespace till

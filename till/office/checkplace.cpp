@@ -3,6 +3,7 @@
 #include "till/core/deliverer.h"
 #include "till/core/filelock.h"
 #include "till/core/settings.h"
+#include "till/core/store.h"
 #include "till/office/texts.h"
 
 #include <host/database.h>
@@ -38,6 +39,10 @@ void checkDirectory(const QString &directory, Findings &findings)
         findings.fail(
             check, Office::tr("%1 cannot be written").arg(there),
             Office::tr("Give the directory to the till's user, or correct Till:dataDir."));
+    else if (there == directory && info.ownerId() != ::geteuid())
+        findings.warn(check, Office::tr("%1 belongs to the user %2").arg(directory, info.owner()),
+                      Office::tr("Run the till's programs as that user: runuser -u %1 till check")
+                          .arg(info.owner()));
     else if (there == directory && (info.permissions() & others) != 0)
         findings.warn(check, Office::tr("%1 is open to other users").arg(directory),
                       Office::tr("chmod 700 %1").arg(directory));
@@ -47,7 +52,6 @@ void checkDirectory(const QString &directory, Findings &findings)
 
 void checkSpace(const QString &directory, Findings &findings)
 {
-    constexpr auto check = "place.space";
     constexpr qint64 leastBytes = 5LL << 20;
     constexpr qint64 fewBytes = 200LL << 20;
     // Qt's own answer needs the mount in the list of mounts, which a container may not show.
@@ -56,13 +60,8 @@ void checkSpace(const QString &directory, Findings &findings)
         std::filesystem::space(QFile::encodeName(existing(directory)).toStdString(), error);
     const auto free = error ? 0 : static_cast<qint64>(space.available);
     const auto text = Office::tr("%1 free").arg(QLocale::c().formattedDataSize(free));
-    const auto mend = Office::tr("Make room on the file system of %1.").arg(directory);
-    if (free < leastBytes)
-        findings.fail(check, text, mend);
-    else if (free < fewBytes)
-        findings.warn(check, text, mend);
-    else
-        findings.ok(check, text);
+    findings.add(Finding::levelOf(free < leastBytes, free < fewBytes), "place.space", text,
+                 Office::tr("Make room on the file system of %1.").arg(directory));
 }
 
 /// Opens the store, and so brings one of an older version forward. \return Whether it is good.
@@ -105,11 +104,8 @@ void checkQueue(const DeliveryState &state, Findings &findings)
         state.waiting > 0 ? state.oldestWaiting.secsTo(QDateTime::currentDateTimeUtc()) : 0;
     const auto waiting =
         Office::tr("%1 messages wait, the oldest for %2 s").arg(state.waiting).arg(age);
-    if (age > longWait)
-        findings.warn("queue.waiting", waiting,
-                      Office::tr("\"till queue\" says what keeps it; \"till deliver\" must run."));
-    else
-        findings.ok("queue.waiting", waiting);
+    findings.add(Finding::levelOf(false, age > longWait), "queue.waiting", waiting,
+                 Office::tr("\"till queue\" says what keeps it; \"till deliver\" must run."));
     if (state.parked > 0)
         findings.warn(
             "queue.parked", Office::tr("%1 messages are parked").arg(state.parked),
@@ -122,15 +118,6 @@ void checkQueue(const DeliveryState &state, Findings &findings)
             Office::tr("\"till receipts --refused\" says why, \"till report\" reports again."));
     else
         findings.ok("receipts.refused", Office::tr("none"));
-}
-
-/// Who holds a lock; a file that nobody has ever made is not made here.
-void checkLock(const char *check, const QString &file, const QString &busy, const QString &free,
-               Findings &findings)
-{
-    FileLock lock(file);
-    const auto isBusy = QFileInfo::exists(file) && lock.acquire() == FileLock::State::Busy;
-    findings.ok(check, isBusy ? busy : free);
 }
 
 } // namespace
@@ -147,11 +134,12 @@ void checkPlace(const Settings &settings, Findings &findings)
         database.close();
         checkQueue(Store(directory).deliveryState(loyaltyQueue()), findings);
     }
-    checkLock("till", directory + QLatin1String("/till.lock"),
-              Office::tr("one is selling here; a second one does not start"),
-              Office::tr("none is selling here"), findings);
-    checkLock("deliverer", file + QLatin1String(".lock"), Office::tr("one is at work"),
-              Office::tr("none is at work at this moment"), findings);
+    findings.ok("till", FileLock::isHeld(directory + QLatin1String("/till.lock"))
+                            ? Office::tr("one is selling here; a second one does not start")
+                            : Office::tr("none is selling here"));
+    findings.ok("deliverer", FileLock::isHeld(file + QLatin1String(".lock"))
+                                 ? Office::tr("one is at work")
+                                 : Office::tr("none is at work at this moment"));
 }
 
 } // namespace till

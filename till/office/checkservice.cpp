@@ -13,6 +13,9 @@
 #include <QElapsedTimer>
 #include <QUrl>
 
+#include <algorithm>
+#include <utility>
+
 namespace till {
 
 namespace {
@@ -30,12 +33,9 @@ void checkProxy(const QUrl &url, Findings &findings)
     }
     const auto text = QStringLiteral("%1: %2").arg(
         proxy.source, proxy.harmless(QString::fromUtf8(proxy.address)));
-    if (proxy.source == QLatin1String("Http:proxy"))
-        findings.ok(check, text);
-    else
-        findings.warn(check, text,
-                      Office::tr("The environment of a service is another one: set Http:proxy, or "
-                                 "no_proxy."));
+    findings.add(Finding::levelOf(false, proxy.source != QLatin1String("Http:proxy")), check, text,
+                 Office::tr("The environment of a service is another one: set Http:proxy, or "
+                            "no_proxy."));
 }
 
 QString certificateText(const ShownCertificate &certificate)
@@ -47,39 +47,18 @@ QString certificateText(const ShownCertificate &certificate)
         .arg(days);
 }
 
-void failCertificate(const ServiceProbe &probe, Findings &findings)
-{
-    const auto isExpired =
-        !probe.chain.isEmpty() && probe.chain.first().expires < QDateTime::currentDateTimeUtc();
-    const auto shown = probe.chain.isEmpty()
-                           ? QString()
-                           : QStringLiteral("; ") + certificateText(probe.chain.first());
-    findings.fail("service.certificate", probe.reason + shown,
-                  isExpired ? Office::tr("The certificate has expired: the service, or this clock, "
-                                         "must be put right.")
-                  : probe.isOfOtherHost
-                      ? Office::tr("The certificate is for another host: correct LmMindbox:url.")
-                      : Office::tr("Its authority is not trusted: name its PEM file in "
-                                   "Http:caFile."));
-}
-
 void checkCertificate(const ServiceProbe &probe, Findings &findings)
 {
     constexpr qint64 fewDays = 14;
     if (probe.chain.isEmpty())
         return;
-    auto earliest = probe.chain.first();
-    for (const auto &certificate : probe.chain) {
-        if (certificate.expires < earliest.expires)
-            earliest = certificate;
-    }
+    const auto earliest =
+        *std::min_element(probe.chain.cbegin(), probe.chain.cend(),
+                          [](const auto &a, const auto &b) { return a.expires < b.expires; });
     findings.certificateExpires = earliest.expires.toSecsSinceEpoch();
-    const auto text = certificateText(earliest);
-    if (QDateTime::currentDateTimeUtc().daysTo(earliest.expires) < fewDays)
-        findings.warn("service.certificate", text,
-                      Office::tr("Its owner must renew it before that day."));
-    else
-        findings.ok("service.certificate", text);
+    const auto isNear = QDateTime::currentDateTimeUtc().daysTo(earliest.expires) < fewDays;
+    findings.add(Finding::levelOf(false, isNear), "service.certificate", certificateText(earliest),
+                 Office::tr("Its owner must renew it before that day."));
 }
 
 void checkClock(const ServiceProbe &probe, Findings &findings)
@@ -93,56 +72,75 @@ void checkClock(const ServiceProbe &probe, Findings &findings)
     }
     const auto ahead = probe.clockAhead->count();
     findings.clockAhead = ahead;
-    const auto text = Office::tr("%1 s ahead of the service's").arg(ahead);
-    const auto mend =
-        Office::tr("Put the clock right and keep it so: systemd-timesyncd or chrony.");
-    if (std::abs(ahead) > wrong)
-        findings.fail(check, text, mend);
-    else if (std::abs(ahead) > doubtful)
-        findings.warn(check, text, mend);
-    else
-        findings.ok(check, text);
+    findings.add(Finding::levelOf(std::abs(ahead) > wrong, std::abs(ahead) > doubtful), check,
+                 Office::tr("%1 s ahead of the service's").arg(ahead),
+                 Office::tr("Put the clock right and keep it so: systemd-timesyncd or chrony."));
 }
 
-/// \return Whether a look-up can be tried.
-bool checkWay(const QUrl &url, const ServiceProbe &probe, Findings &findings)
+QString mendOfCertificate(const ServiceProbe &probe)
+{
+    if (!probe.chain.isEmpty() && probe.chain.first().expires < QDateTime::currentDateTimeUtc())
+        return Office::tr("The certificate has expired: the service, or this clock, must be put "
+                          "right.");
+    return probe.isOfOtherHost
+               ? Office::tr("The certificate is for another host: correct LmMindbox:url.")
+               : Office::tr("Its authority is not trusted: name its PEM file in Http:caFile.");
+}
+
+/// Which check has failed, and what is to be done.
+std::pair<const char *, QString> failureOf(const ServiceProbe &probe, bool isDirect)
 {
     using Failure = ServiceProbe::Failure;
-    const auto fail = [&](const char *check, const QString &mend) {
-        findings.fail(check, probe.reason + Proxy::of(url).note(), mend);
-        return false;
-    };
-    const auto isDirect = Proxy::of(url).address.isEmpty();
-    if (!isDirect && (probe.failure == Failure::Name || probe.failure == Failure::Connection))
-        return fail("service.connection", Office::tr("Correct the proxy, or do without."));
-    if (probe.failure == Failure::Name)
-        return fail("service.name", Office::tr("Correct the host in LmMindbox:url, or the name "
-                                               "server."));
-    if (probe.failure == Failure::Connection)
-        return fail("service.connection",
-                    Office::tr("Correct the port in LmMindbox:url, or let the till through the "
-                               "firewall."));
-    findings.ok("service.connection",
-                Office::tr("%1 in %2 ms").arg(probe.address).arg(probe.connectTime.count()));
-    if (probe.failure == Failure::Tls)
-        return fail("service.certificate",
-                    Office::tr("There is no TLS at this port: correct scheme and port in "
-                               "LmMindbox:url."));
-    if (probe.failure == Failure::Authorities)
-        return fail("service.certificate",
-                    Office::tr("Nobody is trusted without this file: install ca-certificates, or "
-                               "correct Http:caFile."));
-    if (probe.failure == Failure::Certificate) {
-        failCertificate(probe, findings);
-        return false;
+    switch (probe.failure) {
+    case Failure::None:
+        break;
+    case Failure::Name:
+        if (isDirect)
+            return {"service.name",
+                    Office::tr("Correct the host in LmMindbox:url, or the name server.")};
+        [[fallthrough]];
+    case Failure::Connection:
+        return {"service.connection",
+                isDirect ? Office::tr("Correct the port in LmMindbox:url, or let the till through "
+                                      "the firewall.")
+                         : Office::tr("Correct the proxy, or do without.")};
+    case Failure::Tls:
+        return {"service.certificate", Office::tr("There is no TLS at this port: correct scheme "
+                                                  "and port in LmMindbox:url.")};
+    case Failure::Authorities:
+        return {"service.certificate", Office::tr("Nobody is trusted without this file: install "
+                                                  "ca-certificates, or correct Http:caFile.")};
+    case Failure::Certificate:
+        return {"service.certificate", mendOfCertificate(probe)};
+    case Failure::Silent:
+        return {"service.answer", Office::tr("The service hangs; ask its owner.")};
+    case Failure::Answer:
+        return {"service.answer", Office::tr("Begin LmMindbox:url with https: what answers at this "
+                                             "port does not speak http.")};
     }
-    checkCertificate(probe, findings);
-    if (probe.failure == Failure::Silent)
-        return fail("service.answer", Office::tr("The service hangs; ask its owner."));
-    if (probe.failure == Failure::Answer)
-        return fail("service.answer", Office::tr("Begin LmMindbox:url with https: what answers at "
-                                                 "this port does not speak http."));
-    return true;
+    return {};
+}
+
+void checkWay(const QUrl &url, const ServiceProbe &probe, Findings &findings)
+{
+    using Failure = ServiceProbe::Failure;
+    if (probe.failure != Failure::Name && probe.failure != Failure::Connection)
+        findings.ok("service.connection",
+                    Office::tr("%1 in %2 ms").arg(probe.address).arg(probe.connectTime.count()));
+    if (probe.failure != Failure::Certificate)
+        checkCertificate(probe, findings);
+    const auto proxy = Proxy::of(url);
+    const auto [check, mend] = failureOf(probe, proxy.address.isEmpty());
+    if (!check) {
+        checkClock(probe, findings);
+        return;
+    }
+    auto reason = probe.reason + proxy.note();
+    if (probe.failure == Failure::Certificate && !probe.chain.isEmpty()) {
+        findings.certificateExpires = probe.chain.first().expires.toSecsSinceEpoch();
+        reason += QStringLiteral("; ") + certificateText(probe.chain.first());
+    }
+    findings.fail(check, reason, mend);
 }
 
 /// What is to be done about an answer that is not the one hoped for.
@@ -214,10 +212,8 @@ void checkService(const QString &phone, Findings &findings)
     const std::chrono::seconds timeout(
         std::max(1, config->getInt(QStringLiteral("LmMindbox:timeout"), usual)));
     const auto probe = probeService(url, timeout);
-    const auto isReached = checkWay(url, probe, findings);
+    checkWay(url, probe, findings);
     if (probe.failure == ServiceProbe::Failure::None)
-        checkClock(probe, findings);
-    if (isReached)
         checkLookUp(phone, findings);
 }
 

@@ -3,14 +3,14 @@
 #include "till/core/loyaltyplugin.h"
 #include "till/core/settings.h"
 #include "till/core/settingscheck.h"
-#include "till/office/settingstext.h"
+#include "till/office/commands.h"
 #include "till/office/texts.h"
 
 #include <host/abstractdocument.h>
 #include <host/config.h>
 #include <host/simpleformatter.h>
 
-#include <QJsonObject>
+#include <utility>
 
 namespace till {
 
@@ -35,16 +35,22 @@ DocumentHeader sampleHeader()
             QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9))};
 }
 
-/// Receipts of one chain that an identifier must tell from the sample receipt.
-QList<DocumentHeader> otherReceipts()
+/// Pairs of receipts of one chain that an identifier must tell apart.
+QList<std::pair<DocumentHeader, DocumentHeader>> differentReceipts()
 {
-    QList<DocumentHeader> others(4, sampleHeader());
-    others[0].num = 12;   // the next one, in the same second
-    others[1].shift = 11; // digits that only run together otherwise
-    others[1].num = 1;
-    others[2].cashCode += 1; // the register beside it
-    others[3].shopCode += 1;
-    return others;
+    const auto with = [](int shift, int number, int moreCash = 0, int moreShop = 0) {
+        auto header = sampleHeader();
+        header.shift = shift;
+        header.num = number;
+        header.cashCode += moreCash;
+        header.shopCode += moreShop;
+        return header;
+    };
+    return {{with(1, 11), with(1, 12)}, // the next one, in the same second
+            {with(1, 11), with(11, 1)}, // digits that only run together otherwise
+            {with(12, 345), with(123, 45)},
+            {with(1, 11), with(1, 11, 1)}, // the register beside it
+            {with(1, 11), with(1, 11, 0, 1)}};
 }
 
 QString expand(const QString &mask, const DocumentHeader &header)
@@ -55,20 +61,19 @@ QString expand(const QString &mask, const DocumentHeader &header)
 void checkOrderMask(const QString &mask, Findings &findings)
 {
     constexpr auto check = "masks.order";
-    const auto key = QStringLiteral("LmMindbox:requestTransactionIdMask");
-    const auto mine = expand(mask, sampleHeader());
-    for (const auto &other : otherReceipts()) {
-        if (expand(mask, other) != mine)
+    for (const auto &[one, other] : differentReceipts()) {
+        const auto id = expand(mask, one);
+        if (expand(mask, other) != id)
             continue;
-        const auto text =
-            Office::tr("two receipts get one identifier, %1: the service would lose one").arg(mine);
-        findings.warn(check, text,
-                      Office::tr("Put shop, register, shift and number into %1, each with its "
-                                 "width; docs/masks.md says how.")
-                          .arg(key));
+        findings.warn(
+            check,
+            Office::tr("two receipts get one identifier, %1: the service would lose one").arg(id),
+            Office::tr("Put shop, register, shift and number into %1, each with its width; "
+                       "docs/masks.md says how.")
+                .arg(QLatin1String("LmMindbox:requestTransactionIdMask")));
         return;
     }
-    findings.ok(check, Office::tr("an order's identifier: %1").arg(mine));
+    findings.ok(check, Office::tr("an order's identifier: %1").arg(expand(mask, sampleHeader())));
 }
 
 void checkProductMask(const QString &mask, Findings &findings)

@@ -1,14 +1,11 @@
-#include "till/office/delivercommand.h"
+#include "till/office/commands.h"
 
 #include "till/core/deliverer.h"
 #include "till/core/deliveryloop.h"
 #include "till/core/exchangecounts.h"
 #include "till/core/printable.h"
 #include "till/core/retention.h"
-#include "till/core/settings.h"
 #include "till/core/signalpause.h"
-#include "till/core/store.h"
-#include "till/office/queuecommands.h"
 
 #include "interface/interface.h"
 
@@ -85,17 +82,17 @@ int runDelivery(const Settings &settings, bool once, std::ostream &output)
         loop.setBeforeEach([&progress] { progress.step(); });
         return loop.runOnce();
     }();
-    const auto text = queueStateText(broker);
+    const auto state = broker.state(loyaltyQueue());
+    const auto text = state ? textOf(*state) : broker.lastError();
     // A queue that cannot be read says the same in its state.
     if (!isDone && deliverer.lastError() != text)
         printLine(output, deliverer.lastError());
     printLine(output, text);
-    const auto state = broker.state(loyaltyQueue());
     if (!state || state->waiting > 0)
-        return queueexit::unusable;
+        return 1;
     if (state->parked > 0)
-        return queueexit::parked;
-    return isDone ? 0 : queueexit::unusable;
+        return parkedExit;
+    return isDone ? 0 : 1;
 }
 
 } // namespace till

@@ -12,10 +12,16 @@ struct Finding
 {
     enum class Level { Ok, Warning, Failed };
 
+    /// The worse of two that may be true.
+    static Level levelOf(bool isFailed, bool isDoubtful)
+    {
+        return isFailed ? Level::Failed : isDoubtful ? Level::Warning : Level::Ok;
+    }
+
     Level level = Level::Ok;
     QString check; ///< Which one, for programs: "service.lookup". Stays from version to version.
     QString found;
-    QString mend = {}; ///< What to do; empty when there is nothing to do.
+    QString mend; ///< What to do; empty when there is nothing to do.
 };
 
 /// All that "till check" has found, and the two figures in it that a monitor follows.
@@ -25,24 +31,20 @@ struct Findings
     std::optional<qint64> certificateExpires; ///< Seconds since 1970.
     std::optional<qint64> clockAhead;         ///< Seconds that this clock is ahead.
 
-    void ok(const char *check, const QString &found)
+    /// Adds one; what to do is left out where nothing is wrong.
+    void add(Finding::Level level, const char *check, const QString &found, const QString &mend)
     {
-        list.append({Finding::Level::Ok, QString::fromLatin1(check), found});
+        list.append({level, QString::fromLatin1(check), found,
+                     level == Finding::Level::Ok ? QString() : mend});
     }
+    void ok(const char *check, const QString &found) { add(Finding::Level::Ok, check, found, {}); }
     void warn(const char *check, const QString &found, const QString &mend)
     {
-        list.append({Finding::Level::Warning, QString::fromLatin1(check), found, mend});
+        add(Finding::Level::Warning, check, found, mend);
     }
     void fail(const char *check, const QString &found, const QString &mend)
     {
-        list.append({Finding::Level::Failed, QString::fromLatin1(check), found, mend});
-    }
-    Finding::Level worst() const
-    {
-        auto level = Finding::Level::Ok;
-        for (const auto &finding : list)
-            level = std::max(level, finding.level);
-        return level;
+        add(Finding::Level::Failed, check, found, mend);
     }
 };
 

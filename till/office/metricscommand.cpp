@@ -1,17 +1,12 @@
-#include "till/office/metricscommand.h"
+#include "till/office/commands.h"
 
 #include "till/core/deliverer.h"
 #include "till/core/exchangecounts.h"
 #include "till/core/filelock.h"
-#include "till/core/printable.h"
-#include "till/core/settings.h"
-#include "till/core/store.h"
+#include "till/office/answer.h"
 #include "till/office/metricstext.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
-#include <ostream>
 
 namespace till {
 
@@ -74,12 +69,6 @@ void addExchanges(const ExchangeCounts::Snapshot &counts, MetricsText &metrics)
                   "When the service has last done what it was asked for; 0 for never.");
 }
 
-bool isHeld(const QString &file)
-{
-    FileLock lock(file);
-    return QFileInfo::exists(file) && lock.acquire() == FileLock::State::Busy;
-}
-
 } // namespace
 
 int runMetrics(const Settings &settings, const QString &file, std::ostream &output)
@@ -91,7 +80,8 @@ int runMetrics(const Settings &settings, const QString &file, std::ostream &outp
                        {"qt", QString::fromLatin1(qVersion())},
                        {"shop", QString::number(settings.place.shopCode)},
                        {"register", QString::number(settings.place.cashCode)}});
-    metrics.gauge("loyalty_till_selling", isHeld(directory + QLatin1String("/till.lock")) ? 1 : 0,
+    metrics.gauge("loyalty_till_selling",
+                  FileLock::isHeld(directory + QLatin1String("/till.lock")) ? 1 : 0,
                   "Whether a till is at work.");
     Store store(directory);
     addState(store, metrics);
@@ -100,11 +90,8 @@ int runMetrics(const Settings &settings, const QString &file, std::ostream &outp
         output << metrics.text().toStdString() << std::flush;
         return 0;
     }
-    if (const auto problem = metrics.writeTo(file)) {
-        printLine(output, *problem);
-        return 1;
-    }
-    return 0;
+    const auto problem = metrics.writeTo(file);
+    return problem ? fail(output, *problem) : 0;
 }
 
 } // namespace till

@@ -1,11 +1,6 @@
 #include "till/office/metricstext.h"
 
-#include <QFile>
-
-#include <cstdio>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <QSaveFile>
 
 namespace till {
 
@@ -47,19 +42,15 @@ void MetricsText::gauge(const char *familyName, double value, const char *help)
 
 std::optional<QString> MetricsText::writeTo(const QString &file) const
 {
-    const auto target = QFile::encodeName(file);
-    const auto unfinished = target + '.' + QByteArray::number(::getpid());
+    constexpr auto rights = QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                            QFileDevice::ReadGroup | QFileDevice::ReadOther;
+    QSaveFile target(file);
     const auto bytes = text().toUtf8();
-    const auto descriptor = ::open(unfinished.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    auto isWritten =
-        descriptor >= 0 && ::fchmod(descriptor, 0644) == 0 &&
-        ::write(descriptor, bytes.constData(), static_cast<size_t>(bytes.size())) == bytes.size();
-    isWritten = (descriptor < 0 || ::close(descriptor) == 0) && isWritten;
-    if (isWritten && std::rename(unfinished.constData(), target.constData()) == 0)
+    // Its own commit does not notice that the last bytes did not fit on the disk.
+    if (target.open(QFileDevice::WriteOnly) && target.setPermissions(rights) &&
+        target.write(bytes) == bytes.size() && target.flush() && target.commit())
         return std::nullopt;
-    const auto reason = qt_error_string();
-    ::unlink(unfinished.constData());
-    return QStringLiteral("%1: cannot be written: %2").arg(file, reason);
+    return QStringLiteral("%1: cannot be written: %2").arg(file, target.errorString());
 }
 
 } // namespace till

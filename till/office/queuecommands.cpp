@@ -1,8 +1,7 @@
-#include "till/office/queuecommands.h"
+#include "till/office/commands.h"
 
 #include "till/core/deliverer.h"
-#include "till/core/printable.h"
-#include "till/office/json.h"
+#include "till/office/answer.h"
 #include "till/office/texts.h"
 
 #include "interface/ordermessage.h"
@@ -11,7 +10,8 @@
 #include <host/privatefile.h>
 
 #include <QFileInfo>
-#include <QJsonDocument>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <limits>
 
@@ -49,12 +49,6 @@ QJsonArray toJson(const QList<QueuedMessage> &messages)
     return array;
 }
 
-int fail(std::ostream &output, const QString &reason)
-{
-    printLine(output, reason);
-    return queueexit::unusable;
-}
-
 /// The identity of the order that a message is about.
 QString orderOf(const QueuedMessage &message)
 {
@@ -79,11 +73,11 @@ int list(DBQueueBroker &broker, std::ostream &output, bool asJson)
     const auto messages = broker.waiting(loyaltyQueue(), most);
     if (!state || !broker.lastError().isEmpty())
         return fail(output, broker.lastError());
-    const auto exitCode = state->parked > 0 ? queueexit::parked : 0;
+    const auto exitCode = state->parked > 0 ? parkedExit : 0;
     if (asJson) {
-        printJson(output, {{QLatin1String("waiting"), state->waiting},
-                           {QLatin1String("parked"), state->parked},
-                           {QLatin1String("messages"), toJson(messages)}});
+        printJson(output, QJsonObject{{QLatin1String("waiting"), state->waiting},
+                                      {QLatin1String("parked"), state->parked},
+                                      {QLatin1String("messages"), toJson(messages)}});
         return exitCode;
     }
     for (const auto &message : messages)
@@ -92,7 +86,7 @@ int list(DBQueueBroker &broker, std::ostream &output, bool asJson)
         printLine(output, Office::tr("the first %1 of %2; \"export\" writes all")
                               .arg(messages.size())
                               .arg(state->waiting));
-    printLine(output, queueStateText(broker));
+    printLine(output, textOf(*state));
     return exitCode;
 }
 
@@ -108,7 +102,7 @@ int listParked(DBQueueBroker &broker, std::ostream &output, bool asJson)
             printLine(output, QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
         printLine(output, Office::tr("parked: %1").arg(messages.size()));
     }
-    return messages.isEmpty() ? 0 : queueexit::parked;
+    return messages.isEmpty() ? 0 : parkedExit;
 }
 
 int park(DBQueueBroker &broker, std::ostream &output, const QString &which)
@@ -125,20 +119,20 @@ int park(DBQueueBroker &broker, std::ostream &output, const QString &which)
 
 int retry(DBQueueBroker &broker, std::ostream &output, const QString &which)
 {
-    const auto messages = broker.parked(loyaltyQueue());
+    auto messages = broker.parked(loyaltyQueue());
     if (!broker.lastError().isEmpty())
         return fail(output, broker.lastError());
-    int count = 0;
-    for (const auto &message : messages) {
-        if (which != QLatin1String("all") && which != QString::number(message.id))
-            continue;
+    if (which != QLatin1String("all")) {
+        messages.removeIf(
+            [&which](const auto &message) { return QString::number(message.id) != which; });
+        if (messages.isEmpty())
+            return fail(output, Office::tr("There is no parked message %1.").arg(which));
+    }
+    for (const auto &message : std::as_const(messages)) {
         if (!broker.unpark(message.id))
             return fail(output, broker.lastError());
-        ++count;
     }
-    if (count == 0 && which != QLatin1String("all"))
-        return fail(output, Office::tr("There is no parked message %1.").arg(which));
-    printLine(output, Office::tr("put back: %1").arg(count));
+    printLine(output, Office::tr("put back: %1").arg(messages.size()));
     return 0;
 }
 
@@ -163,13 +157,10 @@ int exportTo(DBQueueBroker &broker, std::ostream &output, const QString &file)
 
 } // namespace
 
-QString queueStateText(DBQueueBroker &broker)
+QString textOf(const QueueState &state)
 {
-    const auto state = broker.state(loyaltyQueue());
-    if (!state)
-        return broker.lastError();
-    auto text = Office::tr("waiting: %1, parked: %2").arg(state->waiting).arg(state->parked);
-    if (const auto &next = state->oldest) {
+    auto text = Office::tr("waiting: %1, parked: %2").arg(state.waiting).arg(state.parked);
+    if (const auto &next = state.oldest) {
         text += Office::tr("\nnext: %1 %2, age %3, tries %4")
                     .arg(next->id)
                     .arg(methodOf(*next), ageText(next->queuedAt))
@@ -197,7 +188,7 @@ int runQueueCommand(DBQueueBroker &broker, std::ostream &output, const QStringLi
         return exportTo(broker, output, arguments.at(1));
     printLine(output, Office::tr("Expected: till queue [list | parked | park ID | retry ID | retry "
                                  "all | export FILE]"));
-    return queueexit::badArguments;
+    return 2;
 }
 
 } // namespace till

@@ -1,16 +1,14 @@
-#include "till/office/receiptcommands.h"
+#include "till/office/commands.h"
 
 #include "till/core/numbers.h"
-#include "till/core/printable.h"
 #include "till/core/receiptview.h"
 #include "till/core/sale.h"
-#include "till/office/json.h"
+#include "till/office/answer.h"
 #include "till/office/texts.h"
 
 #include <host/documentjson.h>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <limits>
@@ -18,9 +16,6 @@
 namespace till {
 
 namespace {
-
-constexpr int failure = 1;
-constexpr int badArguments = 2;
 
 QString stateText(ReceiptState state)
 {
@@ -96,12 +91,6 @@ QJsonObject toJson(const ReceiptRecord &record)
 QJsonObject documentOf(const ReceiptRecord &record)
 {
     return QJsonDocument::fromJson(record.document.toUtf8()).object();
-}
-
-int fail(std::ostream &output, const QString &reason)
-{
-    printLine(output, reason);
-    return failure;
 }
 
 int list(Store &store, std::ostream &output, const ReceiptFilter &filter, bool asJson)
@@ -203,7 +192,7 @@ int runReceiptsCommand(Store &store, std::ostream &output, const QStringList &ar
         return show(store, output, *number, asJson);
     printLine(output, Office::tr("Expected: till receipts [--refused] [--since DATE] [--json] or "
                                  "till receipts show NUMBER [--json]"));
-    return badArguments;
+    return 2;
 }
 
 } // namespace till

@@ -4,8 +4,7 @@
 #include <host/proxy.h>
 
 #include <QFile>
-#include <QLocale>
-#include <QTimeZone>
+#include <QHash>
 #include <QUrl>
 
 #include <array>
@@ -27,32 +26,20 @@ size_t discard(char * /*from*/, size_t size, size_t count, void * /*into*/)
     return size * count;
 }
 
-/// "Nov  5 07:45:00 2026 GMT" as libcurl spells the end of a certificate.
-QDateTime certificateTime(const QString &text)
-{
-    const auto time = QLocale::c().toDateTime(text.simplified().remove(QStringLiteral(" GMT")),
-                                              QStringLiteral("MMM d HH:mm:ss yyyy"));
-    return {time.date(), time.time(), QTimeZone::utc()};
-}
-
 QList<ShownCertificate> shownChain(CURL *handle)
 {
     curl_certinfo *info = nullptr;
     curl_easy_getinfo(handle, CURLINFO_CERTINFO, &info);
     QList<ShownCertificate> chain;
     for (int i = 0; info && i < info->num_of_certs; ++i) {
-        ShownCertificate certificate;
+        QHash<QString, QString> lines;
         for (const auto *line = info->certinfo[i]; line; line = line->next) {
             const auto text = QString::fromUtf8(line->data);
-            const auto value = text.section(u':', 1);
-            if (text.startsWith(QLatin1String("Subject:")))
-                certificate.subject = value;
-            else if (text.startsWith(QLatin1String("Issuer:")))
-                certificate.issuer = value;
-            else if (text.startsWith(QLatin1String("Expire date:")))
-                certificate.expires = certificateTime(value);
+            lines.insert(text.section(u':', 0, 0), text.section(u':', 1));
         }
-        chain.append(certificate);
+        const auto expires = lines.value(QStringLiteral("Expire date")).toUtf8();
+        chain.append({lines.value(QStringLiteral("Subject")), lines.value(QStringLiteral("Issuer")),
+                      QDateTime::fromSecsSinceEpoch(curl_getdate(expires.constData(), nullptr))});
     }
     return chain;
 }

@@ -1,4 +1,4 @@
-#include "till/office/settingstext.h"
+#include "till/office/commands.h"
 
 #include "till/core/settingscheck.h"
 #include "till/office/texts.h"
