@@ -30,9 +30,9 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 
 set(CPACK_DEBIAN_TILL_PACKAGE_NAME "${package_till}")
 set(CPACK_DEBIAN_TILL_PACKAGE_SECTION misc)
-# Qt loads its SQLite driver while the till runs, so no library names it.
-set(CPACK_DEBIAN_TILL_PACKAGE_DEPENDS "adduser, libqt6sql6-sqlite")
-set(CPACK_DEBIAN_TILL_PACKAGE_RECOMMENDS "ca-certificates, logrotate, procps")
+# Qt loads its SQLite driver while the till runs, so no library names it. pkill is of procps.
+set(CPACK_DEBIAN_TILL_PACKAGE_DEPENDS "adduser, libqt6sql6-sqlite, procps")
+set(CPACK_DEBIAN_TILL_PACKAGE_RECOMMENDS "ca-certificates, logrotate")
 set(CPACK_DEBIAN_TILL_PACKAGE_SUGGESTS "bash-completion, prometheus-node-exporter")
 set(CPACK_DEBIAN_TILL_DESCRIPTION "till with the loyalty plugin
 A till that finds its customers at a loyalty service, registers new ones and

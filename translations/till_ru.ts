@@ -491,6 +491,14 @@ last error: %1</source>
         <translation>Отдайте каталог пользователю кассы или исправьте Till:dataDir.</translation>
     </message>
     <message>
+        <source>%1 belongs to the user %2</source>
+        <translation>%1 принадлежит пользователю %2</translation>
+    </message>
+    <message>
+        <source>Run the till&apos;s programs as that user: runuser -u %1 till check</source>
+        <translation>Запускайте программы кассы от имени этого пользователя: runuser -u %1 till check</translation>
+    </message>
+    <message>
         <source>%1 is open to other users</source>
         <translation>%1 доступен другим пользователям</translation>
     </message>

@@ -37,6 +37,7 @@ as_till() { "${root[@]}" runuser -u loyalty-till -- env TILL_CONFIG="$work/till.
 expect() { # FILE TEXT
     grep -qE "$2" "$1" || { cat "$1" >&2; fail "expected \"$2\" in $1"; }
 }
+open_files() { "${root[@]}" find "/proc/$deliverer/fd" -lname '*till.log*' -printf '%l\n'; }
 unpack() { # PACKAGE: from Debian's archive, without installing it
     (cd "$work" && apt-get -qq download "$1" 2>"$work/download.log" &&
         dpkg-deb -x "$1"_*.deb unpacked) || { cat "$work/download.log" >&2; fail "download of $1"; }
@@ -50,6 +51,7 @@ packages=("$work"/packages/*.deb)
 lintian --allow-root --fail-on error "${packages[@]}"
 
 step "alerts"
+unpack bash-completion
 unpack prometheus
 unpack prometheus-node-exporter
 promtool=$work/unpacked/usr/bin/promtool
@@ -80,6 +82,11 @@ until [ -s "$work/port" ]; do sleep 0.05; done
 "${root[@]}" mv "$work/of-the-till.conf" "$work/till.conf"
 as_till till check >"$work/check"
 ! grep -v '^ok ' "$work/check" || fail "check"
+version=$(sed -n 's/.*project(.*VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")
+[ "$(till --version)" = "till $version" ] || fail "version"
+expect "$work/check" "Plugin .*lmmindbox.so $version, built with Qt 6"
+objdump -p /usr/bin/till >"$work/libraries"
+expect "$work/libraries" 'NEEDED +libtillhost\.so\.[0-9]'
 printf 'card 79160000001\nadd 4600 Milk 2.50 2\ncommit\n' | as_till till --no-delivery >"$work/sale"
 expect "$work/sale" 'Receipt 1 is committed, total 5.00'
 [ "$("${root[@]}" stat -c '%a %U' /var/lib/loyalty-till /etc/xdg/till/till.conf | sort -u)" = \
@@ -108,20 +115,29 @@ expect "$work/newer-store" 'written by a newer version'
 step "what belongs to it: manual, completion, rotation, units, metrics"
 man -P cat till >"$work/manual" 2>/dev/null || zcat /usr/share/man/man1/till.1.gz >"$work/manual"
 expect "$work/manual" 'receipts'
-# shellcheck disable=SC1091,SC2016
-if [ -f /usr/share/bash-completion/bash_completion ]; then
-    bash -c '. /usr/share/bash-completion/bash_completion
+complete_line() { # WORD...: what is offered for the last one
+    # shellcheck disable=SC2016
+    bash -c '. "$0"
         . /usr/share/bash-completion/completions/till
-        COMP_WORDS=(till re); COMP_CWORD=1 COMP_LINE="till re" COMP_POINT=7
-        _till till re till; echo "${COMPREPLY[@]}"' >"$work/completion"
-    expect "$work/completion" 'receipts.* report'
-fi
+        COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMP_LINE=$* COMP_POINT=${#COMP_LINE}
+        _till till "${@: -1}" "${@: -2:1}"
+        echo "${COMPREPLY[@]}"' "$work/unpacked/usr/share/bash-completion/bash_completion" "$@"
+}
+[ "$(complete_line till re)" = "receipts report" ] || fail "completion of a command"
+[ "$(complete_line till queue p)" = "parked park" ] || fail "completion behind a command"
+[ "$(complete_line till check --ph)" = --phone ] || fail "completion of an option"
+as_till till deliver &
+until deliverer=$("${root[@]}" pgrep -x -U loyalty-till till); do sleep 0.05; done
+until open_files | grep -q 'till\.log$'; do sleep 0.05; done
 "${root[@]}" logrotate -f -s "$work/logrotate.state" /etc/logrotate.d/loyalty-till
-"${root[@]}" ls /var/log/loyalty-till >"$work/logs"
-expect "$work/logs" 'till\.log\.1'
+"${root[@]}" test -e /var/log/loyalty-till/till.log.1 || fail "rotation"
+timeout 10 bash -c "$(declare -f open_files); root=(${root[*]}) deliverer=$deliverer
+    until open_files | grep -q 'till\.log\$'; do sleep 0.05; done" || fail "the log was not let go"
+"${root[@]}" kill "$deliverer"
+wait $!
 systemd-analyze verify loyalty-till-{deliver,metrics,check}.service \
     loyalty-till-{metrics,check}.timer 2>"$work/verify" || true
-! grep loyalty-till "$work/verify" || fail "units"
+! grep -E 'loyalty-till|not found' "$work/verify" || fail "units"
 # As the units do it: into another user's directory with the one capability they have.
 "${root[@]}" install -d -m 755 "$work/textfiles"
 as_unit() {
@@ -131,6 +147,7 @@ as_unit() {
 }
 as_unit till metrics --output "$work/textfiles/loyalty-till.prom"
 as_unit till check --metrics "$work/textfiles/loyalty-till-check.prom" >/dev/null || true
+cat "$work"/textfiles/*.prom | "$promtool" check metrics
 /usr/bin/python3 - "$work"/textfiles/*.prom <<'PYTHON'
 import sys
 from prometheus_client.openmetrics.parser import text_string_to_metric_families
@@ -150,8 +167,9 @@ expect "$work/scraped" '^loyalty_till_exchange_duration_seconds_count\{.*success
 expect "$work/scraped" '^loyalty_till_check_level\{check="service.lookup"\} 0'
 expect "$work/scraped" '^node_textfile_scrape_error 0'
 
-step "a host of somebody else's, by pkg-config"
+step "a host of somebody else's, found by CMake and built by pkg-config"
 cp -r /usr/share/doc/loyalty-till-dev/examples/foreignhost "$work"
+cmake -S "$work/foreignhost" -B "$work/foreignhost/build" >"$work/cmake.log" || fail "find_package"
 # shellcheck disable=SC2046
 c++ -std=c++20 -fPIC -DLOYALTY_PLUGIN="\"$(pkg-config --variable=plugin loyalty-till)\"" \
     "$work/foreignhost/main.cpp" -o "$work/foreignhost/foreignhost" \
@@ -161,9 +179,13 @@ as_till "$work/foreignhost/foreignhost" "$work/till.conf" "$work/host" 791600000
     >"$work/foreign"
 expect "$work/foreign" 'delivered: 1'
 
-step "purge"
+step "remove, then purge"
 kill "$simulator"
 simulator=
+apt remove loyalty-till
+"${root[@]}" test -s /var/lib/loyalty-till/till.db -a -s /etc/xdg/till/till.conf ||
+    fail "a removal has taken orders or settings along"
 purge
+[ ! -e /var/log/loyalty-till ] || fail "the log is left"
 listing >"$work/after"
 diff "$work/before" "$work/after" || fail "the packages have left something"
