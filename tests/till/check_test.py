@@ -1,7 +1,6 @@
 """Provokes each wrong setting that "till check" tells apart, and holds docs/check.md's table
 against what it said.
 usage: check_test.py TILL SIMULATOR DOCUMENT [--write]    --write: puts the table into the document"""
-import contextlib
 import datetime
 import email.utils
 import fcntl
@@ -11,13 +10,13 @@ import os
 import pathlib
 import re
 import socket
-import sqlite3
 import subprocess
 import sys
 import tempfile
 import threading
 import unittest
-import urllib.request
+
+from place import Place
 
 TILL, SIMULATOR = sys.argv[1:3]
 DOCUMENT = pathlib.Path(sys.argv[3])
@@ -64,28 +63,12 @@ class Answer(http.server.BaseHTTPRequestHandler):
         pass
 
 
-class Place(contextlib.ExitStack):
-    """A till's settings and data, and what it talks to."""
+class Wrong(Place):
+    """One about which something can be wrong."""
 
     def __init__(self):
-        super().__init__()
-        self.root = pathlib.Path(self.enter_context(tempfile.TemporaryDirectory()))
-        self.data = self.root / "data"
-        self.settings = {"LmMindbox:endpoint": "till-demo", "LmMindbox:secretKey": "demo-secret",
-                         "LmMindbox:timeout": "1", "Till:shopCode": "12", "Till:cashCode": "3",
-                         "Till:dataDir": str(self.data), "Till:language": "en"}
-        self.mode, self.more, self.environment, self.around = 0o600, "", {}, []
-        self.simulate()
-
-    def simulate(self, *arguments):
-        simulator = subprocess.Popen([SIMULATOR, *arguments], text=True, stdout=subprocess.PIPE)
-        self.callback(simulator.communicate)
-        self.callback(simulator.kill)
-        self.address = re.search(r"https?://[\d.:]+", simulator.stdout.readline())[0]
-        self.talk_to(self.address)
-
-    def talk_to(self, address, path="/v3/operations/sync"):
-        self.settings["LmMindbox:url"] = address + path
+        super().__init__(TILL, SIMULATOR)
+        self.settings["LmMindbox:timeout"] = "1"
 
     def secure(self, name, authority="authority"):
         pem = {end: CERTIFICATE_DIRECTORY / f"{name}.{end}" for end in ("pem", "key")}
@@ -106,28 +89,6 @@ class Place(contextlib.ExitStack):
     def hang(self):
         listener = self.enter_context(socket.create_server(("127.0.0.1", 0)))
         self.talk_to(f"http://127.0.0.1:{listener.getsockname()[1]}")
-
-    def order_fault(self, **fault):
-        urllib.request.urlopen(f"{self.address}/simulator/faults", json.dumps(fault).encode())
-
-    def run(self, *arguments, sold=""):
-        config = self.root / "till.conf"
-        config.touch()
-        config.write_text("\n".join(f"{key}={value}" for key, value in self.settings.items())
-                          + "\n" + self.more)
-        config.chmod(self.mode)
-        environment = {name: value for name, value in os.environ.items() if "proxy" not in name}
-        return subprocess.run([*self.around, TILL, "--config", config, "--language", "en",
-                               *arguments], text=True,
-                              input=sold, env={**environment, **self.environment}, check=False,
-                              capture_output=True)
-
-    def sell(self):
-        self.run("--no-delivery", sold="add 4600 Milk 2.50 1\ncommit\n")
-
-    def query(self, statement):
-        with contextlib.closing(sqlite3.connect(self.data / "till.db")) as store, store:
-            store.execute(statement)
 
 
 def no_way(place):
@@ -261,7 +222,7 @@ CASES = [
 
 
 def provoke(wrong):
-    with Place() as place:
+    with Wrong() as place:
         try:
             wrong(place)
         except PermissionError:  # what only root can do
@@ -291,7 +252,7 @@ class Check(unittest.TestCase):
 
     def test_finds_nothing_where_nothing_is_wrong(self):
         for secure in (False, True):
-            with Place() as place:
+            with Wrong() as place:
                 if secure:
                     place.secure("good")
                 place.sell()

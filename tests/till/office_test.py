@@ -7,10 +7,10 @@ import re
 import signal
 import subprocess
 import sys
-import tempfile
 import time
 import unittest
-import urllib.request
+
+from place import Place
 
 TILL, SIMULATOR, SOURCE = (pathlib.Path(sys.argv.pop(1)) for _ in range(3))
 
@@ -28,35 +28,16 @@ def wait_for(condition):
 
 class Office(unittest.TestCase):
     def setUp(self):
-        self.root = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        self.config = self.root / "till.conf"
-        self.simulator = subprocess.Popen([SIMULATOR], text=True, stdout=subprocess.PIPE)
-        self.addCleanup(self.simulator.communicate)
-        self.addCleanup(self.simulator.kill)
-        self.address = re.search(r"http://[\d.:]+", self.simulator.stdout.readline())[0]
-        self.configure(self.address)
-
-    def configure(self, address):
-        self.config.write_text(
-            f"LmMindbox:url={address}/v3/operations/sync\nLmMindbox:endpoint=till-demo\n"
-            f"LmMindbox:secretKey=demo-secret\nTill:shopCode=12\nTill:cashCode=3\n"
-            f"Till:dataDir={self.root}/data\nTill:language=en\n")
-        self.config.chmod(0o600)
+        self.place = self.enterContext(Place(TILL, SIMULATOR))
+        self.sell, self.order_fault = self.place.sell, self.place.order_fault
 
     def till(self, *arguments, expect=0, lines=()):
-        done = subprocess.run([TILL, "--config", self.config, *arguments], text=True, check=False,
-                              input="\n".join([*lines, ""]), capture_output=True)
+        done = self.place.run(*arguments, lines=lines)
         self.assertEqual(done.returncode, expect, done.stdout + done.stderr)
         return done.stdout
 
-    def sell(self, *lines):
-        return self.till("--no-delivery", lines=[*lines, "add 4600 Milk 2.50 2", "commit"])
-
     def read(self, *arguments, expect=0):
         return json.loads(self.till(*arguments, "--json", expect=expect))
-
-    def order_fault(self, **fault):
-        urllib.request.urlopen(f"{self.address}/simulator/faults", json.dumps(fault).encode())
 
     def test_a_refused_receipt_is_listed_shown_and_reported_once_more(self):
         self.order_fault(kind="emptyBody", httpCode=200, operation="Offline.CreateAuthorizedOrder",
@@ -87,7 +68,7 @@ class Office(unittest.TestCase):
         self.sell()
         self.till("deliver", "--once")
         self.till("queue")
-        self.configure("http://127.0.0.1:1")
+        self.place.talk_to("http://127.0.0.1:1")
         self.till("--no-delivery", lines=["add 1 Milk 2.50 1", "commit"] * 30)
         state = self.read("queue")
         self.assertEqual((state["waiting"], state["parked"], len(state["messages"])), (60, 0, 50))
@@ -96,10 +77,10 @@ class Office(unittest.TestCase):
         first = str(state["messages"][0]["id"])
         self.till("queue", "park", first)
         self.assertEqual(str(self.read("queue", "parked", expect=3)[0]["id"]), first)
-        self.configure(self.address)
+        self.place.talk_to(self.place.address)
         self.till("deliver", "--once", expect=3)
         self.till("queue", expect=3)
-        (self.root / "data" / "till.db").write_bytes(b"no database" * 100)
+        (self.place.data / "till.db").write_bytes(b"no database" * 100)
         for command in (["queue"], ["deliver", "--once"], ["receipts"]):
             self.till(*command, expect=1)
 
@@ -120,7 +101,7 @@ class Office(unittest.TestCase):
 
     def metrics(self):
         """The samples by name with labels; the file must be whole and readable for others."""
-        file = self.root / "till.prom"
+        file = self.place.root / "till.prom"
         self.till("metrics", "--output", str(file))
         self.assertEqual(file.stat().st_mode & 0o777, 0o644)
         lines = file.read_text().splitlines()
@@ -129,7 +110,7 @@ class Office(unittest.TestCase):
                 (line.rsplit(" ", 1) for line in lines if not line.startswith("#"))}
 
     def test_metrics_count_what_happened_in_all_processes(self):
-        self.till("--no-delivery", lines=["card 79160000001", "add 4600 Milk 2.50 2", "commit"])
+        self.sell("card 79160000001")
         self.order_fault(kind="drop", count=1, operation="Offline.CreateAuthorizedOrder")
         self.sell()
         self.till("deliver", "--once")
@@ -157,17 +138,18 @@ class Office(unittest.TestCase):
         self.assertEqual(re.findall(r"^\| (Loyalty\w+)", fleet, re.M), re.findall(
             r"alert: (\w+)", (SOURCE / "packaging/alerts.yml").read_text()))
         # Neither a damaged file of counts nor a damaged store keeps the figures from coming.
-        (self.root / "data" / "exchanges").write_bytes(b"x" * 9)
-        (self.root / "data" / "till.db").write_bytes(b"no database" * 100)
+        (self.place.data / "exchanges").write_bytes(b"x" * 9)
+        (self.place.data / "till.db").write_bytes(b"no database" * 100)
         self.assertEqual(self.metrics()["loyalty_till_store_readable"], 0)
 
     def test_every_program_lets_its_log_go_at_a_hang_up(self):
-        log = self.root / "data" / "till.log"
+        log = self.place.data / "till.log"
+        self.place.write_settings()
         windows = [[window]] if (window := TILL.with_name("till-window")).exists() else []
         for program in ([TILL], [TILL, "deliver"], *windows):
             log.unlink(missing_ok=True)
             with self.subTest(program), subprocess.Popen(
-                    [*program, "--config", self.config], stdin=subprocess.PIPE,
+                    [*program, "--config", self.place.config], stdin=subprocess.PIPE,
                     stdout=subprocess.DEVNULL, env={**os.environ, "QT_QPA_PLATFORM": "offscreen"}
             ) as process:
                 self.addCleanup(process.kill)
