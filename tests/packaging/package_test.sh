@@ -24,7 +24,12 @@ fail() { printf 'package_test: %s\n' "$1" >&2; exit 1; }
 apt() { "${root[@]}" apt-get -qq -y --no-install-recommends "$@" >"$work/apt.log" 2>&1 ||
     { tail -n 30 "$work/apt.log" >&2; fail "apt-get $*"; }; }
 install_packages() { apt --allow-downgrades install "$@"; }
-purge() { apt purge loyalty-till loyalty-till-window loyalty-till-dev loyalty-simulator; installed=; }
+purge() { # what is there, and what was removed with its settings left
+    mapfile -t known < <(dpkg-query -W -f '${db:Status-Status} ${Package}\n' 'loyalty-*' |
+        sed -n '/^not-installed/!s/.* //p')
+    apt purge "${known[@]}"
+    installed=
+}
 # What is on the machine, apart from what apt and the system's own daemons keep.
 listing() {
     "${root[@]}" find /etc /usr /lib /opt /var -xdev \( -path /var/cache -o -path /var/lib/dpkg -o \
