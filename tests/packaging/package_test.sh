@@ -143,6 +143,8 @@ wait $!
 systemd-analyze verify loyalty-till-{deliver,metrics,check}.service \
     loyalty-till-{metrics,check}.timer 2>"$work/verify" || true
 ! grep -E 'loyalty-till|not found' "$work/verify" || fail "units"
+systemd-analyze --offline=true --threshold=30 security loyalty-till-{deliver,metrics,check}.service \
+    >"$work/exposure" || { tail "$work/exposure"; fail "hardening"; }
 # As the units do it: into another user's directory with the one capability they have.
 "${root[@]}" install -d -m 755 "$work/textfiles"
 as_unit() {

@@ -260,6 +260,7 @@ class Check(unittest.TestCase):
                 self.assertEqual((done.returncode, done.stderr), (0, ""), done.stdout)
                 self.assertEqual({line.split()[0] for line in done.stdout.splitlines()}, {"ok"})
                 self.assertNotIn("demo-secret", done.stdout)
+                self.assertEqual("(60 days)" in done.stdout, secure)
                 self.assertRegex(done.stdout, "none is selling here[^!]*none is at work")
                 for lock in ("till.lock", "till.db.lock"):
                     file = place.enter_context((place.data / lock).open("a"))

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QHash>
+#include <QTimeZone>
 #include <QUrl>
 
 #include <array>
@@ -39,7 +40,8 @@ QList<ShownCertificate> shownChain(CURL *handle)
         }
         const auto expires = lines.value(QStringLiteral("Expire date")).toUtf8();
         chain.append({lines.value(QStringLiteral("Subject")), lines.value(QStringLiteral("Issuer")),
-                      QDateTime::fromSecsSinceEpoch(curl_getdate(expires.constData(), nullptr))});
+                      QDateTime::fromSecsSinceEpoch(curl_getdate(expires.constData(), nullptr),
+                                                    QTimeZone::utc())});
     }
     return chain;
 }

@@ -16,7 +16,7 @@ struct ShownCertificate
 {
     QString subject;
     QString issuer;
-    QDateTime expires;
+    QDateTime expires; ///< UTC.
 };
 
 /// What can be learnt of a service without asking it for an operation, and without the key.
