@@ -10,108 +10,86 @@
 #include <host/config.h>
 #include <host/simpleformatter.h>
 
-#include <utility>
+#include <algorithm>
 
 namespace till {
 
 namespace {
 
-/// A receipt of any till.
-QSharedPointer<AbstractDocument> sampleReceipt(const DocumentHeader &header)
-{
-    auto receipt = QSharedPointer<AbstractDocument>::create(header);
-    receipt->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Milk"), 89.9, 2);
-    return receipt;
-}
+using Sources = QList<QSharedPointer<FormatterSource>>;
 
-DocumentHeader sampleHeader()
+/// A mask and what it is expanded for.
+struct MaskCheck
 {
-    const auto config = Singleton<Config>::instance();
-    return {1,
-            config->getInt(QStringLiteral("Till:shopCode"), 1),
-            config->getInt(QStringLiteral("Till:cashCode"), 1),
-            1,
-            11,
-            QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9))};
-}
+    const char *check;
+    QString key;
+    QList<Sources> samples; ///< Each must get an identifier of its own.
+    QString good;           ///< With an identifier for "%1", as the next.
+    QString same;
+    QString mend;
+};
 
-/// Pairs of receipts of one chain that an identifier must tell apart.
-QList<std::pair<DocumentHeader, DocumentHeader>> differentReceipts()
+void checkMask(const MaskCheck &mask, Findings &findings)
 {
-    const auto with = [](int shift, int number, int moreCash = 0, int moreShop = 0) {
-        auto header = sampleHeader();
-        header.shift = shift;
-        header.num = number;
-        header.cashCode += moreCash;
-        header.shopCode += moreShop;
-        return header;
-    };
-    return {{with(1, 11), with(1, 12)}, // the next one, in the same second
-            {with(1, 11), with(11, 1)}, // digits that only run together otherwise
-            {with(12, 345), with(123, 45)},
-            {with(1, 11), with(1, 11, 1)}, // the register beside it
-            {with(1, 11), with(1, 11, 0, 1)}};
-}
-
-QString expand(const QString &mask, const DocumentHeader &header)
-{
-    return SimpleFormatter().format(mask, {sampleReceipt(header)}, 0, {});
-}
-
-void checkOrderMask(const QString &mask, Findings &findings)
-{
-    constexpr auto check = "masks.order";
-    for (const auto &[one, other] : differentReceipts()) {
-        const auto id = expand(mask, one);
-        if (expand(mask, other) != id)
-            continue;
-        findings.warn(
-            check,
-            Office::tr("two receipts get one identifier, %1: the service would lose one").arg(id),
-            Office::tr("Put shop, register, shift and number into %1, each with its width; "
-                       "docs/masks.md says how.")
-                .arg(QLatin1String("LmMindbox:requestTransactionIdMask")));
-        return;
-    }
-    findings.ok(check, Office::tr("an order's identifier: %1").arg(expand(mask, sampleHeader())));
-}
-
-void checkProductMask(const QString &mask, Findings &findings)
-{
-    constexpr auto check = "masks.product";
-    const auto receipt = sampleReceipt(sampleHeader());
-    const auto other = receipt->addGoodsItem(QStringLiteral("4601"), {}, 1, 1);
     const SimpleFormatter formatter;
-    const auto id = formatter.format(mask, {receipt, receipt->getGoodsItems().first()}, 0, {});
-    if (formatter.format(mask, {receipt, other}, 0, {}) == id)
-        findings.warn(check, Office::tr("two products get one identifier, \"%1\"").arg(id),
-                      Office::tr("Put the position's code into LmMindbox:productIdMask."));
+    const auto text = Singleton<Config>::instance()->getText(mask.key);
+    const auto complaints = formatter.complaints(text, mask.samples.first());
+    QStringList ids;
+    for (const auto &sample : mask.samples)
+        ids.append(formatter.format(text, sample, 0, {}));
+    const auto twice = std::find_if(ids.cbegin(), ids.cend(),
+                                    [&ids](const QString &id) { return ids.count(id) > 1; });
+    if (text.isEmpty())
+        findings.ok(mask.check, Office::tr("%1 is not set: the usual mask").arg(mask.key));
+    else if (!complaints.isEmpty())
+        findings.fail(mask.check,
+                      QStringLiteral("%1: %2").arg(mask.key, complaints.join(QLatin1String("; "))),
+                      Office::tr("Correct the mask; docs/masks.md lists what it can hold."));
+    else if (twice != ids.cend())
+        findings.warn(mask.check, mask.same.arg(*twice), mask.mend);
     else
-        findings.ok(check, Office::tr("a product's identifier: %1").arg(id));
+        findings.ok(mask.check, mask.good.arg(ids.first()));
 }
 
-/// \return Whether every placeholder of the mask means something.
-bool checkPlaceholders(const char *check, const QString &key, Findings &findings)
+/// A receipt of this till or of one beside it.
+QSharedPointer<AbstractDocument> receiptOf(int shift, int number, int moreCash = 0,
+                                           int moreShop = 0)
 {
-    const auto receipt = sampleReceipt(sampleHeader());
-    const auto mask = Singleton<Config>::instance()->getText(key);
-    const auto complaints =
-        SimpleFormatter().complaints(mask, {receipt, receipt->getGoodsItems().first()});
-    if (complaints.isEmpty())
-        return true;
-    findings.fail(check, QStringLiteral("%1: %2").arg(key, complaints.join(QStringLiteral("; "))),
-                  Office::tr("Correct the mask; docs/masks.md lists what it can hold."));
-    return false;
+    constexpr int sale = 1;
+    const auto *const config = Singleton<Config>::instance();
+    return QSharedPointer<AbstractDocument>::create(
+        DocumentHeader{sale, config->getInt(QStringLiteral("Till:shopCode"), 1) + moreShop,
+                       config->getInt(QStringLiteral("Till:cashCode"), 1) + moreCash, shift, number,
+                       QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9))});
 }
 
-void checkMask(const char *check, const QString &key,
-               void (*checkMeaning)(const QString &, Findings &), Findings &findings)
+void checkMasks(Findings &findings)
 {
-    const auto mask = Singleton<Config>::instance()->getText(key);
-    if (mask.isEmpty())
-        findings.ok(check, Office::tr("%1 is not set: the usual mask").arg(key));
-    else if (checkPlaceholders(check, key, findings))
-        checkMeaning(mask, findings);
+    const auto orderKey = QStringLiteral("LmMindbox:requestTransactionIdMask");
+    checkMask({"masks.order",
+               orderKey,
+               {{receiptOf(1, 11)},
+                {receiptOf(1, 12)}, // the next one, in the same second
+                {receiptOf(11, 1)}, // digits that only run together otherwise
+                {receiptOf(12, 345)},
+                {receiptOf(123, 45)},
+                {receiptOf(1, 11, 1)}, // the register beside it
+                {receiptOf(1, 11, 0, 1)}},
+               Office::tr("an order's identifier: %1"),
+               Office::tr("two receipts get one identifier, %1: the service would lose one"),
+               Office::tr("Put shop, register, shift and number into %1, each with its width; "
+                          "docs/masks.md says how.")
+                   .arg(orderKey)},
+              findings);
+    const auto receipt = receiptOf(1, 11);
+    checkMask({"masks.product",
+               QStringLiteral("LmMindbox:productIdMask"),
+               {{receipt, receipt->addGoodsItem(QStringLiteral("4600"), {}, 1, 1)},
+                {receipt, receipt->addGoodsItem(QStringLiteral("4601"), {}, 1, 1)}},
+               Office::tr("a product's identifier: %1"),
+               Office::tr("two products get one identifier, \"%1\""),
+               Office::tr("Put the position's code into LmMindbox:productIdMask.")},
+              findings);
 }
 
 } // namespace
@@ -119,19 +97,14 @@ void checkMask(const char *check, const QString &key,
 void checkSettingsAndMasks(Findings &findings)
 {
     const auto complaints = checkSettings(*Singleton<Config>::instance());
-    for (const auto &complaint : complaints) {
-        const auto mend = Office::tr("Correct %1 in the settings file.").arg(complaint.key);
-        if (complaint.weight == SettingComplaint::Weight::Doubtful)
-            findings.warn("settings.values", textOf(complaint), mend);
-        else
-            findings.fail("settings.values", textOf(complaint), mend);
-    }
+    using Weight = SettingComplaint::Weight;
+    for (const auto &complaint : complaints)
+        findings.add(Finding::levelOf(complaint.weight != Weight::Doubtful, true),
+                     "settings.values", textOf(complaint),
+                     Office::tr("Correct %1 in the settings file.").arg(complaint.key));
     if (complaints.isEmpty())
         findings.ok("settings.values", Office::tr("every key is known and every value possible"));
-    checkMask("masks.order", QStringLiteral("LmMindbox:requestTransactionIdMask"), checkOrderMask,
-              findings);
-    checkMask("masks.product", QStringLiteral("LmMindbox:productIdMask"), checkProductMask,
-              findings);
+    checkMasks(findings);
 }
 
 void checkPlugin(const Settings &settings, Findings &findings)
