@@ -1186,6 +1186,12 @@ F2 — найти покупателя по телефону.</translation>
         <translation>При запуске найдена неисправность. Продавать можно; позовите того, кто обслуживает кассу: подробности в её журнале.</translation>
     </message>
     <message>
+        <source>The till cannot open: something is wrong with its settings or its disk. Call the one who looks after it; &quot;till check&quot; says what to mend.
+%1</source>
+        <translation>Касса не открывается: что-то не так с её настройками или диском. Позовите того, кто её обслуживает: команда «till check» скажет, что исправить.
+%1</translation>
+    </message>
+    <message>
         <source>The till cannot sell.</source>
         <translation>Касса не может продавать.</translation>
     </message>

@@ -28,7 +28,7 @@ public:
     int portNumber() const { return port; }
     QString url() const { return QStringLiteral("http://127.0.0.1:%1").arg(port); }
     /// The code of the last SMS.
-    QString code();
+    QString code() const;
     /// What it holds.
     QJsonObject dump() const { return send("GET", QStringLiteral("dump"), {}); }
     void order(const QJsonObject &fault) { send("POST", QStringLiteral("faults"), fault); }
@@ -40,7 +40,6 @@ private:
     QTemporaryDir directory;
     QProcess process;
     int port = 0;
-    QByteArray said;
 };
 
 /// A cashier with a window before them, and the service behind it.
@@ -74,15 +73,19 @@ protected:
     std::string text(const char *name) const;
     /// Waits until a label's text holds the words.
     void expectText(const char *name, const char *words);
-    /// Types where the focus is.
-    void type(const char *keys, Qt::Key last = Qt::Key_unknown);
-    void press(Qt::Key key);
+    /// Types where the focus is; `shown` is what comes of it.
+    void type(const char *keys, Qt::Key last = Qt::Key_unknown, const char *shown = nullptr);
+    void press(Qt::Key key, const char *shown = nullptr);
+    /// Types or scans a line, or presses a key, and waits until all that follows has happened.
+    void enter(const char *line);
+    void pressAndRest(Qt::Key key);
     void click(const char *name);
     /// Waits until no dialog is open and the till has nothing to do.
     void awaitRest();
     /// Keeps what is on the screen, when pictures are asked for.
     void picture(const char *name) const;
-    /// Whether no text on the screen has such letters, and all that takes the focus has a name.
+    /// Whether no text on the screen has such letters, a finger finds every button, and all that
+    /// takes the focus has a name.
     void expectNoText(const QRegularExpression &letters) const;
     std::string cell(int row, int column) const;
 

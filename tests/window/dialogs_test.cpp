@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QCalendarWidget>
 #include <QClipboard>
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
@@ -54,6 +55,7 @@ protected:
     Dialogs()
     {
         EXPECT_EQ(till::installLanguage({}), std::nullopt);
+        new QGridLayout(&window);
         form = new till::FormDialog(window, customerForm());
         window.resize(1000, 700);
         window.show();

@@ -23,8 +23,7 @@ protected:
 TEST_F(Victim, DISABLED_Sells)
 {
     openWindow();
-    type("4600", Qt::Key_Return);
-    awaitRest();
+    enter("4600");
     press(Qt::Key_F2);
     dialog("inputDialog");
     type("9031234567", Qt::Key_Return);

@@ -16,14 +16,12 @@ TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
 {
     openWindow();
     picture("empty");
-    press(Qt::Key_F2);
-    await("inputDialog");
+    press(Qt::Key_F2, "inputDialog");
     type("903123456", Qt::Key_Return);
     EXPECT_FALSE(find("ok")->isEnabled());
     expectText("note", "Заполните до конца: +7(___)-___-__-__");
     picture("phone");
-    type("7", Qt::Key_Return);
-    await("messageDialog");
+    type("7", Qt::Key_Return, "messageDialog");
     expectText("message", "Зарегистрировать клиента?");
     press(Qt::Key_Return);
 
@@ -57,23 +55,18 @@ TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
 
     type("4600", Qt::Key_Return);
     type("3*4601", Qt::Key_Return);
-    type("0,350*4602", Qt::Key_Return);
-    awaitRest();
+    enter("0,350*4602");
     EXPECT_EQ(cell(2, ReceiptModel::Sum), "108,50");
     press(Qt::Key_Up);
-    press(Qt::Key_F6);
-    await("formDialog");
+    press(Qt::Key_F6, "formDialog");
     type("200", Qt::Key_Return);
     expectText("message", "Позиция стоит только 136,50");
-    press(Qt::Key_F6);
-    await("formDialog");
+    press(Qt::Key_F6, "formDialog");
     picture("discount");
-    type("9,80", Qt::Key_Return);
-    awaitRest();
+    enter("9,80");
     expectText("total", "325,10");
     picture("sale");
-    press(Qt::Key_F12);
-    awaitRest();
+    pressAndRest(Qt::Key_F12);
     expectText("message", "закрыт: 325,10");
 
     const auto orders = service.dump().value("orders"_L1).toArray();
@@ -87,71 +80,51 @@ TEST_F(WindowTest, ChangesAndTakesBackWhatIsOnTheReceipt)
 {
     openWindow();
     type("2*4600", Qt::Key_Return);
-    type("4601", Qt::Key_Return);
-    awaitRest();
-    press(Qt::Key_F5);
-    await("formDialog");
+    enter("4601");
+    press(Qt::Key_F5, "formDialog");
     type("0", Qt::Key_Return);
     EXPECT_TRUE(find("formDialog")->isVisible()) << "nothing of a position is none";
     click("pad_⌫");
     click("pad_4");
-    press(Qt::Key_Return);
-    awaitRest();
+    pressAndRest(Qt::Key_Return);
     EXPECT_EQ(cell(1, ReceiptModel::Quantity), "4");
-    press(Qt::Key_F6);
-    await("formDialog");
-    type("5", Qt::Key_Return);
-    awaitRest();
-    press(Qt::Key_F7);
-    awaitRest();
+    press(Qt::Key_F6, "formDialog");
+    enter("5");
+    pressAndRest(Qt::Key_F7);
     expectText("total", "179,80");
-    press(Qt::Key_F8); // the position comes back with its discount, under a new number
-    awaitRest();
+    pressAndRest(Qt::Key_F8); // the position comes back with its discount, under a new number
     expectText("total", "356,80");
     EXPECT_EQ(cell(1, ReceiptModel::Discount), "-5,00");
-    press(Qt::Key_F8);
-    awaitRest();
+    pressAndRest(Qt::Key_F8);
     expectText("total", "361,80");
-    press(Qt::Key_F8);
-    awaitRest();
+    pressAndRest(Qt::Key_F8);
     EXPECT_EQ(cell(1, ReceiptModel::Quantity), "1");
-    press(Qt::Key_F8);
-    awaitRest();
-    press(Qt::Key_F8);
-    awaitRest();
+    pressAndRest(Qt::Key_F8);
+    pressAndRest(Qt::Key_F8);
     expectText("total", "0,00");
     EXPECT_FALSE(find("undo")->isEnabled());
 
-    press(Qt::Key_F10);
-    await("messageDialog");
-    press(Qt::Key_Escape);
-    awaitRest();
+    press(Qt::Key_F10, "messageDialog");
+    pressAndRest(Qt::Key_Escape);
     expectText("receiptTitle", "Продажа 1");
-    press(Qt::Key_F10);
-    await("messageDialog");
-    press(Qt::Key_Return);
-    awaitRest();
+    press(Qt::Key_F10, "messageDialog");
+    pressAndRest(Qt::Key_Return);
     expectText("message", "Чек 1 аннулирован");
-    press(Qt::Key_F9);
-    awaitRest();
+    pressAndRest(Qt::Key_F9);
     expectText("receiptTitle", "Возврат 2");
 }
 
 TEST_F(WindowTest, SaysThatACodeIsUnknownAndSellsItAllTheSame)
 {
     openWindow();
-    type("2*777", Qt::Key_Return);
-    await("formDialog");
+    type("2*777", Qt::Key_Return, "formDialog");
     expectText("title", "Неизвестный код 777");
     picture("unknown-code");
-    press(Qt::Key_Escape);
-    awaitRest();
+    pressAndRest(Qt::Key_Escape);
     EXPECT_EQ(find("undo")->isEnabled(), false);
-    type("2*777", Qt::Key_Return);
-    await("formDialog");
+    type("2*777", Qt::Key_Return, "formDialog");
     type("Пакет", Qt::Key_Tab);
-    type("7,5", Qt::Key_Return);
-    awaitRest();
+    enter("7,5");
     expectText("total", "15,00");
     type("x*4600", Qt::Key_Return);
     expectText("message", "«x*4600» — не код");
@@ -160,21 +133,16 @@ TEST_F(WindowTest, SaysThatACodeIsUnknownAndSellsItAllTheSame)
 TEST_F(WindowTest, FindsAKnownCustomerWhoseDataIsEditedAndTakenOff)
 {
     openWindow();
-    press(Qt::Key_F2);
-    await("inputDialog");
-    type("89160000001", Qt::Key_Return); // as it is dialled inside the country
-    awaitRest();
+    press(Qt::Key_F2, "inputDialog");
+    enter("89160000001"); // as it is dialled inside the country
     expectText("customerName", "Анна Иванова");
     expectText("customerReceipts", "электронные");
     expectText("customerBirthday", "05.03.1990");
-    press(Qt::Key_F3);
-    await("formDialog");
-    type(" Петровна", Qt::Key_Return);
-    awaitRest();
+    press(Qt::Key_F3, "formDialog");
+    enter(" Петровна");
     expectText("message", "Данные покупателя изменены");
     expectText("customerName", "Петровна");
-    press(Qt::Key_F4);
-    awaitRest();
+    pressAndRest(Qt::Key_F4);
     expectText("customerName", "Покупателя нет");
 }
 
@@ -184,19 +152,15 @@ TEST_F(WindowTest, SpeaksOneLanguageOnAScreen)
     const QRegularExpression latin(QStringLiteral("\\b(?!Enter\\b)[A-Za-z]{2,}"));
     openWindow(QStringLiteral("en"));
     expectNoText(cyrillic);
-    press(Qt::Key_F2);
-    await("inputDialog");
-    type("9031234567", Qt::Key_Return);
-    await("messageDialog");
+    press(Qt::Key_F2, "inputDialog");
+    type("9031234567", Qt::Key_Return, "messageDialog");
     expectNoText(cyrillic);
-    press(Qt::Key_Return);
-    await("formDialog");
+    press(Qt::Key_Return, "formDialog");
     press(Qt::Key_Return);
     expectNoText(cyrillic);
     picture("english");
     openWindow(QStringLiteral("ru"));
-    press(Qt::Key_F2);
-    await("inputDialog");
+    press(Qt::Key_F2, "inputDialog");
     expectNoText(latin);
 }
 
@@ -209,10 +173,8 @@ TEST_F(WindowTest, NamesTheBadLinesOfTheGoodsFile)
     openWindow();
     await("messageDialog");
     expectText("message", "Строка 5: «dear» — не цена");
-    press(Qt::Key_Return);
-    awaitRest();
-    type("4600", Qt::Key_Return);
-    awaitRest();
+    pressAndRest(Qt::Key_Return);
+    enter("4600");
     expectText("total", "89,90");
 }
 
@@ -220,20 +182,16 @@ TEST_F(WindowTest, ReportsARefusedOrderAgain)
 {
     openWindow();
     service.order({{"kind"_L1, "html"_L1}, {"operation"_L1, "Offline.CreateAuthorizedOrder"_L1}});
-    type("4600", Qt::Key_Return);
-    awaitRest();
-    press(Qt::Key_F12);
-    await("messageDialog");
+    enter("4600");
+    press(Qt::Key_F12, "messageDialog");
     expectText("message", "Не удалось создать заказ");
-    press(Qt::Key_Return);
-    awaitRest();
+    pressAndRest(Qt::Key_Return);
     EXPECT_TRUE(QTest::qWaitFor([&] { return find("stateRefused")->isEnabled(); }));
     picture("refused");
     click("stateRefused");
     await("refusedDialog");
     picture("refused-list");
-    press(Qt::Key_Return);
-    awaitRest();
+    pressAndRest(Qt::Key_Return);
     expectText("message", "Заказ по чеку 1 передан");
     EXPECT_TRUE(QTest::qWaitFor([&] { return !find("stateRefused")->isEnabled(); }));
     EXPECT_EQ(service.dump().value("orders"_L1).toArray().size(), 1);
@@ -242,12 +200,9 @@ TEST_F(WindowTest, ReportsARefusedOrderAgain)
 TEST_F(WindowTest, GoesOnAfterARestartAndWithoutTheService)
 {
     openWindow();
-    press(Qt::Key_F2);
-    await("inputDialog");
-    type("9160000001", Qt::Key_Return);
-    awaitRest();
-    type("4600", Qt::Key_Return);
-    awaitRest();
+    press(Qt::Key_F2, "inputDialog");
+    enter("9160000001");
+    enter("4600");
     openWindow();
     expectText("message", "Чек 1 снова открыт");
     expectText("customerName", "Анна Иванова");
@@ -255,8 +210,7 @@ TEST_F(WindowTest, GoesOnAfterARestartAndWithoutTheService)
     EXPECT_EQ(cell(0, ReceiptModel::Name), "Молоко 3,2%");
 
     service.stop();
-    press(Qt::Key_F12);
-    awaitRest();
+    pressAndRest(Qt::Key_F12);
     expectText("message", "Чек 1 закрыт");
     expectText("stateWaiting", "Заказов в очереди: 1, с ");
     expectText("stateService", "нет ответа с ");
@@ -286,23 +240,17 @@ TEST_F(WindowTest, StaysAliveWhileTheServiceIsSlow)
         service.order({{"kind"_L1, "delay"_L1},
                        {"milliseconds"_L1, 4'000},
                        {"operation"_L1, QLatin1String(operation)}});
-    press(Qt::Key_F2);
-    await("inputDialog");
-    type("9031234567", Qt::Key_Return);
-    await("messageDialog");
-    press(Qt::Key_Return);
-    await("formDialog");
-    type("Анна", Qt::Key_Return);
-    await("progress");
+    press(Qt::Key_F2, "inputDialog");
+    type("9031234567", Qt::Key_Return, "messageDialog");
+    press(Qt::Key_Return, "formDialog");
+    type("Анна", Qt::Key_Return, "progress");
     expectText("progressText", "Регистрация клиента");
     const Paints paints(find("progress"));
     QTest::qWait(2'000);
     EXPECT_GE(paints.count, 20);
     picture("waiting");
-    type("4600", Qt::Key_Return); // a scan meanwhile waits for its turn
-    await("inputDialog");
-    type("0000", Qt::Key_Return);
-    await("progress");
+    type("4600", Qt::Key_Return, "inputDialog"); // a scan meanwhile waits for its turn
+    type("0000", Qt::Key_Return, "progress");
     press(Qt::Key_Escape); // leaves the dialog at once; the answer of the service is still out
     EXPECT_FALSE(isShown("inputDialog"));
     EXPECT_TRUE(isShown("progress"));
@@ -311,17 +259,48 @@ TEST_F(WindowTest, StaysAliveWhileTheServiceIsSlow)
     EXPECT_EQ(cell(0, ReceiptModel::Name), "Молоко 3,2%");
 }
 
-TEST_F(WindowTest, EndsWhileADialogIsOpen)
+TEST_F(WindowTest, EndsWhileADialogIsOpenOrTheServiceIsAsked)
+{
+    for (const auto isSlow : {false, true}) {
+        SCOPED_TRACE(isSlow);
+        openWindow();
+        if (isSlow)
+            service.order({{"kind"_L1, "delay"_L1}, {"milliseconds"_L1, 1'000}});
+        enter("4600");
+        press(Qt::Key_F2, "inputDialog");
+        type("9031234567", Qt::Key_Return, isSlow ? "progress" : "messageDialog");
+        int exitCode = -1;
+        QObject::connect(window.get(), &till::MainWindow::ended,
+                         [&](int code) { exitCode = code; });
+        window->close();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return exitCode == 0; }, 10'000));
+    }
+    openWindow();
+    expectText("total", "179,80");
+}
+
+TEST_F(WindowTest, SaysWhyItCannotOpen)
 {
     openWindow();
-    press(Qt::Key_F2);
-    await("inputDialog");
-    type("9031234567", Qt::Key_Return);
+    const auto first = std::move(window);
+    openWindow();
     await("messageDialog");
+    expectText("message", "уже открыта в другом окне");
     int exitCode = -1;
     QObject::connect(window.get(), &till::MainWindow::ended, [&](int code) { exitCode = code; });
-    window->close();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return exitCode == 0; }, 10'000));
+    press(Qt::Key_Return);
+    EXPECT_EQ(exitCode, 2);
+
+    QProcess program;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":there-is-none"));
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(TILL_WINDOW), QStringList());
+    ASSERT_TRUE(program.waitForFinished());
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 2);
+    EXPECT_TRUE(program.readAllStandardError().contains("no screen"));
 }
 
 } // namespace

@@ -122,16 +122,6 @@ void MainWindow::identify()
     dialog->appear();
 }
 
-void MainWindow::edit()
-{
-    sell([](Sale &sale) { sale.trigger(Sale::editCustomer); });
-}
-
-void MainWindow::takeCustomerOff()
-{
-    sell([](Sale &sale) { sale.clearLoyaltyData(); });
-}
-
 void MainWindow::changeQuantity()
 {
     const auto position = selected();
@@ -180,11 +170,6 @@ void MainWindow::undoLast()
                   });
 }
 
-void MainWindow::openReturn()
-{
-    sell([](Sale &sale) { sale.open(Sale::returned); });
-}
-
 void MainWindow::abandon()
 {
     if (receipt)
@@ -192,11 +177,6 @@ void MainWindow::abandon()
                 .arg(receipt->number)
                 .arg(moneyLabel(model.total())),
             tr("Abandon"), [this] { sell([](Sale &sale) { sale.cancel(); }); });
-}
-
-void MainWindow::commit()
-{
-    sell([](Sale &sale) { sale.commit(); });
 }
 
 void MainWindow::closeShift()

@@ -1,28 +1,27 @@
 #include "till/window/customerpanel.h"
 
+#include "till/window/named.h"
 #include "till/window/texts.h"
 
-#include <QGridLayout>
+#include <QFormLayout>
 #include <QLabel>
 
 namespace till {
 
 CustomerPanel::CustomerPanel(QWidget *parent)
     : QFrame(parent)
-    , name(new QLabel(this))
+    , name(named(new QLabel(this), QStringLiteral("customerName")))
     , details(new QWidget(this))
-    , grid(new QGridLayout(details))
-    , phone(addRow(QStringLiteral("customerPhone"), tr("Phone")))
-    , email(addRow(QStringLiteral("customerEmail"), tr("E-mail")))
-    , birthday(addRow(QStringLiteral("customerBirthday"), tr("Birthday")))
-    , receipts(addRow(QStringLiteral("customerReceipts"), tr("Receipts")))
 {
-    setObjectName(QStringLiteral("customer"));
-    setAccessibleName(tr("Customer"));
-    name->setObjectName(QStringLiteral("customerName"));
+    named(this, QStringLiteral("customer"), tr("Customer"));
     name->setWordWrap(true);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setColumnStretch(1, 1);
+    auto *const form = new QFormLayout(details);
+    form->setContentsMargins(0, 0, 0, 0);
+    form->setHorizontalSpacing(10);
+    phone = addRow(QStringLiteral("customerPhone"), tr("Phone"));
+    email = addRow(QStringLiteral("customerEmail"), tr("E-mail"));
+    birthday = addRow(QStringLiteral("customerBirthday"), tr("Birthday"));
+    receipts = addRow(QStringLiteral("customerReceipts"), tr("Receipts"));
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(12, 10, 12, 10);
     column->addWidget(name);
@@ -37,28 +36,21 @@ void CustomerPanel::show(const std::optional<CustomerView> &customer)
         name->setText(tr("No customer. F2 finds one by the phone."));
         return;
     }
+    const auto orNone = [](const QString &text) { return text.isEmpty() ? tr("not given") : text; };
     name->setText(customer->name);
     phone->setText(tr("%1\nconfirmed").arg(phoneLabel(customer->phone)));
     // A long address may be broken behind its "@".
-    auto address = customer->email;
-    address.replace(u'@', QStringLiteral("@\u200b"));
-    email->setText(address.isEmpty() ? tr("not given") : address);
-    birthday->setText(customer->birthday.isValid() ? dateLabel(customer->birthday)
-                                                   : tr("not given"));
+    email->setText(orNone(QString(customer->email).replace(u'@', QStringLiteral("@\u200b"))));
+    birthday->setText(orNone(dateLabel(customer->birthday)));
     receipts->setText(customer->electronicReceipts ? tr("electronic") : tr("on paper"));
 }
 
 QLabel *CustomerPanel::addRow(const QString &objectName, const QString &title)
 {
-    const auto row = grid->rowCount();
-    auto *const label = new QLabel(title, details);
-    label->setObjectName(QStringLiteral("label"));
-    auto *const value = new QLabel(details);
-    value->setObjectName(objectName);
-    value->setAccessibleName(title);
+    auto *const value = named(new QLabel(details), objectName, title);
     value->setWordWrap(true);
-    grid->addWidget(label, row, 0, Qt::AlignTop);
-    grid->addWidget(value, row, 1);
+    static_cast<QFormLayout *>(details->layout())
+        ->addRow(named(new QLabel(title, details), QStringLiteral("label")), value);
     return value;
 }
 

@@ -4,7 +4,6 @@
 
 #include <QFrame>
 
-class QGridLayout;
 class QLabel;
 
 namespace till {
@@ -23,7 +22,6 @@ private:
 
     QLabel *name;
     QWidget *details;
-    QGridLayout *grid;
     QLabel *phone;
     QLabel *email;
     QLabel *birthday;

@@ -1,7 +1,8 @@
 #include "till/window/dialogframe.h"
 
+#include "till/window/named.h"
+
 #include <QApplication>
-#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
@@ -21,13 +22,9 @@ Curtain::Curtain(QWidget &window)
             covered.append(child);
         }
     }
-    auto *const grid = new QGridLayout(this);
-    grid->setRowStretch(0, 1);
-    grid->setRowStretch(2, 1);
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(2, 1);
-    window.installEventFilter(this);
-    setGeometry(window.rect());
+    // A tall dialog must not make the window taller than the screen.
+    (new QGridLayout(this))->setSizeConstraint(QLayout::SetNoConstraint);
+    static_cast<QGridLayout *>(window.layout())->addWidget(this, 0, 0, -1, -1);
 }
 
 void Curtain::lift()
@@ -48,13 +45,6 @@ void Curtain::paintEvent(QPaintEvent * /*event*/)
     QPainter(this).fillRect(rect(), shade);
 }
 
-bool Curtain::eventFilter(QObject * /*watched*/, QEvent *event)
-{
-    if (event->type() == QEvent::Resize)
-        setGeometry(parentWidget()->rect());
-    return false;
-}
-
 DialogFrame::DialogFrame(QWidget &window, const QString &title)
     : QDialog(new Curtain(window))
     , column(new QVBoxLayout(this))
@@ -67,7 +57,7 @@ DialogFrame::DialogFrame(QWidget &window, const QString &title)
     column->setContentsMargins(24, 20, 24, 20);
     column->setSpacing(10);
     addText(QStringLiteral("title"), title);
-    static_cast<QGridLayout *>(parentWidget()->layout())->addWidget(this, 1, 1);
+    static_cast<QGridLayout *>(parentWidget()->layout())->addWidget(this, 0, 0, Qt::AlignCenter);
     connect(this, &QDialog::finished, this, &DialogFrame::dispose);
 }
 
@@ -93,8 +83,7 @@ void DialogFrame::dispose()
 
 QLabel *DialogFrame::addText(const QString &name, const QString &text)
 {
-    auto *const label = new QLabel(text, this);
-    label->setObjectName(name);
+    auto *const label = named(new QLabel(text, this), name);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setHidden(text.isEmpty());
@@ -108,9 +97,7 @@ void DialogFrame::addButtons(const QString &okText, const QString &cancelText)
     row->setSpacing(12);
     row->addStretch();
     const auto add = [&](const QString &text, const QString &name) {
-        auto *const button = new QPushButton(text, this);
-        button->setObjectName(name);
-        button->setMinimumSize(140, 48);
+        auto *const button = named(new QPushButton(text, this), name);
         button->setHidden(text.isEmpty());
         row->addWidget(button);
         return button;

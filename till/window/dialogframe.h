@@ -10,7 +10,8 @@ class QVBoxLayout;
 
 namespace till {
 
-/// What lies before the window while a dialog is open: nothing behind it can be reached.
+/// What lies before the window while a dialog is open: nothing behind it can be reached. The
+/// window's layout is a grid, all of which it covers.
 class Curtain : public QWidget
 {
     Q_OBJECT
@@ -22,7 +23,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QList<QPointer<QWidget>> covered;

@@ -2,6 +2,7 @@
 
 #include "till/core/inputmask.h"
 #include "till/window/linefield.h"
+#include "till/window/named.h"
 
 #include <QButtonGroup>
 #include <QCalendarWidget>
@@ -11,7 +12,6 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
-#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWidgetAction>
@@ -49,6 +49,16 @@ QString dateMask()
     return mask + QStringLiteral(";_");
 }
 
+/// A date's field as that of a text.
+FormField typedDate(FormField field)
+{
+    const auto first = QDate::fromString(field.value, QStringLiteral("dd.MM.yyyy"));
+    field.inputMask = dateMask();
+    field.value = first.toString(dateFormat());
+    field.validator.clear();
+    return field;
+}
+
 } // namespace
 
 FieldEditor *FieldEditor::create(const FormField &field, QWidget *parent)
@@ -66,20 +76,20 @@ FieldEditor *FieldEditor::create(const FormField &field, QWidget *parent)
 FieldEditor::FieldEditor(FormField shown, QWidget *parent)
     : QWidget(parent)
     , field(std::move(shown))
-    , column(new QVBoxLayout(this))
-    , label(new QLabel(this))
-    , note(new QLabel(this))
+    , row(new QHBoxLayout)
+    , label(named(new QLabel(this), QStringLiteral("label")))
+    , note(named(new QLabel(this), QStringLiteral("note")))
 {
+    auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2);
     label->setText(
         field.mandatory && field.editable
             ? tr("%1 *", "the label of a field that must be filled in").arg(field.label.toString())
             : field.label.toString());
-    label->setObjectName(QStringLiteral("label"));
     label->setHidden(field.label.isEmpty());
-    note->setObjectName(QStringLiteral("note"));
     column->addWidget(label);
+    column->addLayout(row);
     column->addWidget(note);
 }
 
@@ -95,47 +105,40 @@ QString FieldEditor::problem() const
 void FieldEditor::reveal()
 {
     isRevealed = true;
-    showNote(problem(), true);
+    complain(problem());
 }
 
-void FieldEditor::addInput(QWidget *input, QWidget *focus)
+void FieldEditor::addInput(QWidget *input)
 {
-    focus->setObjectName(QStringLiteral("field_") + field.key);
-    focus->setAccessibleName(field.label.toString());
-    focus->setProperty("fixed", !field.editable);
+    named(input, QStringLiteral("field_") + field.key, field.label.toString());
+    input->setProperty("fixed", !field.editable);
     if (field.keyboardDigits)
-        focus->setInputMethodHints(Qt::ImhPreferNumbers);
-    label->setBuddy(focus);
-    setFocusProxy(focus);
-    column->insertWidget(1, input);
-    if (!field.editable)
-        showNote(tr("Cannot be changed"), false);
-    else
-        showNote(field.mandatory || field.label.isEmpty() ? QString() : tr("May be left empty"),
-                 false);
+        input->setInputMethodHints(Qt::ImhPreferNumbers);
+    label->setBuddy(input);
+    setFocusProxy(input);
+    row->addWidget(input);
+    complain({});
 }
 
-void FieldEditor::complain(const QString &text)
+void FieldEditor::complain(const QString &problem, bool standsOut)
 {
-    showNote(text, true);
+    const auto isOptional = !field.mandatory && !field.label.isEmpty();
+    const auto usual = !field.editable ? tr("Cannot be changed")
+                       : isOptional    ? tr("May be left empty")
+                                       : QStringLiteral(" "); // keeps its place
+    note->setText(problem.isEmpty() ? usual : problem);
+    mark(note, "problem", standsOut && !problem.isEmpty());
+    mark(focusProxy(), "wrong", standsOut && !problem.isEmpty());
+    focusProxy()->setAccessibleDescription(note->text().trimmed());
 }
 
 /// What is still wrong stands out only once the cashier thinks that all is there.
 void FieldEditor::noteChange()
 {
-    isRevealed = isRevealed && !problem().isEmpty();
-    showNote(problem(), isRevealed);
+    const auto wrong = problem();
+    isRevealed = isRevealed && !wrong.isEmpty();
+    complain(wrong, isRevealed);
     emit changed();
-}
-
-void FieldEditor::showNote(const QString &text, bool isProblem)
-{
-    note->setText(text.isEmpty() ? QStringLiteral(" ") : text);
-    note->setProperty("problem", isProblem);
-    focusProxy()->setProperty("wrong", isProblem && !text.isEmpty());
-    focusProxy()->setAccessibleDescription(text);
-    for (auto *const widget : {static_cast<QWidget *>(note), focusProxy()})
-        widget->style()->polish(widget);
 }
 
 TextEditor::TextEditor(const FormField &shown, QWidget *parent, const QString &mismatch)
@@ -148,7 +151,7 @@ TextEditor::TextEditor(const FormField &shown, QWidget *parent, const QString &m
     line->setReadOnly(!field.editable);
     if (!field.validator.isEmpty())
         line->setValidator(new WholeTextValidator(QRegularExpression(field.validator), line));
-    addInput(line, line);
+    addInput(line);
     connect(line, &QLineEdit::textChanged, this, &TextEditor::noteChange);
     connect(line, &QLineEdit::inputRejected, this,
             [this] { complain(tr("That does not fit in here")); });
@@ -174,35 +177,19 @@ QString TextEditor::enteredProblem() const
 }
 
 DateEditor::DateEditor(const FormField &shown, QWidget *parent)
-    : FieldEditor(shown, parent)
-    , line(new LineField(this))
+    : TextEditor(typedDate(shown), parent)
 {
-    const auto first = QDate::fromString(field.value, QStringLiteral("dd.MM.yyyy"));
-    line->setUp(dateMask(), first.toString(dateFormat()));
-    line->setReadOnly(!field.editable);
-    auto *const input = new QWidget(this);
-    auto *const row = new QHBoxLayout(input);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(line);
-    auto *const button = new QToolButton(input);
+    auto *const button = named(new QToolButton(this), QStringLiteral("calendar_") + field.key);
     button->setText(tr("Calendar"));
-    button->setObjectName(QStringLiteral("calendar_") + field.key);
     button->setFocusPolicy(Qt::TabFocus);
     button->setEnabled(field.editable);
     row->addWidget(button);
-    addInput(input, line);
     connect(button, &QToolButton::clicked, this, &DateEditor::pick);
-    connect(line, &QLineEdit::textChanged, this, &DateEditor::noteChange);
 }
 
 QVariant DateEditor::value() const
 {
     return date().isValid() ? QVariant(date()) : QVariant();
-}
-
-bool DateEditor::isBlank() const
-{
-    return line->isBlank();
 }
 
 QString DateEditor::enteredProblem() const
@@ -227,8 +214,7 @@ void DateEditor::pick()
 {
     auto *const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    auto *const calendar = new QCalendarWidget(menu);
-    calendar->setObjectName(QStringLiteral("calendar"));
+    auto *const calendar = named(new QCalendarWidget(menu), QStringLiteral("calendar"));
     calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     calendar->setMinimumSize(420, 320);
     if (field.minDate.isValid())
@@ -255,23 +241,23 @@ ChoiceEditor::ChoiceEditor(const FormField &shown, QWidget *parent)
     , options(new QButtonGroup(this))
 {
     auto *const input = new QWidget(this);
-    auto *const row = new QHBoxLayout(input);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(6);
+    auto *const buttons = new QHBoxLayout(input);
+    buttons->setContentsMargins(0, 0, 0, 0);
+    buttons->setSpacing(6);
     for (int index = 0; index < field.options.size(); ++index) {
-        auto *const button = new QPushButton(field.options.at(index).toString(), input);
-        button->setObjectName(QStringLiteral("%1_%2").arg(field.key).arg(index));
+        auto *const button = named(new QPushButton(field.options.at(index).toString(), input),
+                                   QStringLiteral("%1_%2").arg(field.key).arg(index));
         button->setCheckable(true);
         button->setAutoDefault(false);
         button->setEnabled(field.editable);
         button->setProperty("option", true);
         options->addButton(button, index);
-        row->addWidget(button);
+        buttons->addWidget(button);
     }
     bool isIndex = false;
     if (auto *const first = options->button(field.value.toInt(&isIndex)); first && isIndex)
         first->setChecked(true);
-    addInput(input, input);
+    addInput(input);
     if (auto *const checked = options->checkedButton())
         setFocusProxy(checked);
     connect(options, &QButtonGroup::idToggled, this, &ChoiceEditor::noteChange);

@@ -6,8 +6,8 @@
 #include <QWidget>
 
 class QButtonGroup;
+class QHBoxLayout;
 class QLabel;
-class QVBoxLayout;
 
 namespace till {
 
@@ -40,17 +40,16 @@ protected:
     virtual bool isBlank() const = 0;
     /// Why what was entered cannot be taken.
     virtual QString enteredProblem() const { return {}; }
-    void addInput(QWidget *input, QWidget *focus);
-    /// Has the cashier read the text until the field changes.
-    void complain(const QString &text);
+    /// Shows the widget as what the cashier enters something in.
+    void addInput(QWidget *input);
+    /// Has the cashier read what is wrong until the field changes.
+    void complain(const QString &problem, bool standsOut = true);
     void noteChange();
 
     const FormField field;
+    QHBoxLayout *row; ///< Of the input.
 
 private:
-    void showNote(const QString &text, bool isProblem);
-
-    QVBoxLayout *column;
     QLabel *label;
     QLabel *note;
     bool isRevealed = false;
@@ -71,13 +70,14 @@ protected:
     bool isBlank() const override;
     QString enteredProblem() const override;
 
-private:
     LineField *line;
+
+private:
     QString mismatch;
 };
 
 /// A date, typed or picked from a calendar.
-class DateEditor : public FieldEditor
+class DateEditor : public TextEditor
 {
     Q_OBJECT
 public:
@@ -86,14 +86,11 @@ public:
     QVariant value() const override;
 
 protected:
-    bool isBlank() const override;
     QString enteredProblem() const override;
 
 private:
     QDate date() const;
     void pick();
-
-    LineField *line;
 };
 
 /// One of several options, each a button.

@@ -2,6 +2,7 @@
 
 #include "till/window/fieldeditor.h"
 #include "till/window/linefield.h"
+#include "till/window/named.h"
 #include "till/window/numberpad.h"
 
 #include <QKeyEvent>
@@ -38,8 +39,8 @@ InputDialog::InputDialog(QWidget &window, InputTextRequest asked)
 void InputDialog::addInput()
 {
     if (request.multiLine != 0) {
-        lines = new QPlainTextEdit(request.initialText, this);
-        lines->setObjectName(QStringLiteral("field_input"));
+        lines = named(new QPlainTextEdit(request.initialText, this), QStringLiteral("field_input"),
+                      request.message.toString());
         lines->setTabChangesFocus(true);
         content().addWidget(lines);
         focusFirst(lines);

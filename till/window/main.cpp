@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <csignal>
 #include <iostream>
+#include <tuple>
 
 namespace {
 
@@ -25,6 +26,17 @@ int refuseToStart(const QString &reason)
 {
     std::cerr << "till-window: " << reason.toStdString() << std::endl;
     return badSetup;
+}
+
+/// Qt's messages until there is a screen. Without one Qt would abort the program.
+void noteScreen(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtFatalMsg)
+        std::_Exit(refuseToStart(
+            QStringLiteral("no screen to open the window on; set DISPLAY or WAYLAND_DISPLAY, or "
+                           "sell at a terminal with \"till\"")));
+    if (QLatin1String(context.category).startsWith(QLatin1String("qt.qpa")))
+        std::cerr << "till-window: " << text.toStdString() << std::endl;
 }
 
 till::WindowSetup readSetup(const QCommandLineParser &parser, QString &error)
@@ -49,8 +61,6 @@ QString prepare(const till::Settings &settings)
         if (complaint.weight == till::SettingComplaint::Weight::Fatal)
             return QStringLiteral("%1 cannot be used; \"till check\" says why").arg(complaint.key);
     }
-    if (const auto problem = till::installLanguage(settings.language))
-        return *problem;
     if (const auto problem = privatefile::createDirectory(settings.dataDirectory))
         return *problem;
     // A full disk or a read-only directory must not keep the till from selling.
@@ -85,6 +95,26 @@ bool isAskedOnly(int argc, char *argv[])
     });
 }
 
+/// Opens the window, to sell in or to say why it cannot be. \return The program's exit code.
+int show(const till::WindowSetup &setup, const QString &error, const QString &settingsFile)
+{
+    till::MainWindow window(setup);
+    QObject::connect(&window, &till::MainWindow::ended, qApp,
+                     [](int code) { QApplication::exit(code); });
+    window.showMaximized();
+    // The window is on the screen before the till is looked after.
+    if (error.isEmpty()) {
+        QTimer::singleShot(0, &window, &till::MainWindow::start);
+    } else {
+        refuseToStart(error);
+        window.refuse(till::MainWindow::tr("The till cannot open: something is wrong with its "
+                                           "settings or its disk. Call the one who looks after "
+                                           "it; \"till check\" says what to mend.\n%1")
+                          .arg(settingsFile));
+    }
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -94,30 +124,27 @@ int main(int argc, char *argv[])
     const till::LogRotation rotation;
     if (isAskedOnly(argc, argv))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    auto *const usualMessages = qInstallMessageHandler(noteScreen);
     QApplication application(argc, argv);
+    qInstallMessageHandler(usualMessages);
     QApplication::setApplicationName(QStringLiteral("till-window"));
     QApplication::setApplicationVersion(QStringLiteral(TILL_VERSION));
     QCommandLineParser parser;
     addOptions(parser);
+    if (!parser.parse(QApplication::arguments()))
+        return refuseToStart(parser.errorText());
     parser.process(application);
 
     QString error;
     const auto setup = readSetup(parser, error);
+    if (const auto problem = till::installLanguage(setup.till.language)) {
+        std::ignore = till::installLanguage({}); // the usual one, to say so in
+        error = *problem;
+    }
     if (error.isEmpty())
         error = prepare(setup.till);
-    if (!error.isEmpty())
-        return refuseToStart(error);
-
-    int exitCode = 0;
-    {
-        till::MainWindow window(setup);
-        QObject::connect(&window, &till::MainWindow::ended, &application,
-                         [](int code) { QApplication::exit(code); });
-        window.showMaximized();
-        // The window is on the screen before the till is looked after.
-        QTimer::singleShot(0, &window, &till::MainWindow::start);
-        exitCode = QApplication::exec();
-    }
+    const auto exitCode =
+        show(setup, error, Config::filePath(parser.value(QStringLiteral("config"))));
     logging::stop();
     return exitCode;
 }

@@ -2,6 +2,7 @@
 
 #include "till/core/toldtexts.h"
 #include "till/window/customerpanel.h"
+#include "till/window/named.h"
 #include "till/window/progresscard.h"
 #include "till/window/stateline.h"
 #include "till/window/texts.h"
@@ -12,7 +13,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QStyle>
 #include <QTableView>
 
 namespace till {
@@ -33,10 +33,10 @@ MainWindow::MainWindow(WindowSetup given)
     , body(new QWidget(this))
     , progress(new ProgressCard(*this))
 {
-    setObjectName(QStringLiteral("window"));
+    named(this, QStringLiteral("window"));
+    named(body, QStringLiteral("body"));
     setWindowTitle(tr("Till"));
     setMinimumSize(1000, 700);
-    body->setObjectName(QStringLiteral("body"));
     if (QFile style(QStringLiteral(":/window.qss")); style.open(QIODevice::ReadOnly))
         setStyleSheet(QString::fromUtf8(style.readAll()));
     layOut();
@@ -67,7 +67,7 @@ void MainWindow::connectTill()
     connect(&till, &TillThread::started, this, &MainWindow::noteStart);
     connect(&till, &TillThread::happened, this, &MainWindow::noteEvent);
     connect(&till, &TillThread::mayNotEnd, this, &MainWindow::stay);
-    connect(&till, &TillThread::ended, this, [this] { emit ended(0); });
+    connect(&till, &TillThread::ended, this, [this] { emit ended(isOpen ? 0 : badSetup); });
     connect(&till, &TillThread::busyChanged, this, wait);
     connect(&till, &TillThread::stepEnded, &presenter, &WindowPresenter::endStep);
     connect(&presenter, &WindowPresenter::asking, this, wait);
@@ -86,31 +86,33 @@ void MainWindow::connectTill()
 void MainWindow::noteStart(bool canSell, const QString &note)
 {
     ToldTexts::note(note);
-    isOpen = canSell;
-    refresh();
-    if (canSell) {
-        goodsLine->setFocus();
-        watch.start();
-        tell(note.isEmpty() ? QString()
-                            : tr("Something was found wrong at the start. Sell on, and call the "
-                                 "one who looks after the till: its log says what."),
-             !note.isEmpty());
+    if (!canSell) {
+        refuse(tr("The till cannot sell. Perhaps it is open in another window already; else call "
+                  "the one who looks after it. Its log says why:\n%1")
+                   .arg(setup.till.logFile));
         return;
     }
+    isOpen = true;
+    refresh();
+    goodsLine->setFocus();
+    watch.start();
+    tell(note.isEmpty() ? QString()
+                        : tr("Something was found wrong at the start. Sell on, and call the one "
+                             "who looks after the till: its log says what."),
+         !note.isEmpty());
+}
+
+void MainWindow::refuse(const QString &reason)
+{
     tell(tr("The till cannot sell."), true);
-    auto *const dialog = new MessageDialog(
-        *this, MessageDialog::Kind::Error,
-        tr("The till cannot sell. Perhaps it is open in another window already; else call the one "
-           "who looks after it. Its log says why:\n%1")
-            .arg(setup.till.logFile),
-        tr("Leave"));
+    auto *const dialog = new MessageDialog(*this, MessageDialog::Kind::Error, reason, tr("Leave"));
     connect(dialog, &QDialog::finished, this, [this] { emit ended(badSetup); });
     dialog->appear();
 }
 
 void MainWindow::noteEvent(const SaleEvent &event, const std::optional<ReceiptView> &after)
 {
-    undo.note(event, model.find(event.position.number));
+    undo.note(event, model.position(model.rowOf(event.position.number)));
     model.apply(event);
     if (TillThread::tellsReceipt(event.kind))
         showReceipt(after);
@@ -155,70 +157,32 @@ void MainWindow::showReceipt(const std::optional<ReceiptView> &shown)
     title->setText(!shown            ? tr("No receipt is open")
                    : shown->isReturn ? tr("Return %1").arg(shown->number)
                                      : tr("Sale %1").arg(shown->number));
-    title->setProperty("return", shown && shown->isReturn);
-    title->style()->polish(title);
-    place->setText(
-        tr("shop %1, till %2").arg(setup.till.place.shopCode).arg(setup.till.place.cashCode));
+    mark(title, "return", shown && shown->isReturn);
 }
 
 /// Brings total and buttons up to date.
 void MainWindow::refresh()
 {
     const auto isFree = isOpen && !progress->isVisible() && !isLeaving;
-    const auto isSelected = selected().has_value();
-    const auto isCustomer = receipt && receipt->customer;
     constexpr int usual = 10; // characters that the large figures have room for
     total->setText(moneyLabel(model.total()));
-    total->setProperty("long", total->text().size() > usual);
-    total->style()->polish(total);
+    mark(total, "long", total->text().size() > usual);
     middle->setCurrentIndex(model.rowCount() > 0 ? 1 : 0);
     goodsLine->setEnabled(isOpen);
-    const auto enable = [&](const char *step, bool on) { steps[step]->setEnabled(isFree && on); };
-    enable("identify", true);
-    enable("edit", isCustomer);
-    enable("takeOff", isCustomer);
-    enable("quantity", isSelected);
-    enable("discount", isSelected);
-    enable("remove", isSelected);
-    enable("undo", undo.canBegin());
-    enable("return", !receipt);
-    enable("abandon", receipt.has_value());
-    enable("commit", model.rowCount() > 0);
-    enable("closeShift", !receipt);
+    for (const auto &[button, isPossible] : std::as_const(steps))
+        button->setEnabled(isFree && isPossible());
 }
 
 void MainWindow::tell(const QString &text, bool isProblem)
 {
     message->setText(text);
-    message->setProperty("problem", isProblem);
-    message->style()->polish(message);
+    mark(message, "problem", isProblem);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();
     leave();
-}
-
-/// Lets the keys that choose a position work while the line for goods has the focus.
-bool MainWindow::eventFilter(QObject * /*watched*/, QEvent *event)
-{
-    if (event->type() != QEvent::KeyPress)
-        return false;
-    const auto row = table->currentIndex().row();
-    switch (static_cast<QKeyEvent *>(event)->key()) {
-    case Qt::Key_Up:
-        table->selectRow(std::max(row - 1, 0));
-        return true;
-    case Qt::Key_Down:
-        table->selectRow(std::min(row + 1, model.rowCount() - 1));
-        return true;
-    case Qt::Key_Escape:
-        goodsLine->clear();
-        return true;
-    default:
-        return false;
-    }
 }
 
 } // namespace till

@@ -51,6 +51,8 @@ public:
 
     /// Opens the till. The window can be on the screen before.
     void start();
+    /// Says, in the place of `start`, why the till cannot be opened.
+    void refuse(const QString &reason);
 
 signals:
     /// The till has ended, and so may the program.
@@ -58,18 +60,18 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    using Step = void (MainWindow::*)();
+    using Step = std::function<void()>;
 
     void layOut();
     QLayout *layOutHead();
     QLayout *layOutReceipt();
     QWidget *layOutSide();
     QLayout *layOutSteps();
+    void addKeys();
     QPushButton *addStep(QBoxLayout &row, const char *name, const QString &text, int key,
-                         Step step);
+                         const Step &step, const std::function<bool()> &isPossible = {});
     void connectTill();
 
     void noteStart(bool canSell, const QString &note);
@@ -82,15 +84,11 @@ private:
     void sellTyped();
     void sellUnknown(const GoodsEntry &entry);
     void identify();
-    void edit();
-    void takeCustomerOff();
     void changeQuantity();
     void discount();
     void remove();
     void undoLast();
-    void openReturn();
     void abandon();
-    void commit();
     void closeShift();
     void showRefused();
     void leave();
@@ -118,7 +116,6 @@ private:
     QWidget *body;
     ProgressCard *progress;
     QLabel *title;
-    QLabel *place;
     QLineEdit *goodsLine;
     QStackedWidget *middle;
     QTableView *table;
@@ -126,7 +123,7 @@ private:
     QLabel *total;
     CustomerPanel *customer;
     StateLine *state;
-    QHash<QByteArray, QPushButton *> steps;
+    QList<std::pair<QPushButton *, std::function<bool()>>> steps; ///< With when they are possible.
 };
 
 } // namespace till

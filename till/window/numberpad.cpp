@@ -1,5 +1,7 @@
 #include "till/window/numberpad.h"
 
+#include "till/window/named.h"
+
 #include <QApplication>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -26,13 +28,11 @@ NumberPad::NumberPad(Keys keys, QWidget *parent)
 
 void NumberPad::addKey(const QString &label, int key, int row, int column, int columns)
 {
-    auto *const button = new QPushButton(label, this);
-    button->setObjectName(QStringLiteral("pad_") + label);
-    button->setAccessibleName(key == Qt::Key_Backspace ? tr("Delete the last character") : label);
+    auto *const button = named(new QPushButton(label, this), QStringLiteral("pad_") + label,
+                               key == Qt::Key_Backspace ? tr("Delete the last character") : label);
     button->setFocusPolicy(Qt::NoFocus);
     button->setAutoDefault(false);
     button->setProperty("pad", true);
-    button->setMinimumSize(64, 48);
     button->setAutoRepeat(key == Qt::Key_Backspace);
     const auto text = label.size() == 1 && key != Qt::Key_Backspace ? label : QString();
     connect(button, &QPushButton::clicked, this, [key, text] {

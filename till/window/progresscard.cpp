@@ -1,6 +1,7 @@
 #include "till/window/progresscard.h"
 
-#include <QEvent>
+#include "till/window/named.h"
+
 #include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
@@ -10,14 +11,12 @@ namespace till {
 
 ProgressCard::ProgressCard(QWidget &window)
     : QFrame(&window)
-    , label(new QLabel(this))
-    , seconds(new QLabel(this))
+    , label(named(new QLabel(this), QStringLiteral("progressText")))
+    , seconds(named(new QLabel(this), QStringLiteral("progressSeconds")))
     , bar(new QProgressBar(this))
 {
     using namespace std::chrono_literals;
     setObjectName(QStringLiteral("progress"));
-    label->setObjectName(QStringLiteral("progressText"));
-    seconds->setObjectName(QStringLiteral("progressSeconds"));
     bar->setTextVisible(false);
     auto *const grid = new QGridLayout(this);
     grid->setContentsMargins(20, 14, 20, 14);
@@ -27,7 +26,6 @@ ProgressCard::ProgressCard(QWidget &window)
     grid->setColumnMinimumWidth(0, 340);
     timer.setInterval(80ms);
     connect(&timer, &QTimer::timeout, this, &ProgressCard::tick);
-    window.installEventFilter(this);
     hide();
     setText({});
 }
@@ -35,7 +33,6 @@ ProgressCard::ProgressCard(QWidget &window)
 void ProgressCard::setText(const QString &text)
 {
     label->setText(text.isEmpty() ? tr("One moment, please ...") : text);
-    place();
 }
 
 void ProgressCard::setWaiting(bool on)
@@ -50,13 +47,6 @@ void ProgressCard::setWaiting(bool on)
         hide();
         emit shown();
     }
-}
-
-bool ProgressCard::eventFilter(QObject * /*watched*/, QEvent *event)
-{
-    if (event->type() == QEvent::Resize)
-        place();
-    return false;
 }
 
 void ProgressCard::tick()
@@ -74,15 +64,8 @@ void ProgressCard::tick()
     if (!isVisible()) {
         show();
         raise();
-        place();
         emit shown();
     }
-}
-
-void ProgressCard::place()
-{
-    adjustSize();
-    move((parentWidget()->width() - width()) / 2, parentWidget()->height() / 2 - height());
 }
 
 } // namespace till

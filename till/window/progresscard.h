@@ -9,7 +9,7 @@ class QProgressBar;
 
 namespace till {
 
-/// What the till waits for and since when, before the window.
+/// What the till waits for and since when.
 class ProgressCard : public QFrame
 {
     Q_OBJECT
@@ -25,12 +25,8 @@ signals:
     /// The card has come, or gone.
     void shown();
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     void tick();
-    void place();
 
     QElapsedTimer since;
     QTimer timer;

@@ -15,60 +15,75 @@ qint64 hundredthsOf(double sum)
     return qRound64(sum * 100);
 }
 
+Qt::Alignment alignmentOf(int column)
+{
+    return Qt::AlignVCenter | (column == ReceiptModel::Name ? Qt::AlignLeft : Qt::AlignRight);
+}
+
+QList<QStandardItem *> itemsOf(const PositionView &position)
+{
+    const auto saved =
+        position.discounts.isEmpty() ? QString() : moneyLabel(position.sum - position.fullSum);
+    QList<QStandardItem *> items;
+    for (const auto &text :
+         {QString::number(position.number), position.name, quantityLabel(position.quantity),
+          moneyLabel(position.price), saved, moneyLabel(position.sum)}) {
+        auto *const item = new QStandardItem(text);
+        item->setTextAlignment(alignmentOf(static_cast<int>(items.size())));
+        item->setEditable(false);
+        items.append(item);
+    }
+    items.at(ReceiptModel::Name)->setToolTip(position.code + u'\n' + position.name);
+    return items;
+}
+
 } // namespace
+
+ReceiptModel::ReceiptModel()
+    : QStandardItemModel(0, ColumnCount)
+{
+    setHorizontalHeaderLabels(
+        {tr("No."), tr("Name"), tr("Quantity"), tr("Price"), tr("Discount"), tr("Sum")});
+    for (int column = 0; column < ColumnCount; ++column)
+        horizontalHeaderItem(column)->setTextAlignment(alignmentOf(column));
+}
 
 void ReceiptModel::reset(const QList<PositionView> &shown)
 {
     if (positions == shown)
         return;
-    beginResetModel();
-    positions = shown;
+    setRowCount(0);
+    positions.clear();
     hundredths = 0;
     for (const auto &position : shown)
-        hundredths += hundredthsOf(position.sum);
-    endResetModel();
+        add(position);
 }
 
 void ReceiptModel::apply(const SaleEvent &event)
 {
-    const auto row = rowOf(event.position.number);
-    const auto before = position(row).value_or(PositionView()).sum;
-    switch (event.kind) {
-    case SaleEvent::Kind::PositionAdded:
-        beginInsertRows({}, rowCount(), rowCount());
-        positions.append(event.position);
-        endInsertRows();
-        hundredths += hundredthsOf(event.position.sum);
-        break;
-    case SaleEvent::Kind::PositionChanged:
-    case SaleEvent::Kind::Discounted:
-        if (row < 0)
-            return;
-        positions[row] = event.position;
-        emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
-        hundredths += hundredthsOf(event.position.sum) - hundredthsOf(before);
-        break;
-    case SaleEvent::Kind::PositionRemoved:
-        if (row < 0)
-            return;
-        beginRemoveRows({}, row, row);
-        positions.removeAt(row);
-        endRemoveRows();
-        hundredths -= hundredthsOf(before);
-        break;
-    default:
-        break;
+    if (event.kind == SaleEvent::Kind::PositionAdded) {
+        add(event.position);
+        return;
     }
+    const auto row = rowOf(event.position.number);
+    if (row < 0 || event.kind == SaleEvent::Kind::Refused)
+        return;
+    hundredths -= hundredthsOf(positions.at(row).sum);
+    if (event.kind == SaleEvent::Kind::PositionRemoved) {
+        positions.removeAt(row);
+        removeRow(row);
+        return;
+    }
+    hundredths += hundredthsOf(event.position.sum);
+    positions[row] = event.position;
+    const auto items = itemsOf(event.position);
+    for (int column = 0; column < ColumnCount; ++column)
+        setItem(row, column, items.at(column));
 }
 
 std::optional<PositionView> ReceiptModel::position(int row) const
 {
     return row >= 0 && row < positions.size() ? std::optional(positions.at(row)) : std::nullopt;
-}
-
-std::optional<PositionView> ReceiptModel::find(int number) const
-{
-    return position(rowOf(number));
 }
 
 int ReceiptModel::rowOf(int number) const
@@ -81,65 +96,11 @@ int ReceiptModel::rowOf(int number) const
                : -1;
 }
 
-double ReceiptModel::total() const
+void ReceiptModel::add(const PositionView &position)
 {
-    return static_cast<double>(hundredths) / 100;
-}
-
-int ReceiptModel::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(positions.size());
-}
-
-int ReceiptModel::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant ReceiptModel::data(const QModelIndex &index, int role) const
-{
-    if (role == Qt::TextAlignmentRole)
-        return QVariant(Qt::AlignVCenter |
-                        (index.column() == Name ? Qt::AlignLeft : Qt::AlignRight));
-    const auto shown = position(index.row());
-    if (!shown || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
-        return {};
-    switch (index.column()) {
-    case Number:
-        return shown->number;
-    case Name:
-        return role == Qt::ToolTipRole ? shown->code + u'\n' + shown->name : shown->name;
-    case Quantity:
-        return quantityLabel(shown->quantity);
-    case Price:
-        return moneyLabel(shown->price);
-    case Discount:
-        return shown->discounts.isEmpty() ? QString() : moneyLabel(shown->sum - shown->fullSum);
-    default:
-        return moneyLabel(shown->sum);
-    }
-}
-
-QVariant ReceiptModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (role == Qt::TextAlignmentRole)
-        return data(index(0, section), role);
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    switch (section) {
-    case Number:
-        return tr("No.");
-    case Name:
-        return tr("Name");
-    case Quantity:
-        return tr("Quantity");
-    case Price:
-        return tr("Price");
-    case Discount:
-        return tr("Discount");
-    default:
-        return tr("Sum");
-    }
+    positions.append(position);
+    hundredths += hundredthsOf(position.sum);
+    appendRow(itemsOf(position));
 }
 
 } // namespace till

@@ -1,5 +1,6 @@
 #include "till/window/refuseddialog.h"
 
+#include "till/window/named.h"
 #include "till/window/texts.h"
 
 #include <QHeaderView>
@@ -30,15 +31,13 @@ QStringList wordsOf(const QString &answer)
 
 RefusedDialog::RefusedDialog(QWidget &window, const QList<ReceiptRecord> &receipts)
     : DialogFrame(window, tr("Refused orders"))
-    , list(new QTreeWidget(this))
+    , list(named(new QTreeWidget(this), QStringLiteral("refusedList"), windowTitle()))
 {
     setObjectName(QStringLiteral("refusedDialog"));
     setMinimumSize(820, 460);
     addText(
         QStringLiteral("message"),
         tr("The service did not take these. When the reason is mended, report the order again."));
-    list->setObjectName(QStringLiteral("refusedList"));
-    list->setAccessibleName(windowTitle());
     list->setRootIsDecorated(false);
     list->setWordWrap(true);
     list->setHeaderLabels({tr("Receipt"), tr("Sold"), tr("Reason")});

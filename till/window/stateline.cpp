@@ -1,13 +1,21 @@
 #include "till/window/stateline.h"
 
+#include "till/window/named.h"
 #include "till/window/texts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QStyle>
 
 namespace till {
+
+namespace {
+
+constexpr QLatin1String good("good");
+constexpr QLatin1String attention("attention");
+constexpr QLatin1String bad("bad");
+
+} // namespace
 
 StateLine::StateLine(QWidget *parent)
     : QFrame(parent)
@@ -18,10 +26,8 @@ StateLine::StateLine(QWidget *parent)
     row->setSpacing(12);
     service = addLabel(QStringLiteral("stateService"));
     waiting = addLabel(QStringLiteral("stateWaiting"));
-    refused = new QPushButton(this);
-    refused->setObjectName(QStringLiteral("stateRefused"));
+    refused = named(new QPushButton(this), QStringLiteral("stateRefused"));
     refused->setFocusPolicy(Qt::TabFocus);
-    refused->setMinimumHeight(44);
     row->addWidget(refused);
     unstored = addLabel(QStringLiteral("stateUnstored"));
     row->insertStretch(1, 1);
@@ -50,7 +56,7 @@ void StateLine::showService(const ServiceAvailability::State &state)
         service->setText(tr("Loyalty: no answer since %1").arg(timeLabel(state.unreachableSince)));
         break;
     }
-    mark(*service, state.reach == Reach::Unreachable ? "bad" : "good");
+    mark(service, "state", state.reach == Reach::Unreachable ? bad : good);
 }
 
 void StateLine::showDelivery(const TillState &state)
@@ -58,7 +64,7 @@ void StateLine::showDelivery(const TillState &state)
     const auto &delivery = state.delivery;
     if (!delivery.error.isEmpty()) {
         waiting->setText(tr("Orders: the disk does not answer"));
-        mark(*waiting, "bad");
+        mark(waiting, "state", bad);
         return;
     }
     if (state.waiting == 0)
@@ -69,32 +75,24 @@ void StateLine::showDelivery(const TillState &state)
         waiting->setText(tr("Orders waiting: %1, since %2")
                              .arg(state.waiting)
                              .arg(timeLabel(delivery.oldestWaiting)));
-    mark(*waiting, state.waiting > 0 ? "attention" : "good");
+    mark(waiting, "state", state.waiting > 0 ? attention : good);
     refused->setText(tr("Orders refused: %1").arg(delivery.refused));
     refused->setEnabled(delivery.refused > 0);
-    mark(*refused, delivery.refused > 0 ? "bad" : "good");
+    mark(refused, "state", delivery.refused > 0 ? bad : good);
 }
 
 void StateLine::showUnstored(qsizetype receipts)
 {
     unstored->setText(tr("Receipts not on the disk: %1").arg(receipts));
-    mark(*unstored, receipts > 0 ? "bad" : "good");
+    mark(unstored, "state", receipts > 0 ? bad : good);
 }
 
 QLabel *StateLine::addLabel(const QString &name)
 {
-    auto *const label = new QLabel(this);
-    label->setObjectName(name);
+    auto *const label = named(new QLabel(this), name);
     label->setMinimumWidth(1); // a long text must not make the window wider than the screen
     layout()->addWidget(label);
     return label;
-}
-
-/// Has the style show the widget as good, to be noticed, or bad.
-void StateLine::mark(QWidget &widget, const char *state)
-{
-    widget.setProperty("state", QLatin1String(state));
-    widget.style()->polish(&widget);
 }
 
 } // namespace till

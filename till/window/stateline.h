@@ -26,7 +26,6 @@ private:
     void showService(const ServiceAvailability::State &state);
     void showDelivery(const TillState &state);
     QLabel *addLabel(const QString &name);
-    static void mark(QWidget &widget, const char *state);
 
     QLabel *service;
     QLabel *waiting;

@@ -81,13 +81,9 @@ QString quantityLabel(double quantity)
 
 QString phoneLabel(const QString &phone)
 {
-    static const QRegularExpression groups(
-        QStringLiteral("^\\+?(7)(\\d{3})(\\d{3})(\\d{2})(\\d{2})$"));
-    const auto match = groups.match(phone);
-    return match.hasMatch() ? QStringLiteral("+%1 %2 %3-%4-%5")
-                                  .arg(match.captured(1), match.captured(2), match.captured(3),
-                                       match.captured(4), match.captured(5))
-                            : phone;
+    static const QRegularExpression parts(
+        QStringLiteral("^\\+?7(\\d{3})(\\d{3})(\\d{2})(\\d{2})$"));
+    return QString(phone).replace(parts, QStringLiteral("+7 \\1 \\2-\\3-\\4"));
 }
 
 QString dateLabel(const QDate &date)

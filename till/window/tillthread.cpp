@@ -39,7 +39,7 @@ TillThread::~TillThread()
         return;
     presenter.setRefusing(true);
     QMetaObject::invokeMethod(&place, [this] {
-        till.reset();
+        close();
         thread.quit();
     });
     thread.wait();
@@ -63,13 +63,16 @@ void TillThread::take(const Step &step, const std::function<void()> &done)
 
 void TillThread::end(bool force)
 {
+    if (!thread.isRunning()) {
+        emit ended();
+        return;
+    }
     run([this, force] {
         if (till && !till->mayEnd() && !force) {
             emit mayNotEnd(till->onlyInMemory());
             return;
         }
-        till.reset();
-        Singleton<Session>::instance()->setProgressDisplay({});
+        close();
         emit ended();
     });
 }
@@ -97,11 +100,12 @@ void TillThread::run(const std::function<void()> &function, const std::function<
 
 void TillThread::open(bool delivers)
 {
+    const auto nobody = [](ProgressDisplay *) {}; // owns the presenter
     Singleton<Session>::instance()->setProgressDisplay(
-        QSharedPointer<WindowProgress>::create(presenter));
+        QSharedPointer<ProgressDisplay>(&presenter, nobody));
     till = std::make_unique<Till>(settings, presenter);
     if (const auto problem = till->start()) {
-        till.reset();
+        close();
         emit started(false, *problem);
         return;
     }
@@ -111,6 +115,12 @@ void TillThread::open(bool delivers)
     till->sale().recover();
     if (delivers)
         till->startDelivery();
+}
+
+void TillThread::close()
+{
+    till.reset();
+    Singleton<Session>::instance()->setProgressDisplay({});
 }
 
 void TillThread::tell(const SaleEvent &event)

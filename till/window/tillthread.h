@@ -60,6 +60,7 @@ signals:
 
 private:
     void open(bool delivers);
+    void close();
     void tell(const SaleEvent &event);
 
     const Settings settings;

@@ -1,9 +1,13 @@
 // Where what stands in the window.
+#include "till/core/sale.h"
 #include "till/window/customerpanel.h"
 #include "till/window/mainwindow.h"
+#include "till/window/named.h"
 #include "till/window/numberpad.h"
+#include "till/window/progresscard.h"
 #include "till/window/stateline.h"
 
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,55 +19,14 @@
 
 namespace till {
 
-void MainWindow::layOut()
-{
-    auto *const outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(body);
-    auto *const column = new QVBoxLayout(body);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addLayout(layOutHead());
-    auto *const row = new QHBoxLayout;
-    row->setContentsMargins(12, 8, 12, 8);
-    row->setSpacing(12);
-    row->addLayout(layOutReceipt(), 1);
-    row->addWidget(layOutSide());
-    column->addLayout(row, 1);
-    column->addLayout(layOutSteps());
-    state = new StateLine(body);
-    column->addWidget(state);
-}
+namespace {
 
-QLayout *MainWindow::layOutHead()
-{
-    auto *const row = new QHBoxLayout;
-    row->setContentsMargins(12, 8, 12, 0);
-    row->setSpacing(8);
-    title = new QLabel(body);
-    title->setObjectName(QStringLiteral("receiptTitle"));
-    place = new QLabel(body);
-    place->setObjectName(QStringLiteral("place"));
-    row->addWidget(title);
-    row->addStretch();
-    row->addWidget(place);
-    row->addSpacing(8);
-    addStep(*row, "closeShift", tr("Close the shift"), 0, &MainWindow::closeShift);
-    addStep(*row, "leave", tr("Leave"), 0, &MainWindow::leave);
-    return row;
-}
+constexpr int edge = 12;
+constexpr int sideWidth = 304;
 
-QLayout *MainWindow::layOutReceipt()
+QTableView *makeTable(ReceiptModel &model, QWidget *parent)
 {
-    goodsLine = new QLineEdit(body);
-    goodsLine->setObjectName(QStringLiteral("goods"));
-    goodsLine->setAccessibleName(tr("Goods"));
-    goodsLine->setPlaceholderText(tr("Scan, or type a code and Enter; 3*4601 sells three"));
-    goodsLine->setContextMenuPolicy(Qt::NoContextMenu);
-    goodsLine->installEventFilter(this);
-    table = new QTableView(body);
-    table->setObjectName(QStringLiteral("positions"));
-    table->setAccessibleName(tr("Receipt"));
+    auto *const table = new QTableView(parent);
     table->setModel(&model);
     table->setFocusPolicy(Qt::NoFocus);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -83,20 +46,76 @@ QLayout *MainWindow::layOutReceipt()
                                         {ReceiptModel::Discount, 92},
                                         {ReceiptModel::Sum, 112}})
         columns->resizeSection(column, width);
+    return table;
+}
+
+} // namespace
+
+/// The body, and over its line for messages what the till waits for.
+void MainWindow::layOut()
+{
+    constexpr int underMessage = 130; // height of the steps and the state line
+    auto *const outer = new QGridLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->setSpacing(0);
+    outer->addWidget(body, 0, 0, -1, -1);
+    outer->addWidget(progress, 1, 0, Qt::AlignCenter);
+    outer->setRowStretch(0, 1);
+    outer->setRowMinimumHeight(2, underMessage);
+    outer->setColumnStretch(0, 1);
+    outer->setColumnMinimumWidth(1, sideWidth + edge);
+    auto *const column = new QVBoxLayout(body);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(layOutHead());
+    auto *const row = new QHBoxLayout;
+    row->setContentsMargins(edge, 8, edge, 8);
+    row->setSpacing(edge);
+    row->addLayout(layOutReceipt(), 1);
+    row->addWidget(layOutSide());
+    column->addLayout(row, 1);
+    column->addLayout(layOutSteps());
+    state = new StateLine(body);
+    column->addWidget(state);
+    addKeys();
+}
+
+QLayout *MainWindow::layOutHead()
+{
+    auto *const row = new QHBoxLayout;
+    row->setContentsMargins(edge, 8, edge, 0);
+    row->setSpacing(8);
+    title = named(new QLabel(body), QStringLiteral("receiptTitle"));
+    const auto &[shop, cash] = setup.till.place;
+    auto *const place = new QLabel(tr("shop %1, till %2").arg(shop).arg(cash), body);
+    row->addWidget(title);
+    row->addStretch();
+    row->addWidget(named(place, QStringLiteral("place")));
+    row->addSpacing(8);
+    addStep(
+        *row, "closeShift", tr("Close the shift"), 0, [this] { closeShift(); },
+        [this] { return !receipt; });
+    addStep(*row, "leave", tr("Leave"), 0, [this] { leave(); });
+    return row;
+}
+
+QLayout *MainWindow::layOutReceipt()
+{
+    goodsLine = named(new QLineEdit(body), QStringLiteral("goods"), tr("Goods"));
+    goodsLine->setPlaceholderText(tr("Scan, or type a code and Enter; 3*4601 sells three"));
+    goodsLine->setContextMenuPolicy(Qt::NoContextMenu);
+    table = named(makeTable(model, body), QStringLiteral("positions"), tr("Receipt"));
     auto *const empty = new QLabel(tr("Scan the first goods, or type a code and press Enter.\n"
                                       "The receipt opens by itself.\n\n"
                                       "F2 finds the customer by the phone."),
                                    body);
-    empty->setObjectName(QStringLiteral("empty"));
     empty->setAlignment(Qt::AlignCenter);
     middle = new QStackedWidget(body);
-    middle->addWidget(empty);
+    middle->addWidget(named(empty, QStringLiteral("empty")));
     middle->addWidget(table);
-    message = new QLabel(body);
-    message->setObjectName(QStringLiteral("message"));
+    message = named(new QLabel(body), QStringLiteral("message"));
     message->setTextFormat(Qt::PlainText);
     message->setWordWrap(true);
-    message->setMinimumHeight(44);
     auto *const column = new QVBoxLayout;
     column->setSpacing(8);
     column->addWidget(goodsLine);
@@ -107,20 +126,22 @@ QLayout *MainWindow::layOutReceipt()
 
 QWidget *MainWindow::layOutSide()
 {
-    constexpr int width = 304;
     auto *const side = new QWidget(body);
-    side->setFixedWidth(width);
+    side->setFixedWidth(sideWidth);
     customer = new CustomerPanel(body);
+    const auto isCustomer = [this] { return receipt && receipt->customer; };
     auto *const buttons = new QHBoxLayout;
     buttons->setSpacing(6);
-    addStep(*buttons, "identify", tr("Customer"), Qt::Key_F2, &MainWindow::identify);
-    addStep(*buttons, "edit", tr("Edit"), Qt::Key_F3, &MainWindow::edit);
-    addStep(*buttons, "takeOff", tr("Take off"), Qt::Key_F4, &MainWindow::takeCustomerOff);
-    auto *const totalTitle = new QLabel(tr("Total"), body);
-    totalTitle->setObjectName(QStringLiteral("label"));
-    total = new QLabel(body);
-    total->setObjectName(QStringLiteral("total"));
-    total->setAccessibleName(tr("Total"));
+    addStep(
+        *buttons, "identify", tr("Customer"), Qt::Key_F2, [this] { identify(); },
+        [] { return true; });
+    addStep(
+        *buttons, "edit", tr("Edit"), Qt::Key_F3,
+        [this] { sell([](Sale &sale) { sale.trigger(Sale::editCustomer); }); }, isCustomer);
+    addStep(
+        *buttons, "takeOff", tr("Take off"), Qt::Key_F4,
+        [this] { sell([](Sale &sale) { sale.clearLoyaltyData(); }); }, isCustomer);
+    total = named(new QLabel(body), QStringLiteral("total"), tr("Total"));
     total->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *const column = new QVBoxLayout(side);
     column->setContentsMargins(0, 0, 0, 0);
@@ -128,46 +149,69 @@ QWidget *MainWindow::layOutSide()
     column->addWidget(customer, 1);
     column->addLayout(buttons);
     column->addWidget(new NumberPad(NumberPad::Keys::Goods, body));
-    column->addWidget(totalTitle);
+    column->addWidget(named(new QLabel(tr("Total"), body), QStringLiteral("label")));
     column->addWidget(total);
     return side;
 }
 
 QLayout *MainWindow::layOutSteps()
 {
+    const auto isSelected = [this] { return selected().has_value(); };
     auto *const row = new QHBoxLayout;
-    row->setContentsMargins(12, 0, 12, 8);
+    row->setContentsMargins(edge, 0, edge, 8);
     row->setSpacing(6);
-    addStep(*row, "quantity", tr("Quantity"), Qt::Key_F5, &MainWindow::changeQuantity);
-    addStep(*row, "discount", tr("Discount"), Qt::Key_F6, &MainWindow::discount);
-    addStep(*row, "remove", tr("Remove"), Qt::Key_F7, &MainWindow::remove);
-    addStep(*row, "undo", tr("Undo"), Qt::Key_F8, &MainWindow::undoLast);
-    addStep(*row, "return", tr("Return"), Qt::Key_F9, &MainWindow::openReturn);
-    addStep(*row, "abandon", tr("Abandon"), Qt::Key_F10, &MainWindow::abandon);
+    addStep(*row, "quantity", tr("Quantity"), Qt::Key_F5, [this] { changeQuantity(); }, isSelected);
+    addStep(*row, "discount", tr("Discount"), Qt::Key_F6, [this] { discount(); }, isSelected);
+    addStep(*row, "remove", tr("Remove"), Qt::Key_F7, [this] { remove(); }, isSelected);
+    addStep(
+        *row, "undo", tr("Undo"), Qt::Key_F8, [this] { undoLast(); },
+        [this] { return undo.canBegin(); });
+    addStep(
+        *row, "return", tr("Return"), Qt::Key_F9,
+        [this] { sell([](Sale &sale) { sale.open(Sale::returned); }); },
+        [this] { return !receipt; });
+    addStep(
+        *row, "abandon", tr("Abandon"), Qt::Key_F10, [this] { abandon(); },
+        [this] { return receipt.has_value(); });
     row->addStretch();
-    addStep(*row, "commit", tr("Close the receipt"), Qt::Key_F12, &MainWindow::commit)
-        ->setFixedWidth(304);
+    addStep(
+        *row, "commit", tr("Close the receipt"), Qt::Key_F12,
+        [this] { sell([](Sale &sale) { sale.commit(); }); },
+        [this] { return model.rowCount() > 0; })
+        ->setFixedWidth(sideWidth);
     return row;
 }
 
-QPushButton *MainWindow::addStep(QBoxLayout &row, const char *name, const QString &text, int key,
-                                 Step step)
+/// Keys that work while the line for goods has the focus: to choose a position, to type anew.
+void MainWindow::addKeys()
 {
-    auto *const button = new QPushButton(text, body);
-    button->setObjectName(QLatin1String(name));
-    button->setAccessibleName(text);
-    button->setMinimumHeight(key == 0 ? 44 : 56);
+    const auto onKey = [this](Qt::Key key, const Step &step) {
+        connect(new QShortcut(key, body), &QShortcut::activated, this, step);
+    };
+    const auto row = [this] { return table->currentIndex().row(); };
+    onKey(Qt::Key_Up, [=, this] { table->selectRow(std::max(row() - 1, 0)); });
+    onKey(Qt::Key_Down, [=, this] { table->selectRow(std::min(row() + 1, model.rowCount() - 1)); });
+    onKey(Qt::Key_Escape, [this] { goodsLine->clear(); });
+}
+
+/// A button. `isPossible` says when it can be pressed while the till is free; without it, always.
+QPushButton *MainWindow::addStep(QBoxLayout &row, const char *name, const QString &text, int key,
+                                 const Step &step, const std::function<bool()> &isPossible)
+{
+    auto *const button = named(new QPushButton(text, body), QLatin1String(name), text);
     // A click leaves the focus where the scanner needs it.
     button->setFocusPolicy(Qt::TabFocus);
     if (key != 0) {
         const QKeySequence keys(key);
         button->setText(text + u'\n' + keys.toString());
+        button->setProperty("key", true);
         // A shortcut of the button's own would wait a tenth of a second before it clicks.
         connect(new QShortcut(keys, button), &QShortcut::activated, button, &QPushButton::click);
     }
     connect(button, &QPushButton::clicked, this, step);
     row.addWidget(button);
-    steps.insert(name, button);
+    if (isPossible)
+        steps.append({button, isPossible});
     return button;
 }
 

@@ -66,6 +66,11 @@ void WindowPresenter::hideProgress()
     emit progressChanged({});
 }
 
+void WindowPresenter::setProgress(const tr::Tr &text, int /*value*/)
+{
+    emit progressChanged(text.toString());
+}
+
 void WindowPresenter::endStep()
 {
     closeInput();
@@ -169,11 +174,6 @@ void WindowPresenter::setShown(DialogFrame *dialog)
     if (dialog)
         dialog->appear();
     emit asking(dialog != nullptr);
-}
-
-void WindowProgress::setProgress(const tr::Tr &text, int /*value*/)
-{
-    emit presenter.progressChanged(text.toString());
 }
 
 } // namespace till

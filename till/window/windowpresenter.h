@@ -17,11 +17,11 @@ namespace till {
 
 class InputDialog;
 
-/// The loyalty system's dialogs in the window.
+/// The loyalty system's dialogs and its progress in the window.
 ///
 /// Its dialogs are called on the till's thread, which waits until the cashier has answered; they
 /// are shown on the thread of the window, in which this object lives.
-class WindowPresenter : public QObject, public DialogPresenter
+class WindowPresenter : public QObject, public DialogPresenter, public ProgressDisplay
 {
     Q_OBJECT
 public:
@@ -35,6 +35,7 @@ public:
     QVariantMap showForm(const FormRequest &request) override;
     void showProgress(const ProgressRequest &request) override;
     void hideProgress() override;
+    void setProgress(const tr::Tr &text, int value) override;
 
     /// Whether a dialog waits for the cashier.
     bool isAsking() const { return bool(shown); }
@@ -70,21 +71,6 @@ private:
     std::condition_variable answered;
     std::optional<Answer> given; ///< Guarded by the mutex, as is the next.
     bool refuses = false;        ///< Changed on the window's thread only.
-};
-
-/// The loyalty system's progress as the window's.
-class WindowProgress : public ProgressDisplay
-{
-public:
-    /// The presenter must outlive the display.
-    explicit WindowProgress(WindowPresenter &presenter)
-        : presenter(presenter)
-    {}
-
-    void setProgress(const tr::Tr &text, int value) override;
-
-private:
-    WindowPresenter &presenter;
 };
 
 } // namespace till
