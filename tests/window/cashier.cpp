@@ -79,6 +79,24 @@ QJsonObject Service::send(const char *verb, const QString &path, const QJsonObje
     return QJsonDocument::fromJson(reply->readAll()).object();
 }
 
+namespace {
+
+/// The most frequent colours of a picture; few make a small file.
+QList<QRgb> usualColours(const QImage &image)
+{
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            ++counts[image.pixel(x, y)];
+    }
+    auto colours = counts.keys();
+    std::sort(colours.begin(), colours.end(),
+              [&](QRgb one, QRgb other) { return counts[one] > counts[other]; });
+    return colours.first(std::min<qsizetype>(colours.size(), 256));
+}
+
+} // namespace
+
 WindowTest::WindowTest()
 {
     service.reset();
@@ -183,9 +201,10 @@ void WindowTest::picture(const char *name) const
     if (place.isEmpty())
         return;
     QTest::qWait(100); // for what is still to be laid out
-    const auto image = window->grab();
-    EXPECT_TRUE(image.save(
-        QStringLiteral("%1/window-%2-%3.png").arg(place, QLatin1String(name)).arg(image.width())));
+    const auto image = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const auto file =
+        QStringLiteral("%1/window-%2-%3.png").arg(place, QLatin1String(name)).arg(image.width());
+    EXPECT_TRUE(image.convertToFormat(QImage::Format_Indexed8, usualColours(image)).save(file));
 }
 
 void WindowTest::expectNoText(const QRegularExpression &letters) const

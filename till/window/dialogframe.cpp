@@ -55,7 +55,7 @@ DialogFrame::DialogFrame(QWidget &window, const QString &title)
     setAccessibleName(title);
     setWindowTitle(title);
     column->setContentsMargins(24, 20, 24, 20);
-    column->setSpacing(10);
+    column->setSpacing(12);
     addText(QStringLiteral("title"), title);
     static_cast<QGridLayout *>(parentWidget()->layout())->addWidget(this, 0, 0, Qt::AlignCenter);
     connect(this, &QDialog::finished, this, &DialogFrame::dispose);

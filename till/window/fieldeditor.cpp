@@ -83,6 +83,7 @@ FieldEditor::FieldEditor(FormField shown, QWidget *parent)
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2);
+    row->setSpacing(6);
     label->setText(
         field.mandatory && field.editable
             ? tr("%1 *", "the label of a field that must be filled in").arg(field.label.toString())

@@ -54,7 +54,7 @@ QTableView *makeTable(ReceiptModel &model, QWidget *parent)
 /// The body, and over its line for messages what the till waits for.
 void MainWindow::layOut()
 {
-    constexpr int underMessage = 130; // height of the steps and the state line
+    constexpr int underMessage = 112; // height of the steps and the state line
     auto *const outer = new QGridLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     outer->setSpacing(0);
