@@ -55,11 +55,17 @@ till::WindowSetup readSetup(const QCommandLineParser &parser, QString &error)
 }
 
 /// What keeps the window from opening; empty for nothing.
-QString prepare(const till::Settings &settings)
+QString prepare(till::WindowSetup &setup)
 {
+    using Weight = till::SettingComplaint::Weight;
+    const auto &settings = setup.till;
     for (const auto &complaint : till::checkSettings(*Singleton<Config>::instance())) {
-        if (complaint.weight == till::SettingComplaint::Weight::Fatal)
-            return QStringLiteral("%1 cannot be used; \"till check\" says why").arg(complaint.key);
+        const auto text =
+            QStringLiteral("%1 cannot be used; \"till check\" says why").arg(complaint.key);
+        if (complaint.weight == Weight::Fatal)
+            return text;
+        if (complaint.weight == Weight::Wrong)
+            setup.complaints.append(text);
     }
     if (const auto problem = privatefile::createDirectory(settings.dataDirectory))
         return *problem;
@@ -136,13 +142,13 @@ int main(int argc, char *argv[])
     parser.process(application);
 
     QString error;
-    const auto setup = readSetup(parser, error);
+    auto setup = readSetup(parser, error);
     if (const auto problem = till::installLanguage(setup.till.language)) {
         std::ignore = till::installLanguage({}); // the usual one, to say so in
         error = *problem;
     }
     if (error.isEmpty())
-        error = prepare(setup.till);
+        error = prepare(setup);
     const auto exitCode =
         show(setup, error, Config::filePath(parser.value(QStringLiteral("config"))));
     logging::stop();

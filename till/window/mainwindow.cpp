@@ -52,13 +52,13 @@ void MainWindow::start()
     till.start(setup.delivers);
     if (setup.goodsFile.isEmpty())
         return;
-    const auto read = std::make_shared<GoodsFile>();
-    const auto bad = std::make_shared<QList<GoodsFile::BadLine>>();
-    till.run([this, read, bad] { *bad = read->load(setup.goodsFile); },
-             [this, read, bad] {
-                 goods = read;
-                 noteGoods(*bad);
-             });
+    till.run([this] {
+        const auto read = std::make_shared<GoodsFile>();
+        QMetaObject::invokeMethod(this, [this, read, bad = read->load(setup.goodsFile)] {
+            goods = read;
+            noteGoods(bad);
+        });
+    });
 }
 
 void MainWindow::connectTill()
@@ -85,7 +85,11 @@ void MainWindow::connectTill()
 
 void MainWindow::noteStart(bool canSell, const QString &note)
 {
-    ToldTexts::note(note);
+    auto wrong = setup.complaints;
+    if (!note.isEmpty())
+        wrong.append(note);
+    for (const auto &text : std::as_const(wrong))
+        ToldTexts::note(text);
     if (!canSell) {
         refuse(tr("The till cannot sell. Perhaps it is open in another window already; else call "
                   "the one who looks after it. Its log says why:\n%1")
@@ -96,10 +100,10 @@ void MainWindow::noteStart(bool canSell, const QString &note)
     refresh();
     goodsLine->setFocus();
     watch.start();
-    tell(note.isEmpty() ? QString()
-                        : tr("Something was found wrong at the start. Sell on, and call the one "
-                             "who looks after the till: its log says what."),
-         !note.isEmpty());
+    tell(wrong.isEmpty() ? QString()
+                         : tr("Something was found wrong at the start. Sell on, and call the one "
+                              "who looks after the till: its log says what."),
+         !wrong.isEmpty());
 }
 
 void MainWindow::refuse(const QString &reason)

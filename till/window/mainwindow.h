@@ -34,6 +34,8 @@ struct WindowSetup
     QUrl service;
     QString goodsFile; ///< Empty for none.
     QString phoneMask; ///< Of a customer's phone, in Qt's input-mask syntax.
+    QStringList
+        complaints; ///< What is wrong with the settings and lets the till sell, for its log.
 };
 
 /// The cashier's window: the receipt at hand, its customer, and what can be done with them.

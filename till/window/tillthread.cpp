@@ -6,6 +6,9 @@
 
 #include <host/session.h>
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
 namespace till {
 
 bool TillThread::tellsReceipt(SaleEvent::Kind kind)
@@ -42,7 +45,10 @@ TillThread::~TillThread()
         close();
         thread.quit();
     });
-    thread.wait();
+    // A question of the till may still be on its way to the window's thread, which is this one.
+    using namespace std::chrono_literals;
+    while (!thread.wait(QDeadlineTimer(10ms)))
+        QCoreApplication::sendPostedEvents(&presenter, QEvent::MetaCall);
 }
 
 void TillThread::start(bool delivers)

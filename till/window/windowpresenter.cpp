@@ -80,11 +80,7 @@ void WindowPresenter::endStep()
 
 void WindowPresenter::setRefusing(bool on)
 {
-    {
-        const std::lock_guard lock(mutex);
-        refuses = on;
-    }
-    answered.notify_one();
+    refuses = on;
     if (on && shown)
         shown->done(QDialog::Rejected);
 }
@@ -99,37 +95,36 @@ void WindowPresenter::tell(MessageDialog::Kind kind, const tr::Tr &text)
 /// Has the window show a dialog, and waits for its answer.
 WindowPresenter::Answer WindowPresenter::ask(const std::function<void()> &show)
 {
-    std::unique_lock lock(mutex);
-    given.reset();
-    if (!refuses)
-        QMetaObject::invokeMethod(
-            this,
-            [this, show] {
-                if (!refuses)
-                    show();
-            },
-            Qt::QueuedConnection);
-    answered.wait(lock, [this] { return refuses || given; });
-    return refuses ? Answer() : *given;
+    QMetaObject::invokeMethod(
+        this,
+        [this, show] {
+            if (refuses)
+                answer({});
+            else
+                show();
+        },
+        Qt::QueuedConnection);
+    answered.acquire();
+    return given;
 }
 
 void WindowPresenter::answer(const Answer &answer)
 {
-    {
-        const std::lock_guard lock(mutex);
-        given = answer;
-    }
-    answered.notify_one();
+    given = answer;
+    answered.release();
 }
 
 /// Shows a dialog that is answered by `result` once it is accepted.
 void WindowPresenter::present(DialogFrame *dialog, const std::function<QVariant()> &result)
 {
     closeInput();
-    connect(dialog, &QDialog::finished, this, [this, result](int code) {
-        setShown(nullptr);
-        answer(code == QDialog::Accepted ? Answer(result()) : Answer());
-    });
+    connect(
+        dialog, &QDialog::finished, this,
+        [this, result](int code) {
+            setShown(nullptr);
+            answer(code == QDialog::Accepted ? Answer(result()) : Answer());
+        },
+        Qt::SingleShotConnection);
     setShown(dialog);
 }
 
@@ -150,14 +145,17 @@ void WindowPresenter::presentInput(const InputTextRequest &request)
         setShown(nullptr);
         answer(text);
     });
-    connect(input, &QDialog::finished, this, [this, request] {
-        if (std::exchange(input, nullptr)->waits()) {
-            left = request;
-            return;
-        }
-        setShown(nullptr);
-        answer({});
-    });
+    connect(
+        input, &QDialog::finished, this,
+        [this, request] {
+            if (std::exchange(input, nullptr)->waits()) {
+                left = request;
+                return;
+            }
+            setShown(nullptr);
+            answer({});
+        },
+        Qt::SingleShotConnection);
     setShown(input);
 }
 

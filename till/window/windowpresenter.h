@@ -8,10 +8,9 @@
 #include <QObject>
 #include <QPointer>
 
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <optional>
+#include <semaphore>
 
 namespace till {
 
@@ -67,10 +66,9 @@ private:
     InputDialog *input = nullptr;         ///< Kept behind an answer, for a second question.
     std::optional<InputTextRequest> left; ///< What the cashier left while it was looked at.
 
-    std::mutex mutex;
-    std::condition_variable answered;
-    std::optional<Answer> given; ///< Guarded by the mutex, as is the next.
-    bool refuses = false;        ///< Changed on the window's thread only.
+    bool refuses = false;
+    Answer given; ///< Read on the till's thread, once it has been `answered`.
+    std::binary_semaphore answered{0};
 };
 
 } // namespace till
