@@ -72,8 +72,6 @@ int runSale(const till::Settings &settings, bool deliversInBackground, till::Con
     till::Till till(settings, dialogs.presenter);
     if (const auto error = till.start())
         return refuseToStart(*error);
-    if (!till.note().isEmpty())
-        console.line(till.note());
     till::SaleCommands commands(till, console);
     till.sale().recover();
     if (deliversInBackground)

@@ -148,6 +148,10 @@
         <translation>Чек %1 закрыт, итого %2.</translation>
     </message>
     <message>
+        <source>Receipt %1 is not reported.</source>
+        <translation>Заказ по чеку %1 не передан.</translation>
+    </message>
+    <message>
         <source>Receipt %1 is reported.</source>
         <translation>Заказ по чеку %1 передан.</translation>
     </message>

@@ -133,6 +133,13 @@ class Faults(unittest.TestCase):
             self.assertEqual((answer.returncode, answer.stdout.count("newer version")), (code, 1))
         self.assertEqual((self.data / "till.db").read_bytes(), before)
 
+    def test_a_store_that_cannot_be_read_is_named_whatever_is_asked(self):
+        (self.data / "till.db").mkdir(parents=True)
+        for command in ["queue"], ["receipts"], ["report", "1"]:
+            answer = self.command(*command)
+            self.assertIn("till.db: the store: expected a regular file", answer.stdout)
+            self.assertEqual(answer.returncode, 1)
+
     def test_a_queue_of_version_1_is_brought_forward_with_its_messages(self):
         self.data.mkdir(mode=0o700)
         with contextlib.closing(sqlite3.connect(self.data / "till.db")) as store:
@@ -157,6 +164,7 @@ class Faults(unittest.TestCase):
         for command in (["deliver", "--once"], ["queue", "parked"],
                         ["queue", "export", self.data / "export.json"]):
             till.output += self.command(*command).stdout
+        self.assertNotIn("\n\n", till.output)
         answers = [self.rows("SELECT answer FROM receipts WHERE report = 'refused'")[0][0],
                    *re.findall("refused, HTTP code.*", till.output)]
         self.assertEqual(len(answers), 3)

@@ -83,6 +83,9 @@ class Office(unittest.TestCase):
         (self.place.data / "till.db").write_bytes(b"no database" * 100)
         for command in (["queue"], ["deliver", "--once"], ["receipts"]):
             self.till(*command, expect=1)
+        self.assertIn("damaged/till.db.1", self.till())
+        self.assertRegex((self.root / "data" / "till.log").read_text(),
+                         "info till.cashier: .*damaged/till.db.1")
 
     def test_json_has_the_members_that_are_documented_and_no_others(self):
         self.sell()

@@ -34,7 +34,9 @@ QString obstacleText(const SaleEvent &event)
         return event.text.isEmpty() ? ConsoleText::tr("The loyalty system forbids it.")
                                     : event.text;
     case Obstacle::UnknownReceipt:
-        return ConsoleText::tr("There is no committed receipt %1.").arg(event.number);
+        return event.text.isEmpty()
+                   ? ConsoleText::tr("There is no committed receipt %1.").arg(event.number)
+                   : event.text;
     }
     return {};
 }
@@ -54,19 +56,10 @@ QString actionText(const SaleEvent &event)
     return {};
 }
 
-/// What follows from how the report of a receipt ended; empty when there is nothing to say.
-QString consequence(Report report)
+QString refusalText()
 {
-    switch (report) {
-    case Report::Refused:
-        return ConsoleText::tr(" The service did not take its order; \"till receipts --refused\" "
-                               "says why.");
-    case Report::None:
-    case Report::Reported:
-    case Report::Queued:
-        break;
-    }
-    return {};
+    return ConsoleText::tr(" The service did not take its order; \"till receipts --refused\" "
+                           "says why.");
 }
 
 QString positionText(const SaleEvent &event)
@@ -136,10 +129,12 @@ QString eventText(const SaleEvent &event, const std::optional<ReceiptView> &rece
         return ConsoleText::tr("Receipt %1 is committed, total %2.")
                    .arg(event.number)
                    .arg(moneyText(event.sum)) +
-               consequence(event.report);
+               (event.report == Report::Refused ? refusalText() : QString());
     case Kind::ReportedAgain:
-        return ConsoleText::tr("Receipt %1 is reported.").arg(event.number) +
-               consequence(event.report);
+        return event.report == Report::Refused
+                   ? ConsoleText::tr("Receipt %1 is not reported.").arg(event.number) +
+                         refusalText()
+                   : ConsoleText::tr("Receipt %1 is reported.").arg(event.number);
     case Kind::Cancelled:
         return ConsoleText::tr("Receipt %1 is cancelled.").arg(event.number);
     case Kind::ShiftClosed:

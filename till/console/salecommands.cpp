@@ -26,7 +26,10 @@ SaleCommands::SaleCommands(Till &till, Console &console)
     , sale(till.sale())
     , console(console)
 {
-    connect(&sale, &Sale::happened, this, &SaleCommands::tell);
+    connect(&sale, &Sale::happened, this,
+            [this](const SaleEvent &event) { say(eventText(event, sale.receipt())); });
+    if (!till.note().isEmpty())
+        say(till.note());
 }
 
 bool SaleCommands::run()
@@ -64,7 +67,7 @@ SaleCommands::Outcome SaleCommands::execute(const QString &line)
         if (command.name != name)
             continue;
         if (words.size() < command.fewest || words.size() > command.most) {
-            console.line(tr("Expected: %1").arg(command.usage));
+            say(tr("Expected: %1").arg(command.usage));
             return Outcome::NotUnderstood;
         }
         const auto understood = command.run(*this, words);
@@ -72,20 +75,20 @@ SaleCommands::Outcome SaleCommands::execute(const QString &line)
             return Outcome::Quit;
         return understood ? Outcome::Understood : Outcome::NotUnderstood;
     }
-    console.line(tr("Unknown command \"%1\"; \"help\" lists the commands.").arg(name));
+    say(tr("Unknown command \"%1\"; \"help\" lists the commands.").arg(name));
     return Outcome::NotUnderstood;
 }
 
-void SaleCommands::tell(const SaleEvent &event)
+/// Tells the cashier something that the log keeps.
+void SaleCommands::say(const QString &text)
 {
-    const auto text = eventText(event, sale.receipt());
     ToldTexts::note(text);
     console.line(text);
 }
 
 bool SaleCommands::refuse(const QString &expected)
 {
-    console.line(tr("Expected %1.").arg(expected));
+    say(tr("Expected %1.").arg(expected));
     return false;
 }
 
@@ -181,6 +184,7 @@ void SaleCommands::closeShift()
 /// Whether the cashier says yes. The end of the input says no.
 bool SaleCommands::confirm(const QString &question)
 {
+    ToldTexts::note(question);
     for (;;) {
         const auto line = console.ask(question + tr(" 1 - yes, 2 - no:"));
         const auto answer = line.text.trimmed();
@@ -199,7 +203,7 @@ bool SaleCommands::mayEnd()
     QStringList numbers;
     for (const auto number : till.onlyInMemory())
         numbers.append(QString::number(number));
-    console.line(tr("Only in memory: receipt %1.").arg(numbers.join(QLatin1String(", "))));
+    say(tr("Only in memory: receipt %1.").arg(numbers.join(QLatin1String(", "))));
     return false;
 }
 
@@ -210,8 +214,8 @@ bool SaleCommands::quit(const QStringList &arguments)
         return refuse(tr("\"quit\" or \"quit now\""));
     quits = mayEnd() || isForced;
     if (!quits)
-        console.line(tr("The till goes on. Make room on the disk and quit again; \"quit now\" "
-                        "ends it all the same."));
+        say(tr("The till goes on. Make room on the disk and quit again; \"quit now\" ends it all "
+               "the same."));
     return true;
 }
 

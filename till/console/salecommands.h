@@ -11,7 +11,6 @@ namespace till {
 class Console;
 class Sale;
 class Till;
-struct SaleEvent;
 
 /// The cashier's commands, one a line.
 class SaleCommands : public QObject
@@ -24,7 +23,8 @@ public:
         Quit,
     };
 
-    /// Shows from now on what happens in the sale. Both must outlive this object.
+    /// Shows what was found at the start, and from now on what happens in the sale. Both must
+    /// outlive this object.
     SaleCommands(Till &till, Console &console);
 
     /// Runs commands until "quit" or the end of the input. A line that begins with "#" is a
@@ -49,7 +49,7 @@ private:
     static QList<Command> commands();
     static QList<Command> positionCommands();
     static QList<Command> receiptCommands();
-    void tell(const SaleEvent &event);
+    void say(const QString &text);
     bool refuse(const QString &expected);
     bool open(const QStringList &arguments);
     bool add(const QStringList &arguments);

@@ -103,7 +103,9 @@ bool Sale::report(int number)
     if (!receipt || !receipt->document) {
         if (receipt)
             tellUnreadable(*receipt);
-        refuse({.number = number, .obstacle = Obstacle::UnknownReceipt});
+        refuse({.number = number,
+                .obstacle = Obstacle::UnknownReceipt,
+                .text = parts.store.lastError()});
         return false;
     }
     const auto outcome = reportAgain(*receipt);

@@ -26,7 +26,7 @@ enum class Obstacle {
     DiscountsTooLarge, ///< The changed position would cost less than its discounts.
     NumberNotTaken,    ///< The loyalty system does not take the card number; `text` may say why.
     LoyaltySystem,     ///< The loyalty system forbids it; `text` says why.
-    UnknownReceipt,    ///< There is no committed receipt `SaleEvent::number`.
+    UnknownReceipt, ///< No committed receipt `SaleEvent::number`, or `text` says why none is read.
 };
 
 /// What an action of the loyalty system came to.

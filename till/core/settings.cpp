@@ -16,9 +16,12 @@ QString chosen(const QString &option, const QString &key, const QString &default
     return option.isEmpty() ? Singleton<Config>::instance()->getText(key, defaultText) : option;
 }
 
+/// Without a word about one that is none: `checkSettings` has it.
 int number(const QString &key, int defaultValue)
 {
-    return Singleton<Config>::instance()->getInt(key, defaultValue);
+    bool isNumber = false;
+    const auto value = Singleton<Config>::instance()->getText(key).toInt(&isNumber);
+    return isNumber ? value : defaultValue;
 }
 
 std::chrono::milliseconds duration(const QString &key, std::chrono::milliseconds defaultValue)

@@ -1,6 +1,5 @@
 #include "till/core/store.h"
 
-#include "till/core/damagedfile.h"
 #include "till/core/reservednumbers.h"
 
 #include <host/documentjson.h>
@@ -8,7 +7,6 @@
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
-#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <algorithm>
@@ -61,20 +59,6 @@ Store::~Store() = default;
 QString Store::fileIn(const QString &directory)
 {
     return directory + QLatin1String("/till.db");
-}
-
-QString Store::prepare()
-{
-    // Damage deeper in the file shows when its receipts are looked for.
-    if (database.open() && countIn(ReceiptState::Committing))
-        return {};
-    const auto problem = lastError();
-    if (database.problem() != Database::Problem::Damaged)
-        return problem;
-    database.close();
-    const auto place = putAside(database.file(), QFileInfo(database.file()).path());
-    return database.open() ? QStringLiteral("%1; %2").arg(problem, place)
-                           : QStringLiteral("%1; %2; %3").arg(problem, place, lastError());
 }
 
 bool Store::isForeign() const

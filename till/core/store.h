@@ -101,8 +101,10 @@ public:
 
     static QString fileIn(const QString &directory);
 
-    /// Opens the file, which is created when missing. A damaged one is put aside whole, into
-    /// "damaged/". \return What the cashier is to be told, empty for nothing.
+    /// Opens the file, which is created when missing, and reads all of it. A damaged one is put
+    /// aside whole, into "damaged/"; what can still be read of open receipts, interrupted commits
+    /// and waiting messages comes into a new one. \return What the cashier is to be told, empty for
+    /// nothing.
     QString prepare();
     /// Whether the file was made by a newer version or for something else: nothing can be kept.
     bool isForeign() const;
@@ -158,6 +160,15 @@ private:
         int number = 0;
     };
 
+    struct Unfinished
+    {
+        QList<StoredReceipt> receipts;
+        QList<QueuedMessage> messages;
+    };
+
+    QString findDamage();
+    Unfinished readUnfinished();
+    bool takeUp(const Unfinished &left);
     static std::optional<QList<ReceiptRecord>>
     records(const std::optional<QList<Database::Row>> &rows);
     std::optional<Numbers> readNumbers(const TillPlace &place);

@@ -137,7 +137,7 @@ void checkPlace(const Settings &settings, Findings &findings)
     findings.ok("till", FileLock::isHeld(directory + QLatin1String("/till.lock"))
                             ? Office::tr("one is selling here; a second one does not start")
                             : Office::tr("none is selling here"));
-    findings.ok("deliverer", FileLock::isHeld(file + QLatin1String(".lock"))
+    findings.ok("deliverer", FileLock::isHeld(directory)
                                  ? Office::tr("one is at work")
                                  : Office::tr("none is at work at this moment"));
 }

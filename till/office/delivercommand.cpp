@@ -84,8 +84,8 @@ int runDelivery(const Settings &settings, bool once, std::ostream &output)
     }();
     const auto state = broker.state(loyaltyQueue());
     const auto text = state ? textOf(*state) : broker.lastError();
-    // A queue that cannot be read says the same in its state.
-    if (!isDone && deliverer.lastError() != text)
+    // A queue that cannot be read says the same in its state; a round that parks has no error.
+    if (!deliverer.lastError().isEmpty() && deliverer.lastError() != text)
         printLine(output, deliverer.lastError());
     printLine(output, text);
     if (!state || state->waiting > 0)

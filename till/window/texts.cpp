@@ -35,7 +35,9 @@ QString obstacleText(const SaleEvent &event)
         return event.text.isEmpty() ? WindowText::tr("The loyalty system does not allow this now.")
                                     : event.text;
     case Obstacle::UnknownReceipt:
-        return WindowText::tr("There is no closed receipt %1.").arg(event.number);
+        return event.text.isEmpty()
+                   ? WindowText::tr("There is no closed receipt %1.").arg(event.number)
+                   : event.text;
     }
     return {};
 }

@@ -1,0 +1,77 @@
+#include "till/core/damagedfile.h"
+#include "till/core/deliverer.h"
+#include "till/core/reservednumbers.h"
+#include "till/core/store.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <limits>
+
+namespace till {
+
+QString Store::prepare()
+{
+    if (findDamage().isEmpty())
+        return lastError();
+    // Read anew: what is put aside must not be a fault that passes.
+    database.close();
+    const auto damage = findDamage();
+    if (damage.isEmpty())
+        return lastError();
+    const auto left = readUnfinished();
+    database.close();
+    const auto place = putAside(database.file(), QFileInfo(database.file()).path());
+    const auto note = QStringLiteral("%1; %2").arg(damage, place);
+    return takeUp(left) ? note : QStringLiteral("%1; %2").arg(note, lastError());
+}
+
+/// Reads all of the file. \return What is damaged in it; empty when it is whole or cannot be told.
+QString Store::findDamage()
+{
+    const auto rows = database.open() ? database.read("PRAGMA quick_check(1)") : std::nullopt;
+    if (!rows)
+        return database.problem() == Database::Problem::Damaged ? lastError() : QString();
+    const auto said = rows->first().first().toString();
+    return said == QLatin1String("ok") ? QString()
+                                       : QStringLiteral("%1: the store: damaged: %2")
+                                             .arg(database.file(), said.simplified());
+}
+
+/// What is still to be done with a damaged store, as far as it can be read.
+Store::Unfinished Store::readUnfinished()
+{
+    Unfinished left;
+    for (const auto state : {ReceiptState::Committing, ReceiptState::Open}) {
+        for (const auto &receipt : receiptsIn(state, std::numeric_limits<int>::max())) {
+            if (receipt.document)
+                left.receipts.append(receipt);
+        }
+    }
+    // One by one: those before the damage can be read.
+    DBQueueBroker broker(database.file());
+    for (auto message = broker.first(loyaltyQueue()); message;
+         message = broker.next(loyaltyQueue(), message->id))
+        left.messages.append(*message);
+    return left;
+}
+
+/// Takes what was read of a damaged store into a new one.
+bool Store::takeUp(const Unfinished &left)
+{
+    return together([&] {
+        const auto isTaken = [this](const StoredReceipt &receipt) {
+            const auto &header = receipt.document->getHeader();
+            return adopt(receipt.document, receipt.state) &&
+                   adoptNumbers({header.shopCode, header.cashCode}, header.shift,
+                                reserved->highest());
+        };
+        const auto isPut = [this](const QueuedMessage &message) {
+            return DBQueueBroker::insert(database, message, 0);
+        };
+        return std::all_of(left.receipts.begin(), left.receipts.end(), isTaken) &&
+               std::all_of(left.messages.begin(), left.messages.end(), isPut);
+    });
+}
+
+} // namespace till
