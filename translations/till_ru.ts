@@ -1493,12 +1493,12 @@ F2 — найти покупателя по телефону.</translation>
         <translation>Закрыть смену %1?</translation>
     </message>
     <message>
-        <source> 1 - yes, 2 - no:</source>
-        <translation> 1 - да, 2 - нет:</translation>
+        <source>yes</source>
+        <translation>да</translation>
     </message>
     <message>
-        <source>1 or 2 is expected.</source>
-        <translation>Введите 1 или 2.</translation>
+        <source>no</source>
+        <translation>нет</translation>
     </message>
     <message>
         <source>Only in memory: receipt %1.</source>

@@ -84,7 +84,7 @@ class Office(unittest.TestCase):
         for command in (["queue"], ["deliver", "--once"], ["receipts"]):
             self.till(*command, expect=1)
         self.assertIn("damaged/till.db.1", self.till())
-        self.assertRegex((self.root / "data" / "till.log").read_text(),
+        self.assertRegex((self.place.data / "till.log").read_text(),
                          "info till.cashier: .*damaged/till.db.1")
 
     def test_json_has_the_members_that_are_documented_and_no_others(self):
@@ -101,6 +101,17 @@ class Office(unittest.TestCase):
             for inner in {"messages", "findings"} & set(told):
                 told += [f"{inner}[].{name}" for name in answers[command][inner][0]]
             self.assertEqual(sorted(told), sorted(documented))
+
+    def test_a_standing_delivery_goes_on_with_the_store_that_replaces_a_damaged_one(self):
+        self.sell()
+        with subprocess.Popen([TILL, "--config", self.place.config, "deliver"]) as deliverer:
+            self.addCleanup(deliverer.kill)
+            wait_for(lambda: self.read("queue")["waiting"] == 0)
+            with open(self.place.data / "till.db", "r+b") as store:
+                store.write(b"damage")
+            self.assertIn("damaged/till.db.1", self.sell().stdout)
+            wait_for(lambda: self.read("queue")["waiting"] == 0)
+            deliverer.terminate()
 
     def metrics(self):
         """The samples by name with labels; the file must be whole and readable for others."""

@@ -59,14 +59,14 @@ TEST(Retention, RemovesOldReceiptsThatAreDoneAFewAtATimeAndTheFileShrinks)
     };
     const auto full = size();
 
-    till::Retention(store).step();
+    till::Retention(directory.path()).step();
     EXPECT_EQ(rows(), before - till::Retention::atOnce);
-    till::Retention retention(store);
+    till::Retention retention(directory.path());
     retention.step();
     retention.step(); // before its time
     EXPECT_EQ(rows(), before - 2 * till::Retention::atOnce);
-    till::Retention(store).step();
-    till::Retention(store).step();
+    till::Retention(directory.path()).step();
+    till::Retention(directory.path()).step();
 
     std::vector<int> left;
     const auto records = store.list({});

@@ -5,8 +5,6 @@
 #include <QStringDecoder>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <unistd.h>
 
 namespace till {
@@ -15,8 +13,10 @@ namespace {
 
 ConsoleLine decode(QByteArrayView bytes)
 {
-    if (bytes.endsWith('\r'))
-        bytes.chop(1);
+    for (const auto end : {'\n', '\r'}) {
+        if (bytes.endsWith(end))
+            bytes.chop(1);
+    }
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder(bytes);
     if (decoder.hasError())
@@ -32,50 +32,36 @@ ConsoleLine decode(QByteArrayView bytes)
 } // namespace
 
 ConsoleInput::ConsoleInput(int descriptor)
-    : descriptor(descriptor)
-{}
+{
+    ended = !file.open(descriptor, QIODevice::ReadOnly);
+}
 
 ConsoleLine ConsoleInput::readLine()
 {
-    bool tooLong = false;
-    qsizetype searched = 0;
-    for (;;) {
-        const auto end = buffer.indexOf('\n', searched);
-        const auto length = end < 0 ? buffer.size() : end;
-        tooLong = tooLong || length > maximumLineLength;
-        if (end >= 0 || (ended && length > 0)) {
-            const auto line = buffer.left(length);
-            buffer.remove(0, length + 1);
-            return tooLong ? ConsoleLine{ConsoleLine::Kind::Refused,
-                                         ConsoleText::tr("The line is longer than %1 bytes.")
-                                             .arg(maximumLineLength)}
-                           : decode(line);
-        }
-        if (ended)
-            return {};
-        // Of a line that is too long only the last byte is kept, to know that there was one.
-        if (tooLong)
-            buffer = buffer.right(1);
-        searched = buffer.size();
-        ended = !fill();
-    }
+    auto line = readPart();
+    ended = line.isEmpty();
+    if (ended)
+        return {};
+    const auto isTooLong = line.size() > maximumLineLength && !line.endsWith('\n');
+    while (isTooLong && !line.isEmpty() && !line.endsWith('\n'))
+        line = readPart();
+    if (isTooLong)
+        return {ConsoleLine::Kind::Refused,
+                ConsoleText::tr("The line is longer than %1 bytes.").arg(maximumLineLength)};
+    return decode(line);
+}
+
+/// The next line with its end, or as much of it as is no longer than a line may be.
+QByteArray ConsoleInput::readPart()
+{
+    QByteArray part(maximumLineLength + 2, '\0');
+    const auto length = ended ? 0 : file.readLine(part.data(), part.size());
+    return part.left(std::max<qint64>(length, 0));
 }
 
 bool ConsoleInput::isTerminal() const
 {
-    return ::isatty(descriptor) == 1;
-}
-
-bool ConsoleInput::fill()
-{
-    std::array<char, 4096> chunk = {};
-    ssize_t count = 0;
-    do {
-        count = ::read(descriptor, chunk.data(), chunk.size());
-    } while (count < 0 && errno == EINTR);
-    if (count > 0)
-        buffer.append(chunk.data(), count);
-    return count > 0;
+    return ::isatty(file.handle()) == 1;
 }
 
 } // namespace till

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 
 namespace till {
@@ -35,10 +36,9 @@ public:
     bool isTerminal() const;
 
 private:
-    bool fill();
+    QByteArray readPart();
 
-    int descriptor;
-    QByteArray buffer; ///< Read, but not yet given out.
+    QFile file;
     bool ended = false;
 };
 

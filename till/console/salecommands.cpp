@@ -1,6 +1,7 @@
 #include "till/console/salecommands.h"
 
 #include "till/console/console.h"
+#include "till/console/consolepresenter.h"
 #include "till/console/eventtext.h"
 #include "till/console/receipttext.h"
 #include "till/core/numbers.h"
@@ -15,8 +16,6 @@ namespace till {
 
 namespace {
 
-constexpr double maximumPrice = 9'999'999.99;
-constexpr double maximumQuantity = 99'999.999;
 constexpr int largest = std::numeric_limits<int>::max();
 
 } // namespace
@@ -106,25 +105,22 @@ bool SaleCommands::add(const QStringList &arguments)
 {
     if (arguments.at(0).trimmed().isEmpty() || arguments.at(1).trimmed().isEmpty())
         return refuse(tr("a code and a name"));
-    const auto price = parseDecimal(arguments.at(2), 2, maximumPrice);
+    const auto price = parseDecimal(arguments.at(2), 2, Sale::maximumPrice);
     if (!price)
-        return refuse(
-            tr("a price from 0 to %1 with at most two decimals").arg(moneyText(maximumPrice)));
-    const auto quantity = parseDecimal(arguments.value(3, QStringLiteral("1")), 3, maximumQuantity);
-    if (!quantity || *quantity == 0)
-        return refuse(tr("a quantity from 0.001 to %1 with at most three decimals")
-                          .arg(quantityText(maximumQuantity)));
-    sale.add(arguments.at(0), arguments.at(1), *price, *quantity);
-    return true;
+        return refuse(tr("a price from 0 to %1 with at most two decimals")
+                          .arg(moneyText(Sale::maximumPrice)));
+    return withQuantity(arguments.value(3, QStringLiteral("1")), [&](double quantity) {
+        sale.add(arguments.at(0), arguments.at(1), *price, quantity);
+        return true;
+    });
 }
 
 bool SaleCommands::changeQuantity(const QStringList &arguments)
 {
-    const auto quantity = parseDecimal(arguments.at(1), 3, maximumQuantity);
-    if (!quantity || *quantity == 0)
-        return refuse(tr("a quantity from 0.001 to %1 with at most three decimals")
-                          .arg(quantityText(maximumQuantity)));
-    return withNumber(arguments, [&](int position) { sale.changeQuantity(position, *quantity); });
+    return withQuantity(arguments.at(1), [&](double quantity) {
+        return withNumber(arguments,
+                          [&](int position) { sale.changeQuantity(position, quantity); });
+    });
 }
 
 bool SaleCommands::discount(const QStringList &arguments)
@@ -142,6 +138,15 @@ bool SaleCommands::discount(const QStringList &arguments)
     }
     sale.discount(numbers.at(0), *sum, numbers.at(1), numbers.at(2), numbers.at(3));
     return true;
+}
+
+bool SaleCommands::withQuantity(const QString &text, const std::function<bool(double)> &step)
+{
+    const auto quantity = parseDecimal(text, 3, Sale::maximumQuantity);
+    if (!quantity || *quantity == 0)
+        return refuse(tr("a quantity from 0.001 to %1 with at most three decimals")
+                          .arg(quantityText(Sale::maximumQuantity)));
+    return step(*quantity);
 }
 
 /// Takes the step with the number that is the first argument.
@@ -185,15 +190,7 @@ void SaleCommands::closeShift()
 bool SaleCommands::confirm(const QString &question)
 {
     ToldTexts::note(question);
-    for (;;) {
-        const auto line = console.ask(question + tr(" 1 - yes, 2 - no:"));
-        const auto answer = line.text.trimmed();
-        if (line.kind == ConsoleLine::Kind::End || answer == QLatin1String("2"))
-            return false;
-        if (answer == QLatin1String("1"))
-            return true;
-        console.line(tr("1 or 2 is expected."));
-    }
+    return ConsolePresenter(console).showChoice({{}, question}, {{}, tr("yes")}, {{}, tr("no")});
 }
 
 bool SaleCommands::mayEnd()

@@ -55,6 +55,7 @@ private:
     bool add(const QStringList &arguments);
     bool changeQuantity(const QStringList &arguments);
     bool discount(const QStringList &arguments);
+    bool withQuantity(const QString &text, const std::function<bool(double)> &step);
     bool withNumber(const QStringList &arguments, const std::function<void(int)> &step);
     void show();
     void showHolder();

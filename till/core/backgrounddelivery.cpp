@@ -3,7 +3,6 @@
 #include "till/core/deliverer.h"
 #include "till/core/deliveryloop.h"
 #include "till/core/retention.h"
-#include "till/core/store.h"
 #include "till/core/unstoredmessages.h"
 
 #include "interface/interface.h"
@@ -62,8 +61,7 @@ private:
         Deliverer deliverer(broker, service);
         DeliveryLoop loop(deliverer, Backoff(range), *this);
         loop.setUnstoredMessages(&unstored);
-        Store store(QFileInfo(queueFile).path());
-        Retention retention(store);
+        Retention retention(QFileInfo(queueFile).path());
         loop.setWhenIdle([&retention] { retention.step(); });
         loop.run();
     }

@@ -97,14 +97,22 @@ Deliverer::Round Deliverer::deliverAll(const std::function<bool()> &isStopped)
             round.outcome = Outcome::Unusable;
             return round;
         }
-        if (answer.verdict == Verdict::NoAnswer || answer.verdict == Verdict::PutOff) {
-            error = answer.reason;
-            round.outcome = Outcome::Unreachable;
+        if (!goesOn(round, answer))
             return round;
-        }
-        ++round.settled;
-        round.parked += answer.verdict == Verdict::Refused ? 1 : 0;
     }
+}
+
+/// Counts what became of a message. \return Whether the next one may follow.
+bool Deliverer::goesOn(Round &round, const Answer &answer)
+{
+    if (answer.verdict == Verdict::NoAnswer || answer.verdict == Verdict::PutOff) {
+        error = answer.reason;
+        round.outcome = Outcome::Unreachable;
+        return false;
+    }
+    ++round.settled;
+    round.parked += answer.verdict == Verdict::Refused ? 1 : 0;
+    return true;
 }
 
 Deliverer::Round Deliverer::deliverUnstored(UnstoredMessages &messages,
@@ -115,18 +123,14 @@ Deliverer::Round Deliverer::deliverUnstored(UnstoredMessages &messages,
         if (isStopped())
             return {Outcome::Stopped, round.settled, round.parked};
         const auto answer = send(*message);
-        if (answer.verdict == Verdict::NoAnswer || answer.verdict == Verdict::PutOff) {
-            error = answer.reason;
-            return {Outcome::Unreachable, round.settled, round.parked};
-        }
-        ++round.settled;
+        if (!goesOn(round, answer))
+            return round;
         if (answer.verdict == Verdict::Accepted) {
             messages.remove(message->id);
-            continue;
+        } else {
+            logParked(*message, answer.reason);
+            messages.park(message->id, answer.reason);
         }
-        ++round.parked;
-        logParked(*message, answer.reason);
-        messages.park(message->id, answer.reason);
     }
     return round;
 }

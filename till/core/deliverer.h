@@ -72,6 +72,7 @@ private:
     };
 
     Round deliverAll(const std::function<bool()> &isStopped);
+    bool goesOn(Round &round, const Answer &answer);
     Answer send(const QueuedMessage &message);
     static Answer judge(const lmmindbox::OperationResult &result, int deferralsBefore);
     bool settle(const QueuedMessage &message, const Answer &answer);

@@ -7,10 +7,12 @@
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
+#include <utility>
+
 namespace till {
 
-Retention::Retention(Store &store)
-    : store(store)
+Retention::Retention(QString dataDirectory)
+    : dataDirectory(std::move(dataDirectory))
     , days(Singleton<Config>::instance()->getInt(QStringLiteral("Till:keepDays"), usualDays))
 {}
 
@@ -19,6 +21,7 @@ void Retention::step()
     if (!next.hasExpired())
         return;
     next.setRemainingTime(pause);
+    Store store(dataDirectory);
     const auto removed = store.removeBefore(QDate::currentDate().addDays(-days), atOnce);
     const auto &logger = *Log4Qt::LogManager::logger(QStringLiteral("till.retention"));
     if (!removed)

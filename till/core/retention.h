@@ -1,13 +1,11 @@
 #pragma once
 
 #include <QDeadlineTimer>
-#include <QtGlobal>
+#include <QString>
 
 #include <chrono>
 
 namespace till {
-
-class Store;
 
 /// Removes old receipts from the store, a few at a time so that no sale waits for it: those begun
 /// more than "Till:keepDays" days ago, but never one that is open, waits for its delivery or was
@@ -19,15 +17,13 @@ public:
     static constexpr int atOnce = 50;
     static constexpr std::chrono::seconds pause{60};
 
-    /// The store must outlive this object.
-    explicit Retention(Store &store);
-    Q_DISABLE_COPY_MOVE(Retention)
+    explicit Retention(QString dataDirectory);
 
     /// Removes some when it is time to; to be called when nothing else is to be done.
     void step();
 
 private:
-    Store &store;
+    QString dataDirectory;
     int days;
     QDeadlineTimer next{0};
 };

@@ -5,7 +5,7 @@
 #include "till/core/exchangecounts.h"
 #include "till/core/printable.h"
 #include "till/core/retention.h"
-#include "till/core/signalpause.h"
+#include "till/office/signalpause.h"
 
 #include "interface/interface.h"
 
@@ -13,9 +13,12 @@
 #include <host/restclient.h>
 
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <ostream>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace till {
 
@@ -59,6 +62,13 @@ private:
     qint64 sent = 0;
 };
 
+/// By which a file is told from another one in its place; 0 when there is none.
+ino_t fileNumber(const QByteArray &file)
+{
+    struct stat status = {};
+    return ::stat(file.constData(), &status) == 0 ? status.st_ino : 0;
+}
+
 } // namespace
 
 int runDelivery(const Settings &settings, bool once, std::ostream &output)
@@ -71,9 +81,14 @@ int runDelivery(const Settings &settings, bool once, std::ostream &output)
     Deliverer deliverer(broker, service);
     DeliveryLoop loop(deliverer, Backoff(settings.backoff), pause);
     if (!once) {
-        Store store(settings.dataDirectory);
-        Retention retention(store);
-        loop.setWhenIdle([&retention] { retention.step(); });
+        Retention retention(settings.dataDirectory);
+        const auto file = QFile::encodeName(broker.file());
+        loop.setWhenIdle([&, known = fileNumber(file)]() mutable {
+            retention.step();
+            // The till may have put a damaged store aside and begun a new one.
+            if (const auto now = fileNumber(file); now != std::exchange(known, now))
+                broker.setFile(broker.file());
+        });
         loop.run();
         return 0;
     }

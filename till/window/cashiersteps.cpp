@@ -1,4 +1,5 @@
 // What the cashier can do, by button or key.
+#include "till/core/numbers.h"
 #include "till/core/sale.h"
 #include "till/core/till.h"
 #include "till/window/formdialog.h"
@@ -56,8 +57,8 @@ FormRequest form(const QString &title, const QString &subtitle, const QList<Form
 /// A number that the form's validator let through.
 double numberIn(const FormDialog &form, const char *key, int decimals)
 {
-    return parseTypedDecimal(form.answers().value(QLatin1String(key)).toString(), decimals,
-                             Sale::maximumSum)
+    return parseDecimal(form.answers().value(QLatin1String(key)).toString().trimmed(), decimals,
+                        Sale::maximumSum)
         .value_or(0);
 }
 

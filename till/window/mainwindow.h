@@ -1,7 +1,7 @@
 #pragma once
 
-#include "till/core/goodsfile.h"
 #include "till/core/settings.h"
+#include "till/window/goodsfile.h"
 #include "till/window/receiptmodel.h"
 #include "till/window/statewatch.h"
 #include "till/window/tillthread.h"

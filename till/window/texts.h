@@ -1,7 +1,7 @@
 #pragma once
 
-#include "till/core/goodsfile.h"
 #include "till/core/saleevent.h"
+#include "till/window/goodsfile.h"
 
 #include <QCoreApplication>
 #include <QString>

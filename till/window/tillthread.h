@@ -1,8 +1,8 @@
 #pragma once
 
-#include "till/core/goodsfile.h"
 #include "till/core/saleevent.h"
 #include "till/core/settings.h"
+#include "till/window/goodsfile.h"
 
 #include <QObject>
 #include <QThread>

@@ -1,4 +1,4 @@
-#include "till/core/signalpause.h"
+#include "till/office/signalpause.h"
 
 #include <pthread.h>
 

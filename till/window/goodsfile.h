@@ -42,8 +42,6 @@ public:
         bool operator==(const BadLine &other) const = default;
     };
 
-    static constexpr double maximumPrice = 9'999'999.99;
-
     /// Reads the file. Its good lines count, whatever the others hold. \return The lines that do
     /// not count.
     QList<BadLine> load(const QString &file);
@@ -69,8 +67,6 @@ private:
 /// What was typed or scanned to sell goods.
 struct GoodsEntry
 {
-    static constexpr double maximumQuantity = 99'999.999;
-
     QString code;
     double quantity = 1;
 };
@@ -78,8 +74,5 @@ struct GoodsEntry
 /// Reads a code, alone or behind a quantity: "4601", "3*4601", "0,350*4602". Nothing for a text
 /// without a code or with a quantity that is none.
 std::optional<GoodsEntry> parseGoodsEntry(const QString &typed);
-
-/// A decimal number as a person types it, with a point or a comma; see `parseDecimal`.
-std::optional<double> parseTypedDecimal(QString typed, int decimals, double maximum);
 
 } // namespace till

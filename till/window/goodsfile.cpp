@@ -1,6 +1,7 @@
-#include "till/core/goodsfile.h"
+#include "till/window/goodsfile.h"
 
 #include "till/core/numbers.h"
+#include "till/core/sale.h"
 
 #include <QFile>
 #include <QStringDecoder>
@@ -100,7 +101,7 @@ std::optional<GoodsFile::BadLine> GoodsFile::take(const QString &line, const Col
     if (item.name.isEmpty())
         return BadLine{0, Problem::NoName};
     const auto priceText = fields->value(columns.price);
-    const auto price = parseTypedDecimal(priceText, 2, maximumPrice);
+    const auto price = parseDecimal(priceText, 2, Sale::maximumPrice);
     if (!price)
         return BadLine{0, Problem::BadPrice, priceText};
     if (goods.contains(item.code))
@@ -118,14 +119,9 @@ std::optional<GoodsEntry> parseGoodsEntry(const QString &typed)
     if (times < 0)
         return entry;
     const auto quantity =
-        parseTypedDecimal(typed.left(times), 3, GoodsEntry::maximumQuantity).value_or(0);
+        parseDecimal(typed.left(times).trimmed(), 3, Sale::maximumQuantity).value_or(0);
     entry.quantity = quantity;
     return quantity > 0 ? std::optional(entry) : std::nullopt;
-}
-
-std::optional<double> parseTypedDecimal(QString typed, int decimals, double maximum)
-{
-    return parseDecimal(typed.trimmed().replace(u',', u'.'), decimals, maximum);
 }
 
 } // namespace till

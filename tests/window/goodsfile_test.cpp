@@ -1,4 +1,4 @@
-#include "till/core/goodsfile.h"
+#include "till/window/goodsfile.h"
 
 #include <QFile>
 #include <QTemporaryDir>
