@@ -23,14 +23,17 @@ QString Store::prepare()
     database.close();
     const auto place = putAside(database.file(), QFileInfo(database.file()).path());
     const auto note = QStringLiteral("%1; %2").arg(damage, place);
-    return takeUp(left) ? note : QStringLiteral("%1; %2").arg(note, lastError());
+    // One that could not be moved has it all already.
+    if (QFileInfo::exists(database.file()) || takeUp(left))
+        return note;
+    return QStringLiteral("%1; %2").arg(note, lastError());
 }
 
 /// Reads all of the file. \return What is damaged in it; empty when it is whole or cannot be told.
 QString Store::findDamage()
 {
     const auto rows = database.open() ? database.read("PRAGMA quick_check(1)") : std::nullopt;
-    if (!rows)
+    if (!rows || rows->isEmpty())
         return database.problem() == Database::Problem::Damaged ? lastError() : QString();
     const auto said = rows->first().first().toString();
     return said == QLatin1String("ok") ? QString()
