@@ -56,10 +56,20 @@ QString actionText(const SaleEvent &event)
     return {};
 }
 
-QString refusalText()
+QString reportText(const SaleEvent &event)
 {
-    return ConsoleText::tr(" The service did not take its order; \"till receipts --refused\" "
-                           "says why.");
+    const auto isRefused = event.report == Report::Refused;
+    auto text = ConsoleText::tr("Receipt %1 is reported.").arg(event.number);
+    if (event.kind == SaleEvent::Kind::Committed)
+        text = ConsoleText::tr("Receipt %1 is committed, total %2.")
+                   .arg(event.number)
+                   .arg(moneyText(event.sum));
+    else if (isRefused)
+        text = ConsoleText::tr("Receipt %1 is not reported.").arg(event.number);
+    if (isRefused)
+        text += ConsoleText::tr(" The service did not take its order; \"till receipts --refused\" "
+                                "says why.");
+    return text;
 }
 
 QString positionText(const SaleEvent &event)
@@ -85,6 +95,18 @@ QString unstoredText(const SaleEvent &event)
                                         "there is room.")
                             .arg(event.number);
     return text;
+}
+
+QString unreadableText(const SaleEvent &event)
+{
+    return ConsoleText::tr("The receipt of row %1 in the store cannot be read: %2; it stays there.")
+        .arg(event.number)
+        .arg(event.text);
+}
+
+QString shiftText(int closed)
+{
+    return ConsoleText::tr("Shift %1 is closed, shift %2 begins.").arg(closed).arg(closed + 1);
 }
 
 QString reopenedText(const SaleEvent &event, const std::optional<ReceiptView> &receipt)
@@ -126,21 +148,12 @@ QString eventText(const SaleEvent &event, const std::optional<ReceiptView> &rece
     case Kind::ActionEnded:
         return actionText(event);
     case Kind::Committed:
-        return ConsoleText::tr("Receipt %1 is committed, total %2.")
-                   .arg(event.number)
-                   .arg(moneyText(event.sum)) +
-               (event.report == Report::Refused ? refusalText() : QString());
     case Kind::ReportedAgain:
-        return event.report == Report::Refused
-                   ? ConsoleText::tr("Receipt %1 is not reported.").arg(event.number) +
-                         refusalText()
-                   : ConsoleText::tr("Receipt %1 is reported.").arg(event.number);
+        return reportText(event);
     case Kind::Cancelled:
         return ConsoleText::tr("Receipt %1 is cancelled.").arg(event.number);
     case Kind::ShiftClosed:
-        return ConsoleText::tr("Shift %1 is closed, shift %2 begins.")
-            .arg(event.number)
-            .arg(event.number + 1);
+        return shiftText(event.number);
     case Kind::NotStored:
         return unstoredText(event);
     case Kind::StoredLate:
@@ -149,10 +162,7 @@ QString eventText(const SaleEvent &event, const std::optional<ReceiptView> &rece
         return ConsoleText::tr("Receipts still to be reported: %1; some go with each commit.")
             .arg(event.number);
     case Kind::ReceiptUnreadable:
-        return ConsoleText::tr("The receipt of row %1 in the store cannot be read: %2; it stays "
-                               "there.")
-            .arg(event.number)
-            .arg(event.text);
+        return unreadableText(event);
     case Kind::Refused:
         return obstacleText(event);
     }
