@@ -56,6 +56,15 @@ Store::Unfinished Store::readUnfinished()
     for (auto message = broker.first(loyaltyQueue()); message;
          message = broker.next(loyaltyQueue(), message->id))
         left.messages.append(*message);
+    if (broker.lastError().isEmpty())
+        return left;
+    // Those behind it are made once more from their receipts.
+    const auto rows = database.read("SELECT id, document FROM receipts WHERE report = 'queued' AND "
+                                    "state = 'committed' ORDER BY id");
+    for (const auto &row : rows.value_or(QList<Database::Row>())) {
+        if (const auto receipt = read(row, ReceiptState::Committing); receipt.document)
+            left.receipts.append(receipt);
+    }
     return left;
 }
 
