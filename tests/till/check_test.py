@@ -264,12 +264,21 @@ class Check(unittest.TestCase):
                 self.assertEqual({line.split()[0] for line in done.stdout.splitlines()}, {"ok"})
                 self.assertNotIn("demo-secret", done.stdout)
                 self.assertEqual("(60 days)" in done.stdout, secure)
-                self.assertRegex(done.stdout, "none is selling here[^!]*none is at work")
+                self.assertRegex(done.stdout, r" none is selling here[^!]* none is at work")
                 for file in (place.data / "till.lock", place.data):  # a deliverer holds the latter
                     lock = os.open(file, os.O_RDONLY)
                     place.callback(os.close, lock)
                     fcntl.flock(lock, fcntl.LOCK_EX)
-                self.assertRegex(place.run("check").stdout, "one is selling here[^!]*one is at work")
+                self.assertRegex(place.run("check").stdout,
+                                 r" one is selling here[^!]* one is at work")
+
+    def test_does_not_keep_a_till_from_starting_while_it_looks_at_its_lock(self):
+        with Wrong() as place:
+            place.sell()
+            with (place.data / "till.lock").open() as lock:
+                fcntl.flock(lock, fcntl.LOCK_SH)
+                threading.Timer(0.1, fcntl.flock, (lock, fcntl.LOCK_UN)).start()
+                self.assertEqual(place.sell().returncode, 0)
 
     def test_tells_each_wrong_setting_apart(self):
         rows, told, is_whole = [], {}, True

@@ -1,5 +1,6 @@
 """The integrator's commands of the till as a program, against the simulated service.
 usage: office_test.py TILL SIMULATOR SOURCE [TEST...]"""
+import contextlib
 import json
 import os
 import pathlib
@@ -20,7 +21,7 @@ def first_column(text):
 
 
 def wait_for(condition):
-    end = time.monotonic() + 20
+    end = time.monotonic() + 10
     while not condition():
         assert time.monotonic() < end
         time.sleep(0.01)
@@ -165,8 +166,8 @@ class Office(unittest.TestCase):
             with self.subTest(program), subprocess.Popen(
                     [*program, "--config", self.place.config], stdin=subprocess.PIPE,
                     stdout=subprocess.DEVNULL, env={**os.environ, "QT_QPA_PLATFORM": "offscreen"}
-            ) as process:
-                self.addCleanup(process.kill)
+            ) as process, contextlib.ExitStack() as at_the_end:
+                at_the_end.callback(process.kill)
                 wait_for(log.exists)
                 log.rename(f"{log}.1")
                 process.send_signal(signal.SIGHUP)
@@ -176,7 +177,6 @@ class Office(unittest.TestCase):
                 self.assertNotIn(f"{log}.1", {os.readlink(file) for file in open_files.iterdir()})
                 self.assertEqual(log.stat().st_mode & 0o777, 0o600)
                 self.assertIsNone(process.poll())
-                process.terminate()
 
 
 if __name__ == "__main__":
