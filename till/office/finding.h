@@ -15,7 +15,9 @@ struct Finding
     /// The worse of two that may be true.
     static Level levelOf(bool isFailed, bool isDoubtful)
     {
-        return isFailed ? Level::Failed : isDoubtful ? Level::Warning : Level::Ok;
+        if (isFailed)
+            return Level::Failed;
+        return isDoubtful ? Level::Warning : Level::Ok;
     }
 
     Level level = Level::Ok;
