@@ -1,4 +1,5 @@
 #include "support.h"
+#include "tests/support/timezone.h"
 
 #include <host/abstractdocument.h>
 #include <host/documentjson.h>
@@ -7,7 +8,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <ctime>
 #include <limits>
 #include <vector>
 
@@ -153,28 +153,22 @@ TEST(ReceiptAsJson, KeepsEveryPlainValueWithItsTypeAndNothingInPlaceOfOthers)
 
 TEST(ReceiptAsJson, OfAnHourThatComesTwiceOrOfAnotherZoneKeepsItsTimeOfDay)
 {
-    const auto zone = qgetenv("TZ");
     const auto saveAndLoad = [](const char *savingZone, const char *loadingZone, qint64 second) {
-        const auto use = [](const char *name) {
-            qputenv("TZ", name);
-            ::tzset();
-        };
-        use(savingZone);
+        const TimeZone saving(savingZone);
         const DocumentHeader header{1, 0, 0, 0, 0, QDateTime::fromSecsSinceEpoch(second)};
         const auto document = QSharedPointer<AbstractDocument>::create(header);
         const auto json = jsonOf(*document);
-        use(loadingZone);
+        const TimeZone loading(loadingZone);
         QString error;
         const auto read = readBack(json, error);
-        return read ? read->getHeader().dateTimeBeg : QDateTime();
+        const auto begun = read ? read->getHeader().dateTimeBeg : QDateTime();
+        return std::pair(begun.toSecsSinceEpoch(), begun.time());
     };
     constexpr qint64 firstHalfPastTwo = 1'729'989'000; // 00:30 UTC on 27 October 2024
     for (const auto second : {firstHalfPastTwo, firstHalfPastTwo + 3600}) {
-        EXPECT_EQ(saveAndLoad("Europe/Berlin", "Europe/Berlin", second).toSecsSinceEpoch(), second);
-        EXPECT_EQ(saveAndLoad("Europe/Berlin", "Asia/Omsk", second).time(), QTime(2, 30));
+        EXPECT_EQ(saveAndLoad("Europe/Berlin", "Europe/Berlin", second).first, second);
+        EXPECT_EQ(saveAndLoad("Europe/Berlin", "Asia/Omsk", second).second, QTime(2, 30));
     }
-    zone.isNull() ? qunsetenv("TZ") : qputenv("TZ", zone);
-    ::tzset();
 }
 
 TEST(ReceiptAsJson, ThatIsDamagedForeignOrNewerIsRefusedByName)

@@ -19,11 +19,10 @@ class Commit : public WorkflowTest
 protected:
     Commit()
     {
-        document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Молоко"), 10, 2);
-        plugin.customer = makeCustomer(QStringLiteral("79160000001"), true);
+        document->addGoodsItem(u"4600"_s, u"Молоко"_s, 10, 2);
+        plugin.customer = makeCustomer(u"79160000001"_s, true);
         plugin.converter = converter;
-        ON_CALL(*converter, getOrderPayload)
-            .WillByDefault(Return(std::pair(payload, QStringLiteral("id"))));
+        ON_CALL(*converter, getOrderPayload).WillByDefault(Return(std::pair(payload, u"id"_s)));
     }
 
     static CreateOrderResult order(ProcessingStatus status, const OperationResult &result = {})
@@ -33,8 +32,8 @@ protected:
         return order;
     }
 
-    const QJsonObject payload = {{QStringLiteral("payload"), 1}};
-    const QJsonObject change = {{QStringLiteral("change"), 2}};
+    const QJsonObject payload = {{u"payload"_s, 1}};
+    const QJsonObject change = {{u"change"_s, 2}};
     QSharedPointer<testing::StrictMock<MockConverter>> converter{
         new testing::StrictMock<MockConverter>};
 };
@@ -47,8 +46,7 @@ TEST_F(Commit, AnOrderThatIsThereOrWaitsIsFollowedByItsStatus)
         InSequence inOrder;
         EXPECT_CALL(*converter, getOrderPayload(plugin.customer, 20.0));
         EXPECT_CALL(*service, createAuthorizedOrder(payload, false)).WillOnce(Return(result));
-        EXPECT_CALL(*converter, getChangeOrderStatusPayload(QStringLiteral("id")))
-            .WillOnce(Return(change));
+        EXPECT_CALL(*converter, getChangeOrderStatusPayload(u"id"_s)).WillOnce(Return(change));
         EXPECT_CALL(*service, changeOrderStatus(change, false))
             .WillOnce(Return(withoutConnection()));
         EXPECT_TRUE(plugin.commit(document));
@@ -60,7 +58,7 @@ TEST_F(Commit, AnOrderThatIsThereOrWaitsIsFollowedByItsStatus)
 TEST_F(Commit, ARefusedOrderIsShownAndTheSaleGoesOn)
 {
     auto own = makeResult(OperationStatus::Error);
-    own.error = {QStringLiteral("own"), QStringLiteral("own")};
+    own.error = {u"own"_s, u"own"_s};
     EXPECT_CALL(*converter, getOrderPayload).Times(2);
     EXPECT_CALL(*service, createAuthorizedOrder)
         .WillOnce(
@@ -73,7 +71,7 @@ TEST_F(Commit, ARefusedOrderIsShownAndTheSaleGoesOn)
     EXPECT_CALL(dialog, showMessage(own.error, 0, 0));
     EXPECT_TRUE(plugin.commit(document));
     EXPECT_TRUE(plugin.commit(document));
-    EXPECT_EQ(plugin.customer.mobilePhone, QStringLiteral("79160000001"));
+    EXPECT_EQ(plugin.customer.mobilePhone, u"79160000001"_s);
 }
 
 TEST_F(Commit, OnlySalesAreReported)
@@ -87,24 +85,24 @@ TEST_F(Commit, CustomerIsKeptWithTheReceiptAndRestored)
 {
     plugin.customer.lastName = QString();
     plugin.customer.consentToElectronicChecks = true;
-    plugin.customer.sex = QStringLiteral("female");
+    plugin.customer.sex = u"female"_s;
     EXPECT_CALL(saveToFile, save(document, QString())).Times(2);
     for (const auto &birthDate : {QDate(1990, 3, 5), QDate()}) {
         plugin.customer.birthDate = birthDate;
         plugin.storePluginData();
 
-        const auto record = plugin.getPluginData(QStringLiteral("customer"), {}).toJsonObject();
+        const auto record = plugin.getPluginData(u"customer"_s, {}).toJsonObject();
         EXPECT_EQ(record.size(), 9);
-        EXPECT_EQ(record[QLatin1String("birthDate")],
-                  birthDate.isValid() ? QJsonValue(QStringLiteral("1990-03-05")) : QJsonValue());
-        EXPECT_EQ(record[QLatin1String("lastName")], QStringLiteral(""));
+        EXPECT_EQ(record["birthDate"_L1],
+                  birthDate.isValid() ? QJsonValue(u"1990-03-05"_s) : QJsonValue());
+        EXPECT_EQ(record["lastName"_L1], u""_s);
 
         auto expected = plugin.customer;
         expected.processingStatus = ProcessingStatus::Unknown;
         OpenPlugin other{service};
         other.setDocument(document);
         other.codeSent = true;
-        other.confirmedEmails = {QStringLiteral("a@b")};
+        other.confirmedEmails = {u"a@b"_s};
         EXPECT_TRUE(other.restoreLoyaltySystem());
         EXPECT_EQ(other.customer, expected);
         EXPECT_TRUE(other.codeSent);
@@ -115,21 +113,21 @@ TEST_F(Commit, CustomerIsKeptWithTheReceiptAndRestored)
 TEST_F(Commit, RestoreTakesWhatItCanFromAForeignRecord)
 {
     const auto restored = [this](const QVariant &record) {
-        plugin.setPluginData(QStringLiteral("customer"), record);
+        plugin.setPluginData(u"customer"_s, record);
         EXPECT_TRUE(plugin.restoreLoyaltySystem());
         return plugin.customer;
     };
     Customer expected;
-    expected.email = QStringLiteral("a@b");
-    EXPECT_EQ(restored(QJsonObject{{QStringLiteral("email"), QStringLiteral("a@b")},
-                                   {QStringLiteral("birthDate"), QStringLiteral("1990/03/05")},
-                                   {QStringLiteral("firstName"), QJsonObject()},
-                                   {QStringLiteral("processingStatus"), 2},
-                                   {QStringLiteral("email\0x"), QStringLiteral("x")},
-                                   {QStringLiteral("Email"), QStringLiteral("x")}}),
+    expected.email = u"a@b"_s;
+    EXPECT_EQ(restored(QJsonObject{{u"email"_s, u"a@b"_s},
+                                   {u"birthDate"_s, u"1990/03/05"_s},
+                                   {u"firstName"_s, QJsonObject()},
+                                   {u"processingStatus"_s, 2},
+                                   {u"email\0x"_s, u"x"_s},
+                                   {u"Email"_s, u"x"_s}}),
               expected);
     const QDateTime birth(QDate(1990, 3, 5), QTime(9, 0));
-    EXPECT_EQ(restored(QVariantMap{{QStringLiteral("birthDate"), birth}}).birthDate, birth.date());
+    EXPECT_EQ(restored(QVariantMap{{u"birthDate"_s, birth}}).birthDate, birth.date());
     EXPECT_EQ(restored(5), Customer());
 
     plugin.customer = expected;
@@ -145,14 +143,14 @@ TEST_F(Commit, RestoreTakesWhatItCanFromAForeignRecord)
 
 TEST_F(Commit, ClearingForgetsTheCustomerButNotItsRecord)
 {
-    plugin.setPluginData(QStringLiteral("customer"), 5);
+    plugin.setPluginData(u"customer"_s, 5);
     plugin.codeSent = true;
-    plugin.confirmedEmails = {QStringLiteral("a@b")};
+    plugin.confirmedEmails = {u"a@b"_s};
     plugin.clearLoyaltyData();
     EXPECT_EQ(plugin.customer, Customer());
     EXPECT_FALSE(plugin.codeSent);
     EXPECT_TRUE(plugin.confirmedEmails.isEmpty());
-    EXPECT_EQ(plugin.getPluginData(QStringLiteral("customer"), {}), QVariant(5));
+    EXPECT_EQ(plugin.getPluginData(u"customer"_s, {}), QVariant(5));
 }
 
 } // namespace

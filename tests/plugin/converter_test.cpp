@@ -28,15 +28,18 @@ protected:
     }
     QJsonArray linesOf(const QJsonObject &payload) const
     {
-        return payload[QLatin1String("order")][QLatin1String("lines")].toArray();
+        return payload["order"_L1]["lines"_L1].toArray();
     }
+    /// In another order than their numbers.
     void addTwoPositions()
     {
-        document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Молоко"), 89.9, 2);
-        document->addGoodsItem(QStringLiteral("4601"), QStringLiteral("Хлеб"), 0.335, 0.345);
-        document->addImpactDetail(DocumentImpactDetail(1, 15, 0, 0, 9.8));
-        document->addImpactDetail(DocumentImpactDetail(1, 16, 0, 1, 5));
-        document->addImpactDetail(DocumentImpactDetail(1, 17, 6, 0, 0.25));
+        document->restoreGoodsItem(
+            QSharedPointer<GoodsItem>::create(7, u"4600"_s, u"Молоко"_s, 89.9, 2.0));
+        document->restoreGoodsItem(
+            QSharedPointer<GoodsItem>::create(3, u"4601"_s, u"Хлеб"_s, 0.335, 0.345));
+        document->addImpactDetail(DocumentImpactDetail(7, 15, 0, 0, 9.8));
+        document->addImpactDetail(DocumentImpactDetail(7, 16, 0, 1, 5));
+        document->addImpactDetail(DocumentImpactDetail(7, 17, 6, 0, 0.25));
     }
 
     QSharedPointer<AbstractDocument> document;
@@ -47,7 +50,7 @@ protected:
 TEST_F(Conversion, CreationPayloadIsComplete)
 {
     addTwoPositions();
-    customer.mobilePhone = QStringLiteral("79160000001");
+    customer.mobilePhone = u"79160000001"_s;
 
     const auto [payload, id] = converter.getOrderPayload(customer, 99.995);
 
@@ -58,17 +61,17 @@ TEST_F(Conversion, CreationPayloadIsComplete)
             "totalPrice": 99.995,
             "lines": [
                 {"basePricePerItem": 89.9, "discountedPricePerLine": 164.75, "quantity": 2,
-                 "lineNumber": 1, "lineId": 1, "product": {"ids": {"websiteLumaret": "4600"}},
+                 "lineNumber": 1, "lineId": 7, "product": {"ids": {"websiteLumaret": "4600"}},
                  "requestedPromotions": [
                     {"type": "discount", "amount": 9.8,
                      "promotion": {"ids": {"externalId": 15}}},
                     {"type": "discount", "amount": 0.25,
                      "promotion": {"ids": {"externalId": "discountOnChange"}}}]},
                 {"basePricePerItem": 0.335, "discountedPricePerLine": 0.12, "quantity": 0.345,
-                 "lineNumber": 2, "lineId": 2, "product": {"ids": {"websiteLumaret": "4601"}}}
+                 "lineNumber": 2, "lineId": 3, "product": {"ids": {"websiteLumaret": "4601"}}}
             ]}})");
     EXPECT_EQ(QJsonDocument(payload).toJson(), expected.toJson());
-    EXPECT_EQ(id, QStringLiteral("00120300450000678090507"));
+    EXPECT_EQ(id, u"00120300450000678090507"_s);
 }
 
 TEST_F(Conversion, StatusPayloadDiffersOnlyInItsLineFormAndLeavesNoTrace)
@@ -79,21 +82,20 @@ TEST_F(Conversion, StatusPayloadDiffersOnlyInItsLineFormAndLeavesNoTrace)
     const auto status = converter.getChangeOrderStatusPayload({});
 
     auto expected = before;
-    auto order = expected[QLatin1String("order")].toObject();
-    order.remove(QLatin1String("totalPrice"));
+    auto order = expected["order"_L1].toObject();
+    order.remove("totalPrice"_L1);
     QJsonArray lines;
     for (const auto &value : linesOf(before)) {
         auto line = value.toObject();
-        line.insert(QLatin1String("discountedPriceOfLine"),
-                    line.take(QLatin1String("discountedPricePerLine")));
-        line.insert(QLatin1String("status"), QStringLiteral("Paid"));
+        line.insert("discountedPriceOfLine"_L1, line.take("discountedPricePerLine"_L1));
+        line.insert("status"_L1, u"Paid"_s);
         lines.append(line);
     }
-    order.insert(QLatin1String("lines"), lines);
+    order.insert("lines"_L1, lines);
     EXPECT_EQ(QJsonDocument(status).toJson(),
-              QJsonDocument(QJsonObject{{QStringLiteral("order"), order}}).toJson());
+              QJsonDocument(QJsonObject{{u"order"_s, order}}).toJson());
     EXPECT_EQ(converter.getOrderPayload(customer, 1).first, before);
-    EXPECT_EQ(converter.getChangeOrderStatusPayload(QStringLiteral("any")), status);
+    EXPECT_EQ(converter.getChangeOrderStatusPayload(u"any"_s), status);
 }
 
 TEST_F(Conversion, EachPieceOfAPayloadCanBeReplaced)
@@ -115,61 +117,42 @@ TEST_F(Conversion, EachPieceOfAPayloadCanBeReplaced)
         QJsonObject getOrder() const override
         {
             auto order = Converter::getOrder();
-            order.insert(QLatin1String("more"), 3);
+            order.insert("more"_L1, 3);
             return order;
         }
-        std::pair<QJsonObject, QString> getIds() const override
-        {
-            return {{{QStringLiteral("id"), 4}}, QStringLiteral("4")};
-        }
+        std::pair<QJsonObject, QString> getIds() const override { return {{{u"id"_s, 4}}, u"4"_s}; }
     } replacing;
-    document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Молоко"), 10, 1);
+    document->addGoodsItem(u"4600"_s, u"Молоко"_s, 10, 1);
     const auto [creation, id] = replacing.getOrderPayload(customer, 1);
-    EXPECT_EQ(id, QStringLiteral("4"));
+    EXPECT_EQ(id, u"4"_s);
     for (const auto &payload : {creation, replacing.getChangeOrderStatusPayload({})}) {
-        const auto order = payload[QLatin1String("order")];
-        EXPECT_EQ(order[QLatin1String("lines")][0][QLatin1String("requestedPromotions")][0], 1);
-        EXPECT_EQ(order[QLatin1String("lines")][1], 2);
-        EXPECT_EQ(order[QLatin1String("more")], 3);
-        EXPECT_EQ(order[QLatin1String("ids")][QLatin1String("id")], 4);
+        const auto order = payload["order"_L1];
+        EXPECT_EQ(order["lines"_L1][0]["requestedPromotions"_L1][0], 1);
+        EXPECT_EQ(order["lines"_L1][1], 2);
+        EXPECT_EQ(order["more"_L1], 3);
+        EXPECT_EQ(order["ids"_L1]["id"_L1], 4);
     }
-}
-
-TEST_F(Conversion, LineNumbersRunWhateverThePositionNumbersAre)
-{
-    document->restoreGoodsItem(
-        QSharedPointer<GoodsItem>::create(7, QStringLiteral("a"), QString(), 1.0, 1.0));
-    document->restoreGoodsItem(
-        QSharedPointer<GoodsItem>::create(3, QStringLiteral("b"), QString(), 1.0, 1.0));
-    const auto lines = converter.getOrderLines();
-    EXPECT_EQ(lines[0][QLatin1String("lineNumber")], 1);
-    EXPECT_EQ(lines[0][QLatin1String("lineId")], 7);
-    EXPECT_EQ(lines[1][QLatin1String("lineNumber")], 2);
-    EXPECT_EQ(lines[1][QLatin1String("lineId")], 3);
 }
 
 TEST_F(Conversion, SettingsOfAPayloadApplyAtOnceButTheLinesStatusWithTheNextConverter)
 {
     addTwoPositions();
     auto *config = Singleton<Config>::instance();
-    config->set(QStringLiteral("LmMindbox:productIdName"), QStringLiteral("sku"));
-    config->set(QStringLiteral("LmMindbox:productIdMask"),
-                QStringLiteral("Товар %(position.posnum[03d])"));
-    config->set(QStringLiteral("LmMindbox:requestTransactionIdName"), QStringLiteral("id"));
-    config->set(QStringLiteral("LmMindbox:requestTransactionIdMask"),
-                QStringLiteral("%(document.num[02d])+%(document.dateTimeBeg[yyyy-MM-dd])"));
-    config->set(QStringLiteral("LmMindbox:changeOrderStatusLinesStatus"), QStringLiteral("Closed"));
+    config->set(u"LmMindbox:productIdName"_s, u"sku"_s);
+    config->set(u"LmMindbox:productIdMask"_s, u"Товар %(position.posnum[03d])"_s);
+    config->set(u"LmMindbox:requestTransactionIdName"_s, u"id"_s);
+    config->set(u"LmMindbox:requestTransactionIdMask"_s,
+                u"%(document.num[02d])+%(document.dateTimeBeg[yyyy-MM-dd])"_s);
+    config->set(u"LmMindbox:changeOrderStatusLinesStatus"_s, u"Closed"_s);
 
     const auto status = converter.getChangeOrderStatusPayload({});
 
     const auto line = linesOf(status).at(1);
-    EXPECT_EQ(line[QLatin1String("product")][QLatin1String("ids")][QLatin1String("sku")],
-              QStringLiteral("Товар 002"));
-    EXPECT_EQ(line[QLatin1String("status")], QStringLiteral("Paid"));
-    EXPECT_EQ(status[QLatin1String("order")][QLatin1String("ids")].toObject(),
-              QJsonObject({{QStringLiteral("id"), QStringLiteral("678+2024-02-01")}}));
-    EXPECT_EQ(linesOf(Converter().getChangeOrderStatusPayload({}))[0][QLatin1String("status")],
-              QStringLiteral("Closed"));
+    EXPECT_EQ(line["product"_L1]["ids"_L1]["sku"_L1], u"Товар 003"_s);
+    EXPECT_EQ(line["status"_L1], u"Paid"_s);
+    EXPECT_EQ(status["order"_L1]["ids"_L1].toObject(),
+              QJsonObject({{u"id"_s, u"678+2024-02-01"_s}}));
+    EXPECT_EQ(linesOf(Converter().getChangeOrderStatusPayload({}))[0]["status"_L1], u"Closed"_s);
 }
 
 TEST_F(Conversion, AnEmptyReceiptStillMakesAPayload)

@@ -11,9 +11,9 @@ class CustomerEditing : public WorkflowTest
 protected:
     CustomerEditing()
     {
-        stepped.customer = makeCustomer(QStringLiteral("79160000001"), true);
-        edit.name = QStringLiteral("Мария");
-        edit.phone = QStringLiteral("+7(916)-000-00-02");
+        stepped.customer = makeCustomer(u"79160000001"_s, true);
+        edit.name = u"Мария"_s;
+        edit.phone = u"+7(916)-000-00-02"_s;
     }
 
     /// The form is filled in and the service answers under a progress message.
@@ -44,7 +44,7 @@ TEST_F(CustomerEditing, AcceptedChangeReloadsTheCustomerAndRefreshesTheReceipt)
 {
     const auto phone = stepped.customer.mobilePhone;
     auto reloaded = makeCustomer(phone, true);
-    reloaded.firstName = QStringLiteral("Мария");
+    reloaded.firstName = u"Мария"_s;
     {
         InSequence order;
         answerEdit(accepted);
@@ -69,16 +69,15 @@ TEST_F(CustomerEditing, FailedReloadKeepsTheCustomerButCounts)
     EXPECT_CALL(stepped, storePluginData);
     EXPECT_EQ(editBy(action), EContext::Result{2});
     EXPECT_EQ(LogCapture::take(),
-              QStringList({QStringLiteral("I Редактирование данных клиента"),
-                           QStringLiteral("W Не удалось получить актуальные данные клиента")}));
+              QStringList({u"I Редактирование данных клиента"_s,
+                           u"W Не удалось получить актуальные данные клиента"_s}));
     EXPECT_EQ(stepped.customer, before);
 }
 
 TEST_F(CustomerEditing, RefusedChangeIsShownUnderTheProgressMessage)
 {
     const auto before = stepped.customer;
-    const tr::Tr refused(QStringLiteral("lmmindboxEditCustomerError"),
-                         QStringLiteral("Не удалось изменить данные клиента"));
+    const tr::Tr refused(u"lmmindboxEditCustomerError"_s, u"Не удалось изменить данные клиента"_s);
     for (const auto &[result, text] :
          {std::pair(makeResult(OperationStatus::Undefined, before), refused),
           std::pair(withoutConnection(), withoutConnection().error)}) {
@@ -114,8 +113,8 @@ TEST_F(CustomerEditing, NeedsACardOnlyWhenTheCashierTriggeredIt)
 
 TEST_F(CustomerEditing, ALetterGoesOnceToEachAddressThatTheServiceAccepted)
 {
-    const auto email = QStringLiteral("anna@example.org");
-    const auto otherCase = QStringLiteral("Anna@example.org");
+    const auto email = u"anna@example.org"_s;
+    const auto otherCase = u"Anna@example.org"_s;
     {
         InSequence order;
         EXPECT_CALL(*service, emailConfirmationLetter(email)).WillOnce(Return(withoutConnection()));
@@ -146,8 +145,7 @@ TEST_F(CustomerEditing, EmailIsCheckedByLetterOrByFormOrNotAtAll)
                 editCustomer(testing::Property(&control::Action::getType, testing::Ne(170))));
     stepped.Plugin::checkEmail();
     EXPECT_EQ(LogCapture::take(),
-              QStringList(QStringLiteral(
-                  "I Почта не указана, отображение диалога редактирования клиента")));
+              QStringList(u"I Почта не указана, отображение диалога редактирования клиента"_s));
 }
 
 } // namespace

@@ -31,6 +31,8 @@ inline void PrintTo(const Tr &text, std::ostream *out)
 
 namespace lmmindbox {
 
+using namespace Qt::StringLiterals;
+
 class MockInterface : public Interface
 {
 public:
@@ -141,8 +143,8 @@ protected:
         Customer customer;
         customer.mobilePhone = phone;
         customer.isMobilePhoneConfirmed = phoneConfirmed;
-        customer.email = QStringLiteral("anna@example.org");
-        customer.firstName = QStringLiteral("Анна");
+        customer.email = u"anna@example.org"_s;
+        customer.firstName = u"Анна"_s;
         customer.processingStatus = ProcessingStatus::Found;
         return customer;
     }
@@ -157,8 +159,7 @@ protected:
     {
         auto result = makeResult(OperationStatus::Error);
         result.noConnection = true;
-        result.error = {QStringLiteral("mindboxNoConnectionError"),
-                        QStringLiteral("Ошибка связи с сервером")};
+        result.error = {u"mindboxNoConnectionError"_s, u"Ошибка связи с сервером"_s};
         return result;
     }
     QString lastErrorText() const { return plugin.lastError.getDefaultText(); }
@@ -173,7 +174,7 @@ protected:
     QSharedPointer<AbstractDocument> document =
         QSharedPointer<AbstractDocument>::create(DocumentHeader());
     QSharedPointer<DocumentCardRecord> card =
-        QSharedPointer<DocumentCardRecord>::create(QStringLiteral(" 8 916 000-00-01 "));
+        QSharedPointer<DocumentCardRecord>::create(u" 8 916 000-00-01 "_s);
 };
 
 /// Matches a text by identifier and default text.

@@ -22,8 +22,7 @@ class Frame : public WorkflowTest
 TEST_F(Frame, InitRegistersTheEditActionsHandlerAndAnswersAsItsBase)
 {
     EXPECT_TRUE(stepped.init());
-    EXPECT_EQ(LogCapture::take(),
-              QStringList(QStringLiteral("I Инициализация системы лояльности")));
+    EXPECT_EQ(LogCapture::take(), QStringList(u"I Инициализация системы лояльности"_s));
     ASSERT_EQ(stepped.getHandlers().size(), 1);
     const auto &handler = stepped.getHandlers().first();
     EXPECT_EQ(handler.context, 6);
@@ -50,7 +49,7 @@ TEST_F(Frame, ProgressIsShownByTheSession)
     const auto display = QSharedPointer<testing::StrictMock<Display>>::create();
     Singleton<Session>::instance()->setProgressDisplay(display);
     EXPECT_CALL(*display, setProgress(isText("id", "text"), 60));
-    plugin.setProgress({QStringLiteral("id"), QStringLiteral("text")}, 60);
+    plugin.setProgress({u"id"_s, u"text"_s}, 60);
     Singleton<Session>::instance()->setProgressDisplay(QSharedPointer<ProgressDisplay>::create());
 }
 

@@ -13,6 +13,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class RecordingDialog : public Dialog
 {
 public:
@@ -20,14 +22,8 @@ public:
     ~RecordingDialog() override { MockFactory<Dialog>::mocked = nullptr; }
     Q_DISABLE_COPY_MOVE(RecordingDialog)
 
-    QVariantMap showForm(const FormRequest &request) override
-    {
-        titles.append(request.title.getId());
-        return answer;
-    }
     void showMessage(const tr::Tr &text, int, int) override { titles.append(text.getId()); }
 
-    QVariantMap answer;
     QStringList titles;
 };
 
@@ -58,17 +54,15 @@ protected:
     QSharedPointer<AbstractDocument> document =
         QSharedPointer<AbstractDocument>::create(DocumentHeader());
     QSharedPointer<DocumentCardRecord> card =
-        QSharedPointer<DocumentCardRecord>::create(QStringLiteral("79160000001"));
+        QSharedPointer<DocumentCardRecord>::create(u"79160000001"_s);
 };
 
 TEST_F(Module, IsFoundByItsMetadataAndAnswersCastsInTheirOrder)
 {
     const auto metaData = loader.metaData();
-    EXPECT_EQ(metaData[QLatin1String("IID")].toString().toStdString(), "LmMindbox");
-    EXPECT_EQ(metaData[QLatin1String("className")].toString().toStdString(), "Plugin");
-    EXPECT_EQ(
-        metaData[QLatin1String("MetaData")][QLatin1String("version")].toString().toStdString(),
-        PLUGIN_VERSION);
+    EXPECT_EQ(metaData["IID"_L1].toString().toStdString(), "LmMindbox");
+    EXPECT_EQ(metaData["className"_L1].toString().toStdString(), "Plugin");
+    EXPECT_EQ(metaData["MetaData"_L1]["version"_L1].toString().toStdString(), PLUGIN_VERSION);
 
     void *base = system;
     EXPECT_EQ(plugin->qt_metacast(nullptr), nullptr);
@@ -95,41 +89,28 @@ TEST_F(Module, LivesOnceInAProcessAndAfreshAfterDestruction)
     EXPECT_EQ(fresh->getStoreDataKey().toStdString(), "loyaltySystem24");
 }
 
-TEST_F(Module, ServesTheEditAction)
-{
-    EXPECT_TRUE(system->init());
-    dialog.answer = {{QStringLiteral("name"), QStringLiteral("x")}};
-    EXPECT_EQ(system->handle(control::Action(170)), EContext::Result{0});
-    // Without a card this action opens no form.
-    document->setCardRecord(nullptr);
-    EXPECT_EQ(system->handle(control::Action(170)), EContext::Result{3});
-    EXPECT_THAT(dialog.titles, testing::ElementsAre(QStringLiteral("lmmindboxEditCustomerTitle")));
-}
-
 TEST_F(Module, UsesTheProgramsSubstitutesAndSingletons)
 {
     EXPECT_EQ(http.timeout, 5000);
     http.answer = R"({"status": "Success"})";
     EXPECT_FALSE(system->identifyByCard(card, ECardNumberType::Typed));
-    EXPECT_EQ(http.sentBody[QLatin1String("customer")][QLatin1String("mobilePhone")].toString(),
+    EXPECT_EQ(http.sentBody["customer"_L1]["mobilePhone"_L1].toString(),
               card->getNumber().toString());
-    EXPECT_EQ(system->getLastErrorString(),
-              QStringLiteral("Не удалось получить информацию о клиенте"));
+    EXPECT_EQ(system->getLastErrorString(), u"Не удалось получить информацию о клиенте"_s);
 
     const QTemporaryDir directory;
     auto *broker = Singleton<DBQueueBroker>::instance();
-    broker->setFile(directory.filePath(QStringLiteral("queue.db")));
+    broker->setFile(directory.filePath(u"queue.db"_s));
     http.answer = R"({"order": {"processingStatus": "Processed"}})";
     EXPECT_TRUE(system->commit(document));
-    const auto waiting = broker->waiting(QStringLiteral("lmmindbox"), 10);
+    const auto waiting = broker->waiting(u"lmmindbox"_s, 10);
     ASSERT_EQ(waiting.size(), 1) << broker->lastError().toStdString();
-    EXPECT_EQ(waiting.first().message[QLatin1String("method")].toString().toStdString(), "change");
+    EXPECT_EQ(waiting.first().message["method"_L1].toString().toStdString(), "change");
     broker->setFile({});
 
     http.answer = R"({"status": "Success", "order": {"processingStatus": "NotProcessed"}})";
     EXPECT_TRUE(system->commit(document));
-    EXPECT_THAT(dialog.titles,
-                testing::ElementsAre(QStringLiteral("lmmindboxCreateAuthorizedOrderError")));
+    EXPECT_THAT(dialog.titles, testing::ElementsAre(u"lmmindboxCreateAuthorizedOrderError"_s));
 }
 
 } // namespace

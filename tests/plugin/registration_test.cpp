@@ -13,12 +13,12 @@ protected:
     Registration()
     {
         ON_CALL(dialog, showChoice).WillByDefault(Return(true));
-        edit.name = QStringLiteral("Анна");
-        edit.phone = QStringLiteral("+7(916)-123-45-67");
+        edit.name = u"Анна"_s;
+        edit.phone = u"+7(916)-123-45-67"_s;
     }
     bool registers() { return stepped.Plugin::registerCustomer(phone); }
 
-    const QString phone = QStringLiteral("+79161234567");
+    const QString phone = u"+79161234567"_s;
     CustomerEdit edit;
 };
 
@@ -52,11 +52,10 @@ TEST_F(Registration, AsksThenShowsTheFormThenRegistersUnderAProgressMessage)
 
     EXPECT_TRUE(registers());
 
-    EXPECT_EQ(LogCapture::take(),
-              QStringList({QStringLiteral("I Регистрация клиента"),
-                           QStringLiteral("I Данные: имя: Анна; телефон: +7(916)-123-45-67; "
-                                          "пол: жен; email: "),
-                           QStringLiteral("I Клиент успешно создан")}));
+    EXPECT_EQ(LogCapture::take(), QStringList({u"I Регистрация клиента"_s,
+                                               u"I Данные: имя: Анна; телефон: +7(916)-123-45-67; "
+                                               "пол: жен; email: "_s,
+                                               u"I Клиент успешно создан"_s}));
     EXPECT_TRUE(shown.isNull());
     EXPECT_TRUE(stepped.codeSent);
     EXPECT_EQ(stepped.customer, prefilled);

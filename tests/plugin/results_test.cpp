@@ -13,7 +13,7 @@ protected:
     {
         http.answer = answer;
         http.httpCode = httpCode;
-        return client.sendRequest(QStringLiteral("Offline.GetCustomer"), {}, {});
+        return client.sendRequest(u"Offline.GetCustomer"_s, {}, {});
     }
     Customer readCustomer(const QByteArray &customer)
     {
@@ -68,9 +68,8 @@ TEST_F(Answer, NoConnectionIsAnAnswerWithoutContentUnlessItsCodeIs200)
             EXPECT_TRUE(result.noConnection);
             EXPECT_EQ(result.httpCode, httpCode);
             EXPECT_EQ(result.transportCode, 28);
-            EXPECT_EQ(result.getError({QStringLiteral("own"), QStringLiteral("own")}),
-                      tr::Tr(QStringLiteral("mindboxNoConnectionError"),
-                             QStringLiteral("Ошибка связи с сервером")));
+            EXPECT_EQ(result.getError({u"own"_s, u"own"_s}),
+                      tr::Tr(u"mindboxNoConnectionError"_s, u"Ошибка связи с сервером"_s));
         }
         const auto result = read(content, 200);
         EXPECT_EQ(result.status, OperationStatus::Undefined);
@@ -87,14 +86,14 @@ TEST_F(Answer, EveryFieldOfTheCustomerIsReadByItself)
         "firstName": "Анна", "lastName": "Иванова", "birthDate": "1990-03-05", "sex": "female",
         "processingStatus": "Found"})");
     Customer expected;
-    expected.mobilePhone = QStringLiteral("79001234567");
+    expected.mobilePhone = u"79001234567"_s;
     expected.isMobilePhoneConfirmed = true;
-    expected.email = QStringLiteral("anna@example.org");
+    expected.email = u"anna@example.org"_s;
     expected.consentToElectronicChecks = true;
-    expected.firstName = QStringLiteral("Анна");
-    expected.lastName = QStringLiteral("Иванова");
+    expected.firstName = u"Анна"_s;
+    expected.lastName = u"Иванова"_s;
     expected.birthDate = QDate(1990, 3, 5);
-    expected.sex = QStringLiteral("female");
+    expected.sex = u"female"_s;
     expected.processingStatus = ProcessingStatus::Found;
     EXPECT_EQ(customer, expected);
 
@@ -116,15 +115,13 @@ TEST_F(Answer, EveryFieldOfTheCustomerIsReadByItself)
 
 TEST_F(Answer, PhoneOfAnyScalarTypeComesOutAsItsText)
 {
-    EXPECT_EQ(readCustomer(R"({"mobilePhone": "+7 (900) 1"})").mobilePhone,
-              QStringLiteral("+7 (900) 1"));
-    EXPECT_EQ(readCustomer(R"({"mobilePhone": 7.9001234567e10})").mobilePhone,
-              QStringLiteral("79001234567"));
-    EXPECT_EQ(readCustomer(R"({"mobilePhone": true})").mobilePhone, QStringLiteral("true"));
+    EXPECT_EQ(readCustomer(R"({"mobilePhone": "+7 (900) 1"})").mobilePhone, u"+7 (900) 1"_s);
+    EXPECT_EQ(readCustomer(R"({"mobilePhone": 7.9001234567e10})").mobilePhone, u"79001234567"_s);
+    EXPECT_EQ(readCustomer(R"({"mobilePhone": true})").mobilePhone, u"true"_s);
     // The path reader returns the first value that is no object.
     const auto customer = readCustomer("\"x\"");
-    EXPECT_EQ(customer.mobilePhone, QStringLiteral("x"));
-    EXPECT_EQ(customer.sex, QStringLiteral("x"));
+    EXPECT_EQ(customer.mobilePhone, u"x"_s);
+    EXPECT_EQ(customer.sex, u"x"_s);
     EXPECT_EQ(read(R"({"errorMessage": "", "customer": "x"})").customer, customer);
 }
 
@@ -169,7 +166,7 @@ TEST_F(Answer, EachResultHasItsOwnIdeaOfSuccess)
     EXPECT_EQ(sms.processingStatus, ProcessingStatus::AlreadyConfirmed);
     EXPECT_TRUE(sms.authenticationCode.isEmpty());
     EXPECT_EQ(SmsConfirmationResult(read(R"({"authenticationCode": "0012"})")).authenticationCode,
-              QStringLiteral("0012"));
+              u"0012"_s);
 }
 
 TEST(JsonPath, EndsAtTheFirstValueThatIsNoObjectAndNeverReturnsAnObject)
@@ -177,7 +174,7 @@ TEST(JsonPath, EndsAtTheFirstValueThatIsNoObjectAndNeverReturnsAnObject)
     const auto read = [](const char *json, const QStringList &keys) {
         return getJsonValueByPath(QJsonDocument::fromJson(json).object(), keys);
     };
-    const QStringList path = {QStringLiteral("a"), QStringLiteral("b")};
+    const QStringList path = {u"a"_s, u"b"_s};
     EXPECT_EQ(read(R"({"a": {"b": 5}})", path), QJsonValue(5));
     EXPECT_EQ(read(R"({"a": 5})", path), QJsonValue(5));
     EXPECT_TRUE(read(R"({"a": {"b": {"c": 1}}})", path).isNull());
@@ -187,14 +184,14 @@ TEST(JsonPath, EndsAtTheFirstValueThatIsNoObjectAndNeverReturnsAnObject)
 
 TEST(CustomerEditText, NamesEverythingButTheBirthday)
 {
-    EXPECT_EQ(CustomerEdit().toString(), QStringLiteral("имя: ; телефон: ; пол: жен; email: "));
+    EXPECT_EQ(CustomerEdit().toString(), u"имя: ; телефон: ; пол: жен; email: "_s);
     CustomerEdit edit;
-    edit.name = QStringLiteral("Пётр");
-    edit.phone = QStringLiteral("79001234567");
+    edit.name = u"Пётр"_s;
+    edit.phone = u"79001234567"_s;
     edit.sex = Client::Sex::Male;
-    edit.email = QStringLiteral("p@example.org");
-    EXPECT_EQ(edit.toString(), QStringLiteral("имя: Пётр; телефон: 79001234567; пол: муж; "
-                                              "email: p@example.org"));
+    edit.email = u"p@example.org"_s;
+    EXPECT_EQ(edit.toString(), u"имя: Пётр; телефон: 79001234567; пол: муж; "
+                               "email: p@example.org"_s);
 }
 
 TEST(OrderRecord, IsReadFromItsWrapperButItsIdFromBesideIt)
@@ -208,12 +205,12 @@ TEST(OrderRecord, IsReadFromItsWrapperButItsIdFromBesideIt)
     EXPECT_EQ(order(R"({"ids": {"offlineTransactionIdVantor": "A-1"},
                         "order": {"ids": {"offlineTransactionIdVantor": "B-1"}}})")
                   .transactionId,
-              QStringLiteral("A-1"));
+              u"A-1"_s);
     EXPECT_TRUE(order(R"({"ids": {"offlineTransactionIdVantor": 1}})").transactionId.isEmpty());
 
     auto *config = Singleton<Config>::instance();
-    config->set(QStringLiteral("Mindbox:responseTransactionIdName"), QStringLiteral("x.y"));
-    EXPECT_EQ(order(R"({"ids": {"x": {"y": "A-2"}}})").transactionId, QStringLiteral("A-2"));
+    config->set(u"Mindbox:responseTransactionIdName"_s, u"x.y"_s);
+    EXPECT_EQ(order(R"({"ids": {"x": {"y": "A-2"}}})").transactionId, u"A-2"_s);
     config->clear();
 }
 

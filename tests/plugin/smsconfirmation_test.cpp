@@ -15,9 +15,9 @@ protected:
                                    OperationStatus status = OperationStatus::Success)
     {
         auto result = makeResult(status);
-        result.response = {{QStringLiteral("smsConfirmation"),
-                            QJsonObject{{QStringLiteral("processingStatus"),
-                                         QString::fromUtf8(processingStatus)}}}};
+        result.response = {
+            {u"smsConfirmation"_s,
+             QJsonObject{{u"processingStatus"_s, QString::fromUtf8(processingStatus)}}}};
         return result;
     }
     void typeOnce(const QString &code)
@@ -25,7 +25,7 @@ protected:
         EXPECT_CALL(dialog, showInputText).WillOnce(Return(Result(code)));
     }
 
-    const QString phone = QStringLiteral("79160000002");
+    const QString phone = u"79160000002"_s;
     const Customer customer = makeCustomer(phone, false);
 };
 
@@ -54,25 +54,24 @@ TEST_F(SmsConfirmation, SendsACodeOnceAndAsksUntilItIsRight)
         EXPECT_CALL(*service, resendMobilePhoneConfirmationCode(phone))
             .WillOnce(Return(makeResult(OperationStatus::Success, customer)));
         showing(first, QString());
-        showing(first, QStringLiteral(" 1111 "));
-        EXPECT_CALL(*service, confirmMobilePhone(phone, QStringLiteral(" 1111 ")))
+        showing(first, u" 1111 "_s);
+        EXPECT_CALL(*service, confirmMobilePhone(phone, u" 1111 "_s))
             .WillOnce(Return(checked("IncorrectConfirmationCode")));
         showing(wrongCode, QString());
-        showing(wrongCode, QStringLiteral("2222"));
+        showing(wrongCode, u"2222"_s);
         // A wrong code outweighs a confirmation in the same answer.
-        EXPECT_CALL(*service, confirmMobilePhone(phone, QStringLiteral("2222")))
+        EXPECT_CALL(*service, confirmMobilePhone(phone, u"2222"_s))
             .WillOnce(Return(checked("AlreadyConfirmed", OperationStatus::ValidationError)));
-        showing(wrongCode, QStringLiteral("3333"));
-        EXPECT_CALL(*service, confirmMobilePhone(phone, QStringLiteral("3333")))
+        showing(wrongCode, u"3333"_s);
+        EXPECT_CALL(*service, confirmMobilePhone(phone, u"3333"_s))
             .WillOnce(Return(checked("MobilePhoneConfirmed")));
     }
     EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer), VerifyResult());
     EXPECT_TRUE(stepped.codeSent);
-    EXPECT_EQ(LogCapture::take(),
-              QStringList(QStringLiteral("I Подтверждение учетной записи через СМС")));
+    EXPECT_EQ(LogCapture::take(), QStringList(u"I Подтверждение учетной записи через СМС"_s));
 
     // The second confirmation of one identification sends no code and begins with the first text.
-    showing(first, QStringLiteral("4444"));
+    showing(first, u"4444"_s);
     EXPECT_CALL(*service, confirmMobilePhone)
         .WillOnce(Return(checked("AlreadyConfirmed", OperationStatus::ProtocolError)));
     EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer).code, 0);
@@ -88,7 +87,7 @@ TEST_F(SmsConfirmation, InputCarriesWhatTheHostNeeds)
                            "Ошибка разбора введенных данных, повторите сканирование"));
         EXPECT_THAT(request.okText, isText("inputTextFormOkBtn", "ОК"));
         EXPECT_THAT(request.cancelText, isText("inputTextFormCancelBtn", "Отмена"));
-        EXPECT_EQ(request.inputId, QStringLiteral("inputLmMindboxConfirmCode"));
+        EXPECT_EQ(request.inputId, u"inputLmMindboxConfirmCode"_s);
         EXPECT_TRUE(request.scanAllowed);
         EXPECT_EQ(request.inputSources, 4095);
         const qint8 bytes[] = {request.hidden,      request.selectsInitialText,
@@ -100,10 +99,9 @@ TEST_F(SmsConfirmation, InputCarriesWhatTheHostNeeds)
                   0);
         return Result();
     });
-    EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer),
-              (VerifyResult{1,
-                            {QStringLiteral("lmmindboxConfirmCanceled"),
-                             QStringLiteral("Ввод кода подтверждения отменен")}}));
+    EXPECT_EQ(
+        stepped.Plugin::confirmMobilePhone(customer),
+        (VerifyResult{1, {u"lmmindboxConfirmCanceled"_s, u"Ввод кода подтверждения отменен"_s}}));
 }
 
 TEST_F(SmsConfirmation, CodeThatWasNotSentEndsWithTheAnswersOwnText)
@@ -126,14 +124,14 @@ TEST_F(SmsConfirmation, AnyOtherAnswerEndsTheLoop)
 {
     stepped.codeSent = true;
     for (const auto &answer : {checked("Processed"), checked("", OperationStatus::Undefined)}) {
-        typeOnce(QStringLiteral("1"));
+        typeOnce(u"1"_s);
         EXPECT_CALL(*service, confirmMobilePhone).WillOnce(Return(answer));
-        EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer),
-                  (VerifyResult{2,
-                                {QStringLiteral("lmmindboxConfirmCodeError"),
-                                 QStringLiteral("Не удалось проверить код подтверждения")}}));
+        EXPECT_EQ(
+            stepped.Plugin::confirmMobilePhone(customer),
+            (VerifyResult{
+                2, {u"lmmindboxConfirmCodeError"_s, u"Не удалось проверить код подтверждения"_s}}));
     }
-    typeOnce(QStringLiteral("1"));
+    typeOnce(u"1"_s);
     EXPECT_CALL(*service, confirmMobilePhone).WillOnce(Return(withoutConnection()));
     EXPECT_EQ(stepped.Plugin::confirmMobilePhone(customer),
               (VerifyResult{2, withoutConnection().error}));

@@ -1,7 +1,7 @@
 #include "tests/simulator/till.h"
+#include "tests/support/timezone.h"
 
 #include <array>
-#include <cstdlib>
 #include <tuple>
 
 namespace simulatortest {
@@ -47,7 +47,7 @@ TEST_F(SimulatorTest, NamesThePlaceOfEveryFaultInTheBody)
 
 TEST_F(SimulatorTest, ReadsTimesOfExecutionAsUtcInTheHourThatTheClocksLeaveOutToo)
 {
-    setenv("TZ", "Europe/Berlin", 1);
+    const TimeZone zone("Europe/Berlin");
     const auto at = [&](const char *time) {
         return till.outcome(
             create,
@@ -57,7 +57,6 @@ TEST_F(SimulatorTest, ReadsTimesOfExecutionAsUtcInTheHourThatTheClocksLeaveOutTo
     EXPECT_EQ(at("31.03.2024 02:60:00"), "ValidationError"_L1);
     EXPECT_EQ(at("30.02.2024 02:30:00"), "ValidationError"_L1);
     EXPECT_EQ(at("2024-03-31T02:30:00Z"), "ValidationError"_L1);
-    unsetenv("TZ");
 }
 
 TEST_F(SimulatorTest, KeepsOneOrderHoweverOftenItIsSent)

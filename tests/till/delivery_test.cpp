@@ -72,7 +72,9 @@ TEST_F(Delivery, AMessageParkedByHandWhileItIsSentStaysParkedWithItsReason)
     for (const auto &answer : answers) {
         service.failure = answer;
         put("create", order("A"));
-        const auto id = broker.first(till::loyaltyQueue())->id;
+        const auto waiting = broker.first(till::loyaltyQueue());
+        ASSERT_TRUE(waiting) << broker.lastError().toStdString();
+        const auto id = waiting->id;
         service.whileSending = [&] {
             EXPECT_TRUE(DBQueueBroker(broker.file()).park(id, QStringLiteral("by hand")));
         };
