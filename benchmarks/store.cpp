@@ -7,6 +7,7 @@
 
 #include "interface/interface.h"
 
+#include <host/abstractdocument.h>
 #include <host/config.h>
 #include <host/dbqueuebroker.h>
 #include <host/dialogpresenter.h>
@@ -77,10 +78,10 @@ void countSyncs(benchmark::State &state, Setup &setup, bool isServiceUp)
         till::Till till(settings, face);
         if (till.start())
             fail(state, "the till does not start");
-        till.sale().open(till::Sale::sold); // the file's first transaction writes more
+        till.sale().open(DocumentHeader::sale); // the file's first transaction writes more
         for (int i = 0; i < sales; ++i) {
             till.sale().cancel();
-            count("opening", [&] { till.sale().open(till::Sale::sold); });
+            count("opening", [&] { till.sale().open(DocumentHeader::sale); });
             if (isServiceUp)
                 count("card", [&] { till.sale().enterCard(confirmedPhone); });
             count("position", [&] {
@@ -88,7 +89,7 @@ void countSyncs(benchmark::State &state, Setup &setup, bool isServiceUp)
             });
             count("discount", [&] { till.sale().discount(1, 1, 7, 0, 0); });
             count("commit", [&] { till.sale().commit(); });
-            till.sale().open(till::Sale::sold);
+            till.sale().open(DocumentHeader::sale);
         }
         DBQueueBroker broker(till::Store::fileIn(settings.dataDirectory));
         lmmindbox::Interface service;

@@ -16,7 +16,10 @@
 /// What identifies a receipt: it is written once, when the receipt is opened.
 struct DocumentHeader
 {
-    int kind = 1; ///< 1 is a sale, 2 a return.
+    static constexpr int sale = 1;
+    static constexpr int returned = 2;
+
+    int kind = sale;
     int shopCode = 0;
     int cashCode = 0;
     int shift = 0;
@@ -34,7 +37,7 @@ public:
     explicit AbstractDocument(DocumentHeader header);
 
     const DocumentHeader &getHeader() const { return header; }
-    /// Kind code: 1 is a sale.
+    /// Kind code: `DocumentHeader::sale` or another.
     virtual int getKind() const { return header.kind; }
     /// What the customer pays: the positions' sums after discounts, rounded to hundredths.
     virtual double getTotal() const;

@@ -7,6 +7,7 @@ class Action
 {
 public:
     static constexpr int noType = 0;
+    static constexpr int editCustomer = 170; ///< Lets the cashier edit the receipt's customer.
 
     /// An action of no type: nothing at the till triggers one.
     Action() = default;

@@ -125,9 +125,8 @@ public:
 
     void open(int number)
     {
-        constexpr int sale = 1;
         receipt = QSharedPointer<AbstractDocument>::create(
-            DocumentHeader{sale, 12, 3, 1, number, QDateTime::currentDateTime()});
+            DocumentHeader{DocumentHeader::sale, 12, 3, 1, number, QDateTime::currentDateTime()});
         Singleton<Session>::instance()->setCurrentDocument(receipt);
         system.setDocument(receipt);
     }

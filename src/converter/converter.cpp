@@ -6,7 +6,6 @@
 #include <host/config.h>
 #include <host/discountlogic.h>
 #include <host/session.h>
-#include <host/simpleformatter.h>
 
 namespace lmmindbox {
 
@@ -68,17 +67,6 @@ QJsonArray Converter::getOrderLines() const
         lines.append(line);
     }
     return lines;
-}
-
-QJsonObject Converter::getProductIds(const QSharedPointer<GoodsItem> &item) const
-{
-    const auto *config = Singleton<Config>::instance();
-    const auto name = config->getText(QStringLiteral("LmMindbox:productIdName"),
-                                      QStringLiteral("websiteLumaret"));
-    const auto mask = config->getText(QStringLiteral("LmMindbox:productIdMask"),
-                                      QStringLiteral("%(position.code[s])"));
-    const auto value = MockFactory<SimpleFormatter>::create()->format(mask, {item}, 0, {});
-    return {{QStringLiteral("ids"), QJsonObject{{name, value}}}};
 }
 
 QJsonArray Converter::getRequestedPromotions(const QSharedPointer<AbstractDocument> &document,

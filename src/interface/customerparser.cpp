@@ -1,5 +1,4 @@
 #include "interface/interface.h"
-#include "model/isodate.h"
 #include "model/jsonpath.h"
 
 namespace lmmindbox {
@@ -36,7 +35,7 @@ Customer Interface::getCustomer(const QJsonObject &answer) const
     customer.consentToElectronicChecks = read(consent).toBool();
     customer.firstName = read(firstName).toString();
     customer.lastName = read(lastName).toString();
-    customer.birthDate = readIsoDate(read(birthDate).toString());
+    customer.birthDate = QDate::fromString(read(birthDate).toString(), Customer::birthDateForm);
     customer.sex = read(sex).toString();
     customer.processingStatus = getProcessingStatus(read(processingStatus).toString());
     return customer;

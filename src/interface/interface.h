@@ -39,7 +39,7 @@ public:
     /// invalid birthday and an empty e-mail are left out.
     virtual RegisterCustomerResult registerCustomer(const CustomerEdit &edit);
     /// Offline.EditCustomer: changes the data of the customer with that phone; sends what a
-    /// registration sends.
+    /// registration sends. A success when the service took the change.
     virtual OperationResult editCustomer(const CustomerEdit &edit);
     /// Offline.ResendMobilePhoneConfirmationCode: has a code sent by SMS. It counts as sent
     /// when this is a success and the result's `customer` is `found()`.
@@ -47,10 +47,11 @@ public:
     /// Offline.ConfirmMobilePhone: checks that code. Whether it was right is not in `success()` but
     /// in the `SmsConfirmationResult` made of the result.
     virtual OperationResult confirmMobilePhone(const QString &phone, const QString &code);
-    /// Offline.CheckMobilePhoneAuthorizationCode: checks a code of authorization. No workflow of
-    /// the plugin needs it.
+    /// Offline.CheckMobilePhoneAuthorizationCode: checks a code of authorization; a success when
+    /// the answer's status says so. No workflow of the plugin needs it.
     virtual OperationResult checkMobilePhoneAuthCode(const QString &phone, const QString &code);
-    /// Offline.EmailConfirmationLetter: has a letter sent by which the address can be confirmed.
+    /// Offline.EmailConfirmationLetter: has a letter sent by which the address can be confirmed; a
+    /// success when the service took the request.
     virtual OperationResult emailConfirmationLetter(const QString &email);
     /// Offline.CreateAuthorizedOrder: sends the order at once. When the result says `noConnection`,
     /// and unless `skipQueue`, the order waits in the till's queue (ordermessage.h), dated

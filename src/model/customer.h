@@ -29,6 +29,9 @@ class Customer
     Q_PROPERTY(QString sex MEMBER sex)
 
 public:
+    /// How the service's answers and the record kept with the receipt spell a date of birth.
+    static constexpr QStringView birthDateForm = u"yyyy-MM-dd";
+
     /// Whether the service knew the customer.
     bool found() const;
     /// Whether the processing status is one of `statuses`; false for an empty set.

@@ -9,8 +9,7 @@ namespace lmmindbox {
 
 bool Plugin::commit(const QSharedPointer<AbstractDocument> &document)
 {
-    constexpr int sale = 1;
-    if (document->getKind() != sale)
+    if (document->getKind() != DocumentHeader::sale)
         return true;
 
     const auto [payload, transactionId] =

@@ -10,7 +10,7 @@ namespace lmmindbox {
 EContext::Result Plugin::editCustomer(const control::Action &action)
 {
     auto card = getCard();
-    if (!card && action.getType() == editAction)
+    if (!card && action.getType() == control::Action::editCustomer)
         return EContext::Result::Skipped;
 
     logger->info(QStringLiteral("Редактирование данных клиента"));

@@ -1,7 +1,7 @@
 #include "interface/interface.h"
 #include "plugin/plugin.h"
 
-#include <host/abstractdocument.h>
+#include <host/documentcardrecord.h>
 
 #include <log4qt/logger.h>
 
@@ -69,25 +69,6 @@ GetCustomerResult Plugin::getCustomer(const QString &phone, bool sendLetter)
     if (sendLetter && result.success() && !result.customer.isEmailConfirmed)
         sendConfirmationLetter(result.customer.email);
     return result;
-}
-
-void Plugin::fillClientInfo(QSharedPointer<DocumentCardRecord> &card, const Customer &holder) const
-{
-    const auto client = QSharedPointer<Client>::create();
-    client->setName(QStringLiteral("%1 %2").arg(holder.firstName, holder.lastName).trimmed());
-    if (client->getName().isEmpty())
-        client->setName(QStringLiteral("Не указаны ФИО"));
-    client->setPhoneNumber(holder.mobilePhone);
-    client->setEmail(holder.email);
-    if (!holder.email.isEmpty() && holder.consentToElectronicChecks) {
-        client->setOption(ClientOptions::ElectronicReceipt);
-        client->setOption(ClientOptions::NoPaperReceipt);
-    }
-    client->setSex(holder.sex == QLatin1String("female") ? Client::Sex::Female : Client::Sex::Male);
-    client->setBirthday(holder.birthDate);
-    card->getCard()->setClient(client);
-    if (currentDocument)
-        currentDocument->update();
 }
 
 } // namespace lmmindbox

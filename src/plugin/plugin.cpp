@@ -25,7 +25,7 @@ bool Plugin::init()
 {
     logger->info(QStringLiteral("Инициализация системы лояльности"));
     constexpr int openReceiptContext = 6;
-    addHandler({openReceiptContext, editAction,
+    addHandler({openReceiptContext, control::Action::editCustomer,
                 [this](const control::Action &action) { return editCustomer(action); }, true});
     return BasicLoyaltySystem::init();
 }

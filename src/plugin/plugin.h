@@ -37,9 +37,6 @@ class Plugin : public QObject, public BasicLoyaltySystem
     Q_INTERFACES(BasicLoyaltySystem BasicPlugin)
 
 public:
-    /// Code of the till's action that edits the receipt's customer.
-    static constexpr int editAction = 170;
-
     /// Reads the connection settings and the status of sold lines; a change of them takes effect
     /// with the next plugin.
     Plugin();

@@ -4,6 +4,8 @@
 #include "till/core/sale.h"
 #include "till/core/till.h"
 
+#include <host/action.h>
+
 #include <utility>
 
 namespace till {
@@ -79,7 +81,7 @@ QList<SaleCommands::Command> SaleCommands::receiptCommands()
         {QStringLiteral("action"), tr("action CODE"), tr("triggers an action: action 170"), 1, 1,
          action},
         command("edit", tr("edits the customer's data, as action 170 does"),
-                [](auto &self) { self.sale.trigger(Sale::editCustomer); }),
+                [](auto &self) { self.sale.trigger(control::Action::editCustomer); }),
         command("clear", tr("takes card and loyalty data off the receipt"),
                 [](auto &self) { self.sale.clearLoyaltyData(); }),
         command("commit", tr("closes the receipt"), [](auto &self) { self.sale.commit(); }),

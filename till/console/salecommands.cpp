@@ -8,6 +8,8 @@
 #include "till/core/sale.h"
 #include "till/core/till.h"
 
+#include <host/abstractdocument.h>
+
 #include <QProcess>
 
 #include <limits>
@@ -93,8 +95,8 @@ bool SaleCommands::refuse(const QString &expected)
 
 bool SaleCommands::open(const QStringList &arguments)
 {
-    const auto kind =
-        parseWhole(arguments.value(0, QString::number(Sale::sold)), Sale::sold, Sale::returned);
+    const auto kind = parseWhole(arguments.value(0, QString::number(DocumentHeader::sale)),
+                                 DocumentHeader::sale, DocumentHeader::returned);
     if (!kind)
         return refuse(tr("1 for a sale or 2 for a return"));
     sale.open(*kind);

@@ -39,14 +39,13 @@ CustomerView viewOf(const Client &client)
 
 ReceiptView viewOf(const AbstractDocument &document)
 {
-    constexpr int sale = 1;
     const auto &header = document.getHeader();
     ReceiptView view;
     view.shop = header.shopCode;
     view.cash = header.cashCode;
     view.shift = header.shift;
     view.number = header.num;
-    view.isReturn = header.kind != sale;
+    view.isReturn = header.kind != DocumentHeader::sale;
     view.begun = header.dateTimeBeg;
     for (const auto &item : document.getGoodsItems())
         view.positions.append(viewOf(document, *item));

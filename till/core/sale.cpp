@@ -63,7 +63,7 @@ void Sale::add(const QString &code, const QString &name, double price, double qu
         return;
     }
     if (!current.document)
-        open(sold);
+        open(DocumentHeader::sale);
     const auto item = current.document->addGoodsItem(code, name, price, quantity);
     save();
     tellPosition(SaleEvent::Kind::PositionAdded, item->getPosnum());
@@ -119,7 +119,7 @@ void Sale::enterCard(const QString &text)
         return;
     }
     if (!current.document)
-        open(sold);
+        open(DocumentHeader::sale);
     identify(answer.number);
 }
 

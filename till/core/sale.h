@@ -40,10 +40,6 @@ public:
     static constexpr double maximumSum = 999'999'999.99;
     static constexpr double maximumPrice = 9'999'999.99;
     static constexpr double maximumQuantity = 99'999.999;
-    static constexpr int sold = 1;     ///< Kind of a sale.
-    static constexpr int returned = 2; ///< Kind of a return.
-    /// The loyalty system's action that lets the cashier edit the customer's data.
-    static constexpr int editCustomer = 170;
 
     explicit Sale(const SaleParts &parts);
     ~Sale() override;

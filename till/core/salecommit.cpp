@@ -156,7 +156,7 @@ Report Sale::handOver(const StoredReceipt &receipt, bool isTold)
         unstored.report.told = parts.system.getLastErrorString();
     if (!isAccepted || !unstored.report.told.isEmpty())
         unstored.report.outcome = Report::Refused;
-    else if (receipt.document->getKind() == sold)
+    else if (receipt.document->getKind() == DocumentHeader::sale)
         unstored.report.outcome = Report::Reported;
     if (unstored.report.outcome == Report::Refused)
         unstored.report.answer = answerText(RestClient::lastResponse());

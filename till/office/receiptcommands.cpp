@@ -6,6 +6,7 @@
 #include "till/office/answer.h"
 #include "till/office/texts.h"
 
+#include <host/abstractdocument.h>
 #include <host/documentjson.h>
 
 #include <QJsonArray>
@@ -52,7 +53,7 @@ QString outcomeText(ReceiptState state, const ReportRecord &report, int kind)
 {
     if (state != ReceiptState::Committed)
         return stateText(state);
-    const auto outcome = reportText(report.outcome, kind == Sale::sold);
+    const auto outcome = reportText(report.outcome, kind == DocumentHeader::sale);
     return report.told.isEmpty() ? outcome : QStringLiteral("%1: %2").arg(outcome, report.told);
 }
 
@@ -62,7 +63,7 @@ QString lineOf(const ReceiptRecord &record)
     return QStringLiteral("%1  %2  %3  %4")
         .arg(QString::number(header.num),
              header.dateTimeBeg.toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")),
-             header.kind == Sale::sold ? Office::tr("sale") : Office::tr("return"),
+             header.kind == DocumentHeader::sale ? Office::tr("sale") : Office::tr("return"),
              outcomeText(record.state, record.report, header.kind));
 }
 

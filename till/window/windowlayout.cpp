@@ -7,6 +7,9 @@
 #include "till/window/progresscard.h"
 #include "till/window/stateline.h"
 
+#include <host/abstractdocument.h>
+#include <host/action.h>
+
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -137,7 +140,8 @@ QWidget *MainWindow::layOutSide()
         [] { return true; });
     addStep(
         *buttons, "edit", tr("Edit"), Qt::Key_F3,
-        [this] { sell([](Sale &sale) { sale.trigger(Sale::editCustomer); }); }, isCustomer);
+        [this] { sell([](Sale &sale) { sale.trigger(control::Action::editCustomer); }); },
+        isCustomer);
     addStep(
         *buttons, "takeOff", tr("Take off"), Qt::Key_F4,
         [this] { sell([](Sale &sale) { sale.clearLoyaltyData(); }); }, isCustomer);
@@ -168,7 +172,7 @@ QLayout *MainWindow::layOutSteps()
         [this] { return undo.canBegin(); });
     addStep(
         *row, "return", tr("Return"), Qt::Key_F9,
-        [this] { sell([](Sale &sale) { sale.open(Sale::returned); }); },
+        [this] { sell([](Sale &sale) { sale.open(DocumentHeader::returned); }); },
         [this] { return !receipt; });
     addStep(
         *row, "abandon", tr("Abandon"), Qt::Key_F10, [this] { abandon(); },

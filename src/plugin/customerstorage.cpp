@@ -1,4 +1,3 @@
-#include "model/isodate.h"
 #include "plugin/plugin.h"
 
 #include <host/savetofilelogic.h>
@@ -40,7 +39,7 @@ bool Plugin::restoreLoyaltySystem()
         // Qt's own conversion takes other spellings of a date as well.
         if (property.metaType() == QMetaType::fromType<QDate>() &&
             value.metaType() == QMetaType::fromType<QString>())
-            value = readIsoDate(value.toString());
+            value = QDate::fromString(value.toString(), Customer::birthDateForm);
         property.writeOnGadget(&restored, value);
     }
     customer = restored;
