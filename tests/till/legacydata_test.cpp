@@ -98,7 +98,9 @@ TEST_F(LegacyData, ComesIntoTheStoreAsAWholeAndOnce)
     ASSERT_EQ(till::legacydata::adoptQueue(directory.path()), std::nullopt);
     EXPECT_FALSE(exists("queue.db"));
     DBQueueBroker broker(till::Store::fileIn(directory.path()));
-    EXPECT_EQ(broker.first(till::loyaltyQueue())->tries, 3);
+    const auto first = broker.first(till::loyaltyQueue());
+    ASSERT_TRUE(first) << broker.lastError().toStdString();
+    EXPECT_EQ(first->tries, 3);
     EXPECT_EQ(broker.parked(till::loyaltyQueue()).size(), 1);
 
     till::Store store(directory.path());
