@@ -21,20 +21,6 @@ namespace {
 
 constexpr int busyMilliseconds = 2000;
 
-/// Guards the opening of files. SQLite's locks belong to the process: closing a descriptor that is
-/// not SQLite's own drops them, so a file must not be created while another thread opens it.
-std::mutex &openingMutex()
-{
-    static std::mutex mutex;
-    return mutex;
-}
-
-/// SQLite's own words; Qt's say no more than which call failed.
-QString reasonOf(const QSqlError &error)
-{
-    return error.databaseText().isEmpty() ? error.text() : error.databaseText();
-}
-
 Database::Problem problemOf(const QSqlError &error)
 {
     constexpr int primaryCode = 0xFF; // the rest of SQLite's code says where it came from
@@ -67,12 +53,13 @@ bool Database::open()
         return false; // it has failed already: what is left of it must not be done on its own
     if (path.isEmpty())
         return fail(Problem::Unavailable, QStringLiteral("no file is set"));
-    const std::scoped_lock lock(openingMutex());
+    // SQLite's locks belong to the process: closing a descriptor that is not SQLite's own drops
+    // them, so a file must not be created while another thread opens it.
+    static std::mutex opening;
+    const std::scoped_lock lock(opening);
     if (openFile())
         return true;
-    const auto reason = error;
     close();
-    error = reason;
     return false;
 }
 
@@ -191,23 +178,21 @@ bool Database::createFile()
 /// Whether the file is one of ours; a file with nothing in it becomes one.
 bool Database::checkOwner()
 {
-    const auto foreign = QStringLiteral("expected a till's store, found a database of something "
-                                        "else");
-    const auto id = pragma(QStringLiteral("application_id"));
-    const auto version = pragma(QStringLiteral("user_version"));
+    const auto id = number(QStringLiteral("PRAGMA application_id"));
+    const auto version = number(QStringLiteral("PRAGMA user_version"));
     if (!id || !version)
         return false;
-    if (*id != 0 && *id != schema::applicationId)
-        return fail(Problem::Foreign, foreign);
-    if (*id == 0) {
-        QSqlQuery count(connection);
-        if (!count.exec(QStringLiteral("SELECT count(*) FROM sqlite_schema")) || !count.next())
-            return fail(count.lastError());
-        if (count.value(0).toInt() != 0)
-            return fail(Problem::Foreign, foreign);
-    } else if (*version < 1) {
+    // Whoever has signed the file has put something into it.
+    const auto objects =
+        *id == 0 ? number(QStringLiteral("SELECT count(*) FROM sqlite_schema")) : 1;
+    if (!objects)
+        return false;
+    const auto isNew = *objects == 0;
+    if (!isNew && *id != schema::applicationId)
+        return fail(Problem::Foreign, QStringLiteral("expected a till's store, found a database of "
+                                                     "something else"));
+    if (!isNew && *version < 1)
         return fail(Problem::Damaged, QStringLiteral("damaged: there is no version"));
-    }
     if (*version > schema::version)
         return fail(Problem::Newer,
                     QStringLiteral("written by a newer version: version %1, expected at most %2")
@@ -224,7 +209,7 @@ bool Database::bringForward()
         !execute(QStringLiteral("BEGIN IMMEDIATE")))
         return false;
     // Another process may have been faster.
-    const auto version = pragma(QStringLiteral("user_version"));
+    const auto version = number(QStringLiteral("PRAGMA user_version"));
     if (!version)
         return false;
     for (const auto *statement : schema::changesSince(*version)) {
@@ -261,10 +246,10 @@ bool Database::execute(const QString &sql)
     return query.exec(sql) || fail(query.lastError());
 }
 
-std::optional<int> Database::pragma(const QString &name)
+std::optional<int> Database::number(const QString &sql)
 {
     QSqlQuery query(connection);
-    if (query.exec(QStringLiteral("PRAGMA ") + name) && query.next())
+    if (query.exec(sql) && query.next())
         return query.value(0).toInt();
     fail(query.lastError());
     return std::nullopt;
@@ -279,15 +264,17 @@ bool Database::fail(Problem problem, const QString &reason)
 
 bool Database::fail(const QSqlError &reason)
 {
-    return fail(problemOf(reason), reasonOf(reason));
+    // SQLite's own words; Qt's say no more than which call failed.
+    const auto words = reason.databaseText();
+    return fail(problemOf(reason), words.isEmpty() ? reason.text() : words);
 }
 
 Transaction::Transaction(Database &database)
     : database(database)
+    , isBegun(database.transactions > 0 ? database.open()
+                                        : database.write("BEGIN IMMEDIATE").has_value())
+    , isOpen(isBegun)
 {
-    isBegun =
-        database.transactions > 0 ? database.open() : database.write("BEGIN IMMEDIATE").has_value();
-    isOpen = isBegun;
     database.transactions += isOpen ? 1 : 0;
 }
 
@@ -306,8 +293,7 @@ bool Transaction::commit()
         return false;
     isOpen = false;
     --database.transactions;
-    if (database.transactions > 0)
-        return database.connection.isOpen();
     // Closed by a failed statement, it must not be opened again to commit nothing.
-    return database.connection.isOpen() && database.write("COMMIT").has_value();
+    return database.connection.isOpen() &&
+           (database.transactions > 0 || database.write("COMMIT").has_value());
 }

@@ -44,6 +44,7 @@ public:
     const QString &file() const { return path; }
     /// Whether the file is open and ours; opens it if it is not.
     [[nodiscard]] bool open();
+    /// Undoes a transaction under way. The next call outside of one opens the file again.
     void close();
 
     /// The rows that a query answers. `sql` must be a literal: it is prepared once.
@@ -54,6 +55,7 @@ public:
     /// The number of the row inserted last.
     qint64 lastRow() const { return insertedRow; }
 
+    /// What kept the last call from its work; `None` after a success.
     Problem problem() const { return kind; }
     /// Why the last call failed, naming the file; empty after a success.
     const QString &lastError() const { return error; }
@@ -68,7 +70,7 @@ private:
     bool bringForward();
     bool switchToWal();
     bool execute(const QString &sql);
-    std::optional<int> pragma(const QString &name);
+    std::optional<int> number(const QString &sql);
     bool fail(Problem problem, const QString &reason);
     bool fail(const QSqlError &reason);
 
@@ -87,16 +89,18 @@ private:
 class HOST_EXPORT Transaction
 {
 public:
+    /// Begins it, waiting about two seconds for one of somebody else. The database must outlive it.
     explicit Transaction(Database &database);
     ~Transaction();
     Q_DISABLE_COPY_MOVE(Transaction)
 
     /// Whether statements may be run.
     [[nodiscard]] bool begun() const { return isBegun; }
+    /// Whether all is on the disk or, inside another transaction, nothing of it has failed.
     [[nodiscard]] bool commit();
 
 private:
     Database &database;
-    bool isBegun = false;
-    bool isOpen = false;
+    bool isBegun;
+    bool isOpen;
 };
