@@ -33,11 +33,6 @@ void AbstractDocument::restoreGoodsItem(const QSharedPointer<GoodsItem> &item)
     lastPosnum = std::max(lastPosnum, item->getPosnum());
 }
 
-QSharedPointer<GoodsItem> AbstractDocument::findGoodsItem(int posnum) const
-{
-    return itemsByPosnum.value(posnum);
-}
-
 bool AbstractDocument::removeGoodsItem(int posnum)
 {
     const auto item = itemsByPosnum.take(posnum);
@@ -81,11 +76,6 @@ void AbstractDocument::addImpactDetail(const DocumentImpactDetail &detail)
 void AbstractDocument::restoreImpactDetail(const DocumentImpactDetail &detail)
 {
     impacts[detail.getPosnum()].append(QSharedPointer<DocumentImpactDetail>::create(detail));
-}
-
-QList<QSharedPointer<DocumentImpactDetail>> AbstractDocument::getImpactDetails(int posnum) const
-{
-    return impacts.value(posnum);
 }
 
 void AbstractDocument::setCardRecord(const QSharedPointer<DocumentCardRecord> &record)

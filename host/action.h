@@ -11,6 +11,7 @@ public:
 
     /// An action of no type: nothing at the till triggers one.
     Action() = default;
+    /// An action of one of the till's type codes.
     explicit Action(int type)
         : type(type)
     {}

@@ -82,6 +82,7 @@ public:
     {
         return {};
     }
+    /// What the receipt earns, by position.
     virtual QList<loyalty::BonusRecord> getBonusRecords() const { return {}; }
 
     // Texts.
@@ -90,9 +91,11 @@ public:
     virtual QStringList getMessagesToCashier() const { return {}; }
     /// Printed for the customer.
     virtual QStringList getMessagesToClient() const { return {}; }
+    /// Shown on the display that faces the customer.
     virtual QStringList getMessagesToClientDisplay() const { return {}; }
     /// The last error in the till's language; empty when the last operation went well.
     virtual QString getLastErrorString() const { return lastError.toString(); }
+    /// Forgets the last error.
     virtual void clearLastErrorString() { lastError = {}; }
 
     // The card and its holder.
@@ -111,13 +114,16 @@ public:
     virtual bool useDiscOnChangeWithBonusPayment() const { return false; }
     /// Fills in what the system knows of the card's holder.
     virtual void fillCardOwnerInfo(const QSharedPointer<Client> & /*client*/) const {}
+    /// What the receipt's card is at this system.
     virtual CardMode getCardMode() const { return CardMode::Unknown; }
+    /// Texts to print behind the receipt, one slip each.
     virtual QList<loyalty::Slip> getSlips() const { return {}; }
     /// Gives the holder of one card number another. \return Whether it could.
     virtual bool cardReplace(const QString & /*oldNumber*/, const QString & /*newNumber*/)
     {
         return false;
     }
+    /// How a card number counts that is entered when the receipt is already totalled.
     virtual ECardNumberType getCardNumberTypeToAddCardInSubtotal() const
     {
         return ECardNumberType::Typed;
@@ -128,13 +134,14 @@ public:
         return {};
     }
 
-    // Moments of the receipt.
+    // Moments of the receipt. False, where it can be answered, keeps the till from going on.
 
     /// Whether `setOption` has switched the option on.
     virtual bool checkOption(LoyaltySystemOption option) const { return options.contains(option); }
     /// Asks the cashier how many points to spend; 0 for none.
     virtual double requestInputPointsForSpendByLoyalty() { return 0; }
     virtual bool registerCheck() { return true; }
+    /// Whether this system takes the coupon.
     virtual bool couponBelongsToSystem(const QString & /*coupon*/) const { return false; }
     virtual void clearAfterClose() {}
     virtual bool payCheck() { return true; }
@@ -154,9 +161,11 @@ public:
     virtual bool hasCard() const { return !getCard().isNull(); }
     /// Called by the till after `init`.
     virtual void registerLoyaltySystem() { registered = true; }
+    /// From here on the till does not ask it; called before `deinit`.
     virtual void deregisterLoyaltySystem() { registered = false; }
     /// Whether the till asks this system at all.
     bool isRegistered() const { return registered; }
+    /// Switches an option; none is on at first. It means something only to who asks `checkOption`.
     virtual void setOption(LoyaltySystemOption option, bool on);
     /// Under which key a receipt keeps this system's plugin data.
     virtual QString getStoreDataKey() const;

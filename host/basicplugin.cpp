@@ -1,7 +1,5 @@
 #include "host/basicplugin.h"
 
-#include <algorithm>
-
 BasicPlugin::~BasicPlugin() = default;
 
 bool BasicPlugin::init()
@@ -10,21 +8,6 @@ bool BasicPlugin::init()
 }
 
 void BasicPlugin::deinit() {}
-
-bool BasicPlugin::isFeatureMatched(const QSet<QString> &wanted) const
-{
-    return features.contains(wanted);
-}
-
-void BasicPlugin::setFeature(const QString &feature)
-{
-    features.insert(feature);
-}
-
-void BasicPlugin::addHandler(const ActionHandler &handler)
-{
-    handlers.append(handler);
-}
 
 EContext::Result BasicPlugin::handle(const control::Action &action) const
 {
@@ -36,11 +19,6 @@ EContext::Result BasicPlugin::handle(const control::Action &action) const
             return result;
     }
     return EContext::Result::Unhandled;
-}
-
-void BasicPlugin::addTrigger(const Trigger &trigger)
-{
-    triggers.append(trigger);
 }
 
 void BasicPlugin::fire(int event) const

@@ -31,16 +31,23 @@ public:
     virtual void deinit();
 
     /// Whether every feature named is one of the plugin's; true for none.
-    virtual bool isFeatureMatched(const QSet<QString> &wanted) const;
-    void setFeature(const QString &feature);
+    virtual bool isFeatureMatched(const QSet<QString> &wanted) const
+    {
+        return features.contains(wanted);
+    }
+    /// Names one more thing that the plugin can do; for hosts that choose plugins by it.
+    void setFeature(const QString &feature) { features.insert(feature); }
 
-    void addHandler(const ActionHandler &handler);
+    /// Has the plugin serve an action. Several handlers may serve the same one.
+    void addHandler(const ActionHandler &handler) { handlers.append(handler); }
     const QList<ActionHandler> &getHandlers() const { return handlers; }
     /// Runs the enabled handlers for the action in the order they were added, until one does not
     /// answer `Unhandled`. `Unhandled` when there is none.
     EContext::Result handle(const control::Action &action) const;
 
-    void addTrigger(const Trigger &trigger);
+    /// Has the plugin hear of an event.
+    void addTrigger(const Trigger &trigger) { triggers.append(trigger); }
+    /// Keeps all triggers, which are enabled at first, from being run by `fire`.
     void disableTriggers() { triggersEnabled = false; }
     void enableTriggers() { triggersEnabled = true; }
     /// Runs the triggers for an event, in order, unless they are disabled.

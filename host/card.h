@@ -9,6 +9,7 @@
 class HOST_EXPORT Card
 {
 public:
+    /// Null for nobody.
     void setClient(const QSharedPointer<Client> &newClient) { client = newClient; }
     /// The card's holder; null while nobody is known.
     QSharedPointer<Client> getClient() const { return client; }

@@ -25,10 +25,13 @@ public:
     };
     Q_ENUM(Sex)
 
+    /// First and last name as the till shows them; empty when not known.
     void setName(const QString &newName) { name = newName; }
     QString getName() const { return name; }
+    /// In the spelling of whoever set it; empty when not known.
     void setPhoneNumber(const QString &phone) { phoneNumber = phone; }
     QString getPhoneNumber() const { return phoneNumber; }
+    /// Checked by nobody; empty when not known.
     void setEmail(const QString &newEmail) { email = newEmail; }
     QString getEmail() const { return email; }
     /// Switches one option on; options once on stay on.
@@ -40,6 +43,7 @@ public:
     bool hasOption(ClientOptions option) const { return options.contains(option); }
     /// Those that are on, in the order in which they were switched.
     const QList<ClientOptions> &getOptions() const { return options; }
+    /// Male until set: a till knows no third value.
     void setSex(Sex newSex) { sex = newSex; }
     Sex getSex() const { return sex; }
     /// An invalid date means that the birthday is not known.

@@ -105,11 +105,6 @@ std::optional<QString> Config::load(const QString &path)
     return std::nullopt;
 }
 
-QString Config::getText(const QString &key, const QString &defaultText) const
-{
-    return values.value(key, defaultText);
-}
-
 int Config::getInt(const QString &key, int defaultValue) const
 {
     const auto found = values.constFind(key);
@@ -122,14 +117,4 @@ int Config::getInt(const QString &key, int defaultValue) const
     qCWarning(log, "the setting \"%s\" is no 32-bit integer, using %d", qUtf8Printable(key),
               defaultValue);
     return defaultValue;
-}
-
-void Config::set(const QString &key, const QString &value)
-{
-    values.insert(key, value);
-}
-
-void Config::clear()
-{
-    values.clear();
 }

@@ -29,7 +29,10 @@ public:
     [[nodiscard]] std::optional<QString> load(const QString &path);
 
     /// The text stored under `key`, or `defaultText` when there is none.
-    QString getText(const QString &key, const QString &defaultText = {}) const;
+    QString getText(const QString &key, const QString &defaultText = {}) const
+    {
+        return values.value(key, defaultText);
+    }
     /// The integer stored under `key`, or `defaultValue` when there is none. A text that is no
     /// 32-bit integer gives `defaultValue` and a warning in the log that names the key.
     int getInt(const QString &key, int defaultValue) const;
@@ -38,8 +41,9 @@ public:
     QStringList keys() const { return values.keys(); }
 
     /// Sets one text for the life of the process, as a program's option does.
-    void set(const QString &key, const QString &value);
-    void clear();
+    void set(const QString &key, const QString &value) { values.insert(key, value); }
+    /// Forgets all settings: every key has its default again.
+    void clear() { values.clear(); }
 
 private:
     QHash<QString, QString> values;

@@ -68,10 +68,6 @@ public:
     std::optional<QList<QueuedMessage>> batch;
 };
 
-DBQueueBroker::DBQueueBroker()
-    : DBQueueBroker(QString())
-{}
-
 DBQueueBroker::DBQueueBroker(const QString &file)
     : store(std::make_unique<Store>(file))
 {}

@@ -45,10 +45,9 @@ struct QueueState
 class HOST_EXPORT DBQueueBroker
 {
 public:
-    /// A broker without a file: every call fails until `setFile`.
-    DBQueueBroker();
-    /// A broker for the file given; its directory is created (mode 0700) when missing.
-    explicit DBQueueBroker(const QString &file);
+    /// A broker for the file given; its directory is created (mode 0700) when missing. Without a
+    /// file every call fails until `setFile`.
+    explicit DBQueueBroker(const QString &file = {});
     ~DBQueueBroker();
     Q_DISABLE_COPY_MOVE(DBQueueBroker)
 
@@ -73,8 +72,10 @@ public:
     /// The waiting message that comes after the one of that number; nothing when there is none or
     /// the file cannot be read.
     std::optional<QueuedMessage> next(const QString &queue, qint64 after);
+    /// The waiting message that has come first; nothing as with `next`.
     std::optional<QueuedMessage> first(const QString &queue) { return next(queue, 0); }
-    /// Up to `limit` waiting messages in order, without taking them.
+    /// Up to `limit` waiting messages in order, without taking them; none when the file cannot be
+    /// read, which `lastError` tells from an empty queue.
     QList<QueuedMessage> waiting(const QString &queue, int limit);
     /// Removes a delivered message, parked or not. This and the following calls answer false for a
     /// number that no such message has.
@@ -86,6 +87,7 @@ public:
     bool noteFailure(qint64 id, const QString &reason, int deferrals);
     /// Puts a waiting message aside with the reason; the ones behind it move up.
     bool park(qint64 id, const QString &reason);
+    /// All that are put aside, in the order they came; none as with `waiting`.
     QList<QueuedMessage> parked(const QString &queue);
     /// Puts a parked message back at its old place in the queue, its tries counted anew.
     bool unpark(qint64 id);

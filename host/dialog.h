@@ -41,11 +41,13 @@ public:
     /// A question with two answers. \return Whether the cashier chose `ok`.
     virtual bool showChoice(const tr::Tr &question, int kind, const tr::Tr &ok,
                             const tr::Tr &cancel, int defaultAnswer);
-    /// A line of text.
+    /// A line of text. The result tells an empty text from a cancelled input.
     virtual core::BasicDialog::Result showInputText(const InputTextRequest &request);
     /// A form. \return The answers by field key; empty when the cashier cancelled.
     virtual QVariantMap showForm(const FormRequest &request);
+    /// A message while something is under way, which is not waited for. Never null.
     virtual QSharedPointer<SimpleProgress> showProgress(const ProgressRequest &request);
+    /// The same, with `text` as the message and `details` as the title.
     virtual QSharedPointer<SimpleProgress> showProgress(const tr::Tr &text, const tr::Tr &details);
 };
 

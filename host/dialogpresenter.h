@@ -7,6 +7,8 @@
 #include <QVariantMap>
 
 /// How a till shows its dialogs. See `Dialog` for what each call means.
+///
+/// Every call comes in the plugin's thread and, where it has an answer, returns with the cashier's.
 class HOST_EXPORT DialogPresenter
 {
 public:
@@ -16,10 +18,14 @@ public:
 
     virtual void showError(const tr::Tr &text) = 0;
     virtual void showMessage(const tr::Tr &text) = 0;
+    /// \return Whether `ok` was chosen; false when the question was cancelled.
     virtual bool showChoice(const tr::Tr &question, const tr::Tr &ok, const tr::Tr &cancel) = 0;
+    /// A default result when the input was cancelled.
     virtual core::BasicDialog::Result showInputText(const InputTextRequest &request) = 0;
+    /// The answers by field key; empty when the form was cancelled.
     virtual QVariantMap showForm(const FormRequest &request) = 0;
     /// Shows a progress message until the matching `hideProgress`.
     virtual void showProgress(const ProgressRequest &request) = 0;
+    /// Called once for each `showProgress`.
     virtual void hideProgress() = 0;
 };

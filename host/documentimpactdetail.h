@@ -6,6 +6,7 @@
 class HOST_EXPORT DocumentImpactDetail
 {
 public:
+    /// Nothing is checked; see the queries for what each value means.
     DocumentImpactDetail(int posnum, int campaignCode, int discountMode, int impactSource,
                          double discountSum)
         : posnum(posnum)
@@ -15,7 +16,9 @@ public:
         , discountSum(discountSum)
     {}
 
+    /// Number of the position on which it fell.
     int getPosnum() const { return posnum; }
+    /// Which of the shop's campaigns gave it; 0 for none.
     int getCampaignCode() const { return campaignCode; }
     /// How the discount came about; 6 is the rounding of the change in the customer's favour.
     int getDiscountMode() const { return discountMode; }

@@ -11,7 +11,9 @@ class AbstractDocument;
 /// The JSON form in which receipts are kept.
 namespace documentjson {
 
-/// The whole receipt. Sets `error` when a value of it cannot be kept.
+/// The whole receipt. Where a value of the plugin data or the card's number cannot be kept, `error`
+/// tells why and nothing stands there; with a sum or quantity that is not finite the receipt cannot
+/// be read back.
 HOST_EXPORT QJsonObject toJson(const AbstractDocument &document, QString &error);
 
 /// Whether a newer version of this code has made the object, as far as it can be told.

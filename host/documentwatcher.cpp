@@ -1,8 +1,3 @@
 #include "host/documentwatcher.h"
 
 DocumentWatcher::~DocumentWatcher() = default;
-
-void DocumentWatcher::setDocument(const QSharedPointer<AbstractDocument> &document)
-{
-    currentDocument = document;
-}

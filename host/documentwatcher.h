@@ -15,7 +15,10 @@ public:
     Q_DISABLE_COPY_MOVE(DocumentWatcher)
 
     /// Called by the till whenever another receipt is at hand; null for none.
-    void setDocument(const QSharedPointer<AbstractDocument> &document);
+    void setDocument(const QSharedPointer<AbstractDocument> &document)
+    {
+        currentDocument = document;
+    }
 
 protected:
     QSharedPointer<AbstractDocument> currentDocument;

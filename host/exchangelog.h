@@ -35,9 +35,11 @@ public:
     /// \param compact Whether the bodies are left out.
     ExchangeLog(const Log4Qt::Logger *logger, bool compact, Request request);
 
+    /// Before it is sent; only its body, so nothing without details.
     void writeRequest() const;
     /// \param note What follows the line of an answer whose code is not 200.
     void writeAnswer(const http::Response &response, const QString &note) const;
+    /// Nothing complete came back, for a reason in English words.
     void writeFailure(const QString &reason, int transportCode) const;
 
 private:

@@ -11,6 +11,7 @@ namespace http {
 class HOST_EXPORT Response
 {
 public:
+    /// Before any exchange: both codes 0, which together no exchange leaves.
     Response() = default;
     Response(int httpCode, int transportCode, QByteArray body);
 

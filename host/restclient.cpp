@@ -57,16 +57,6 @@ void RestClient::setTimeout(qint64 milliseconds)
     timeout = std::max<qint64>(milliseconds, 1);
 }
 
-void RestClient::setLogger(const Log4Qt::Logger *newLogger)
-{
-    logger = newLogger;
-}
-
-void RestClient::setCompactLogs(bool compact)
-{
-    compactLogs = compact;
-}
-
 void RestClient::send(const QUrl &url, const QJsonDocument &document,
                       const QHash<QString, QString> &headers)
 {
@@ -97,11 +87,6 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
     lastOfThread = response;
     if (const auto &observer = exchangeObserver())
         observer({url, response, duration_cast<std::chrono::microseconds>(Clock::now() - begin)});
-}
-
-http::Response RestClient::getResponse() const
-{
-    return response;
 }
 
 http::Response RestClient::lastResponse()

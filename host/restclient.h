@@ -49,18 +49,18 @@ public:
     /// 1 ms; there is no endless wait. 5,000 ms until set.
     virtual void setTimeout(qint64 milliseconds);
     /// Where exchanges are logged; null for nowhere. The logger must outlive the client.
-    virtual void setLogger(const Log4Qt::Logger *newLogger);
+    virtual void setLogger(const Log4Qt::Logger *newLogger) { logger = newLogger; }
     /// Each exchange is logged in one line at info level, a failure as a warning; without compact
     /// logs both bodies as well, at debug level, never the headers.
-    virtual void setCompactLogs(bool compact);
+    virtual void setCompactLogs(bool compact) { compactLogs = compact; }
 
     /// Posts the document with the headers; the outcome is in `getResponse`. A header whose name
     /// or value holds a line break or a null character, or a URL that is neither http nor https,
     /// is not sent and leaves a response with HTTP code 0.
     virtual void send(const QUrl &url, const QJsonDocument &document,
                       const QHash<QString, QString> &headers);
-    /// The outcome of the last `send`.
-    virtual http::Response getResponse() const;
+    /// The outcome of the last `send`; HTTP code 0 and no body before the first one.
+    virtual http::Response getResponse() const { return response; }
 
     /// The outcome of the last `send` of any client in this thread, for who was not at the call.
     static http::Response lastResponse();

@@ -52,6 +52,7 @@ public:
     /// Says how an exchange ended, and how long the answer asked for patience.
     void note(const QUrl &service, Outcome outcome, std::chrono::seconds retryAfter = {});
 
+    /// What is known of the service; `Unknown` for one that nobody has asked.
     State state(const QUrl &service) const;
     /// Forgets all services, and reads the settings anew for the next ones.
     void clear();

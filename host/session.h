@@ -17,8 +17,8 @@ public:
     virtual ~ProgressDisplay();
     Q_DISABLE_COPY_MOVE(ProgressDisplay)
 
-    /// Shows the text; `value` is the share done in percent.
-    virtual void setProgress(const tr::Tr &text, int value);
+    /// Shows a text and the share done in percent.
+    virtual void setProgress(const tr::Tr & /*text*/, int /*value*/) {}
 };
 
 /// The cashier's session: the receipt at hand and the progress display.
@@ -29,14 +29,20 @@ public:
 
     /// The receipt the till is working on; null between receipts.
     QSharedPointer<AbstractDocument> getCurrentDocument() const { return currentDocument; }
-    void setCurrentDocument(const QSharedPointer<AbstractDocument> &document);
+    /// Null between receipts; the till calls it before it tells the plugins.
+    void setCurrentDocument(const QSharedPointer<AbstractDocument> &document)
+    {
+        currentDocument = document;
+    }
 
     /// Who keeps the receipt at hand; null when it is not kept at all. Not owned.
     ReceiptKeeper *getReceiptKeeper() const { return receiptKeeper; }
+    /// Null for nobody; must outlive its use here.
     void setReceiptKeeper(ReceiptKeeper *keeper) { receiptKeeper = keeper; }
 
     /// Never null; a display that shows nothing until the till sets its own.
     QSharedPointer<ProgressDisplay> getProgressDisplay() const { return progressDisplay; }
+    /// Null for one that shows nothing.
     void setProgressDisplay(const QSharedPointer<ProgressDisplay> &display);
 
 private:

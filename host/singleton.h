@@ -9,6 +9,7 @@ template<typename T>
 class Singleton
 {
 public:
+    /// Never null; created by whichever thread asks first.
     static T *instance();
 };
 

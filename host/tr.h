@@ -11,7 +11,9 @@ namespace tr {
 class HOST_EXPORT Tr
 {
 public:
+    /// No text.
     Tr() = default;
+    /// A message of that identifier; with an empty one the text is never translated.
     Tr(QString id, QString defaultText);
 
     /// Whether there is neither an identifier nor a text.

@@ -147,27 +147,12 @@ void Simulator::stop()
     server.reset();
 }
 
-QString Simulator::errorString() const
-{
-    return error;
-}
-
-int Simulator::port() const
-{
-    return boundPort;
-}
-
 QString Simulator::url() const
 {
     const auto scheme = options.certificateFile.isEmpty() ? u"http"_s : u"https"_s;
     return u"%1://%2:%3%4"_s.arg(scheme, QLatin1String(host))
         .arg(boundPort)
         .arg(QLatin1String(operationsPath));
-}
-
-void Simulator::addFault(const Fault &fault)
-{
-    faults.add(fault);
 }
 
 QJsonObject Simulator::dump() const
@@ -178,16 +163,6 @@ QJsonObject Simulator::dump() const
     for (auto count = counts.begin(); count != counts.end(); ++count)
         result.insert(count.key(), *count);
     return result;
-}
-
-QJsonArray Simulator::orders() const
-{
-    return dump().value("orders"_L1).toArray();
-}
-
-ReceivedRequest Simulator::lastRequest() const
-{
-    return log.lastRequest();
 }
 
 void Simulator::addRoutes()

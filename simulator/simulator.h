@@ -42,14 +42,14 @@ public:
     /// Closes every connection at once, waiting answers included, and waits until no request is
     /// served.
     void stop();
-    QString errorString() const;
+    QString errorString() const { return error; }
 
     /// 0 before the first start.
-    int port() const;
+    int port() const { return boundPort; }
     /// Address of the operations.
     QString url() const;
 
-    void addFault(const Fault &fault);
+    void addFault(const Fault &fault) { faults.add(fault); }
 
     /// What GET /simulator/dump answers: "customers", "codes" (the unused one last sent to a
     /// phone), "letters", "orders", "faults" and the counts "requests" (by operation) and
@@ -59,9 +59,9 @@ public:
     /// "totalPrice", "pointOfContact", "executionDateTimeUtc" when sent, "processingStatus" and
     /// the counts "repetitions", "conflicts" (repetitions whose content differed; the first one
     /// stands), "statusChanges" and "statusRepetitions".
-    QJsonArray orders() const;
+    QJsonArray orders() const { return dump()[QLatin1String("orders")].toArray(); }
     /// The last operation request as it came off the wire, dropped ones included.
-    ReceivedRequest lastRequest() const;
+    ReceivedRequest lastRequest() const { return log.lastRequest(); }
 
 private:
     QString openAndListen();

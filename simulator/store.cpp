@@ -62,11 +62,6 @@ QJsonArray Store::all(QLatin1String collection) const
     return contents;
 }
 
-qint64 Store::lastChange() const
-{
-    return changeCount;
-}
-
 QJsonObject Store::since(qint64 change) const
 {
     std::map<QString, int> totals;

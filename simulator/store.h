@@ -42,7 +42,7 @@ public:
     /// In the order in which they were first put.
     QJsonArray all(QLatin1String collection) const;
     /// How many changes there were.
-    qint64 lastChange() const;
+    qint64 lastChange() const { return changeCount; }
     /// What became what it is after that change, of the latest of each collection, each with its
     /// "number"; and as "totals" how many each collection has.
     QJsonObject since(qint64 change) const;
