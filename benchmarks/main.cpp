@@ -43,6 +43,7 @@ int main(int argc, char *argv[])
     benchmark::AddCustomContext("quick", setup.isQuick() ? "yes" : "no");
     bench::registerExchanges(setup);
     bench::registerPayloads(setup);
+    bench::registerMasks();
     bench::registerQueue(setup);
     bench::registerStore(setup);
     bench::registerProcess(setup);

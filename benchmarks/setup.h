@@ -82,6 +82,7 @@ int loadOnce(const QString &file);
 
 void registerExchanges(Setup &setup);
 void registerPayloads(Setup &setup);
+void registerMasks();
 void registerQueue(Setup &setup);
 void registerStore(Setup &setup);
 void registerProcess(Setup &setup);
