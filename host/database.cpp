@@ -258,6 +258,8 @@ std::optional<int> Database::number(const QString &sql)
 bool Database::fail(Problem problem, const QString &reason)
 {
     kind = problem;
+    if (problem == Problem::Damaged && !QFileInfo::exists(damageMark()))
+        (void)privatefile::write(damageMark(), {});
     error = path.isEmpty() ? reason : QStringLiteral("%1: the store: %2").arg(path, reason);
     return false;
 }

@@ -42,6 +42,8 @@ public:
     Q_DISABLE_COPY_MOVE(Database)
 
     const QString &file() const { return path; }
+    /// Remembers beside the file that damage was met in it, for one who looks into it later.
+    QString damageMark() const { return path + QLatin1String("-damaged"); }
     /// Whether the file is open and ours; opens it if it is not.
     [[nodiscard]] bool open();
     /// Undoes a transaction under way. The next call outside of one opens the file again.

@@ -101,10 +101,10 @@ public:
 
     static QString fileIn(const QString &directory);
 
-    /// Opens the file, which is created when missing, and reads all of it. A damaged one is put
-    /// aside whole, into "damaged/"; what can still be read of open receipts, interrupted commits
-    /// and waiting messages comes into a new one. \return What the cashier is to be told, empty for
-    /// nothing.
+    /// Opens the file, which is created when missing, and reads all of it when damage was met there
+    /// before. A damaged one is put aside whole, into "damaged/"; what can still be read of open
+    /// receipts, interrupted commits and waiting messages comes into a new one. \return What the
+    /// cashier is to be told, empty for nothing.
     QString prepare();
     /// Whether the file was made by a newer version or for something else: nothing can be kept.
     bool isForeign() const;

@@ -3,6 +3,7 @@
 #include "till/core/reservednumbers.h"
 #include "till/core/store.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -12,8 +13,15 @@ namespace till {
 
 QString Store::prepare()
 {
-    if (findDamage().isEmpty())
+    // All of it is read only for a reason: that takes a second for 100,000 receipts.
+    if (database.open() && countIn(ReceiptState::Committing) &&
+        !QFileInfo::exists(database.damageMark()))
+        return {};
+    if (findDamage().isEmpty()) {
+        if (lastError().isEmpty())
+            QFile::remove(database.damageMark());
         return lastError();
+    }
     // Read anew: what is put aside must not be a fault that passes.
     database.close();
     const auto damage = findDamage();
@@ -24,7 +32,10 @@ QString Store::prepare()
     const auto place = putAside(database.file(), QFileInfo(database.file()).path());
     const auto note = QStringLiteral("%1; %2").arg(damage, place);
     // One that could not be moved has it all already.
-    if (QFileInfo::exists(database.file()) || takeUp(left))
+    if (QFileInfo::exists(database.file()))
+        return note;
+    QFile::remove(database.damageMark());
+    if (takeUp(left))
         return note;
     return QStringLiteral("%1; %2").arg(note, lastError());
 }
