@@ -78,7 +78,9 @@ QString prepare(till::WindowSetup &setup)
 void addOptions(QCommandLineParser &parser)
 {
     const auto text = [](const char *words) { return QString::fromLatin1(words); };
-    parser.setApplicationDescription(text("The till with the loyalty plugin, as a window."));
+    parser.setApplicationDescription(
+        text("The till with the loyalty plugin, as a window. Exit code: 0; 2 for bad options or "
+             "settings, without a screen, and when the till is open elsewhere."));
     parser.addHelpOption();
     parser.addVersionOption();
     const auto add = [&](const char *name, const char *meaning, const char *value) {
