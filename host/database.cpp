@@ -95,6 +95,17 @@ std::optional<QList<Database::Row>> Database::read(const char *sql, const QVaria
     return std::nullopt;
 }
 
+std::optional<QString> Database::findDamage()
+{
+    const auto rows = open() ? read("PRAGMA quick_check(1)") : std::nullopt;
+    const auto said = rows && !rows->isEmpty() ? rows->first().first().toString() : QString();
+    if (said == QLatin1String("ok"))
+        return QString();
+    if (!said.isEmpty())
+        fail(Problem::Damaged, QStringLiteral("damaged: ") + said.simplified());
+    return kind == Problem::Damaged ? std::optional(error) : std::nullopt;
+}
+
 std::optional<int> Database::write(const char *sql, const QVariantList &values)
 {
     auto *const query = run(sql, values);

@@ -54,6 +54,9 @@ public:
     /// Runs a statement, which is a transaction of its own outside `Transaction`.
     /// \return How many rows it changed; nothing after a failure.
     [[nodiscard]] std::optional<int> write(const char *sql, const QVariantList &values = {});
+    /// Reads all of the file. \return What is damaged in it, empty for nothing; no value when that
+    /// cannot be told.
+    [[nodiscard]] std::optional<QString> findDamage();
     /// The number of the row inserted last.
     qint64 lastRow() const { return insertedRow; }
 

@@ -166,7 +166,6 @@ private:
         QList<QueuedMessage> messages;
     };
 
-    QString findDamage();
     Unfinished readUnfinished();
     bool takeUp(const Unfinished &left);
     static std::optional<QList<ReceiptRecord>>

@@ -17,20 +17,20 @@ QString Store::prepare()
     if (database.open() && countIn(ReceiptState::Committing) &&
         !QFileInfo::exists(database.damageMark()))
         return {};
-    if (findDamage().isEmpty()) {
-        if (lastError().isEmpty())
+    if (const auto damage = database.findDamage(); !damage || damage->isEmpty()) {
+        if (damage)
             QFile::remove(database.damageMark());
         return lastError();
     }
     // Read anew: what is put aside must not be a fault that passes.
     database.close();
-    const auto damage = findDamage();
-    if (damage.isEmpty())
+    const auto damage = database.findDamage();
+    if (!damage || damage->isEmpty())
         return lastError();
     const auto left = readUnfinished();
     database.close();
     const auto place = putAside(database.file(), QFileInfo(database.file()).path());
-    const auto note = QStringLiteral("%1; %2").arg(damage, place);
+    auto note = QStringLiteral("%1; %2").arg(*damage, place);
     // One that could not be moved has it all already.
     if (QFileInfo::exists(database.file()))
         return note;
@@ -38,18 +38,6 @@ QString Store::prepare()
     if (takeUp(left))
         return note;
     return QStringLiteral("%1; %2").arg(note, lastError());
-}
-
-/// Reads all of the file. \return What is damaged in it; empty when it is whole or cannot be told.
-QString Store::findDamage()
-{
-    const auto rows = database.open() ? database.read("PRAGMA quick_check(1)") : std::nullopt;
-    if (!rows || rows->isEmpty())
-        return database.problem() == Database::Problem::Damaged ? lastError() : QString();
-    const auto said = rows->first().first().toString();
-    return said == QLatin1String("ok") ? QString()
-                                       : QStringLiteral("%1: the store: damaged: %2")
-                                             .arg(database.file(), said.simplified());
 }
 
 /// What is still to be done with a damaged store, as far as it can be read.

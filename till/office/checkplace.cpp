@@ -68,17 +68,14 @@ void checkSpace(const QString &directory, Findings &findings)
 bool checkStore(Database &database, Findings &findings)
 {
     constexpr auto check = "store";
-    const auto rows = database.open() ? database.read("PRAGMA quick_check(1)")
-                                      : std::optional<QList<QVariantList>>();
-    const auto said = rows && !rows->isEmpty() ? rows->first().first().toString() : QString();
-    if (said == QLatin1String("ok")) {
+    if (const auto damage = database.findDamage(); damage && damage->isEmpty()) {
         const auto version = database.read("PRAGMA user_version");
         findings.ok(check, Office::tr("%1, whole, version %2")
                                .arg(database.file(),
                                     version ? version->first().first().toString() : QString()));
         return true;
     }
-    const auto text = said.isEmpty() ? database.lastError() : said;
+    const auto text = database.lastError();
     switch (database.problem()) {
     case Database::Problem::Newer:
     case Database::Problem::Foreign:
