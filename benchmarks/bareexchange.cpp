@@ -21,7 +21,7 @@ SentRequest record(const std::function<void(lmmindbox::Interface &)> &operation)
     lmmindbox::Interface interface;
     operation(interface);
     return {client.sentUrl.toEncoded(),
-            QJsonDocument(client.sentBody).toJson(QJsonDocument::Compact)};
+            QJsonDocument(client.sentBody).toJson(QJsonDocument::Compact), client.sentHeaders};
 }
 
 BareExchange::BareExchange()
@@ -44,6 +44,11 @@ BareExchange::~BareExchange()
 {
     curl_easy_cleanup(handle);
     curl_slist_free_all(headers);
+}
+
+void BareExchange::setTimeout(std::chrono::milliseconds time)
+{
+    curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(time.count()));
 }
 
 bool BareExchange::post(const SentRequest &request)

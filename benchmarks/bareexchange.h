@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QtGlobal>
 
 #include <curl/curl.h>
 
+#include <chrono>
 #include <functional>
 #include <string>
 
@@ -14,11 +16,12 @@ class Interface;
 
 namespace bench {
 
-/// The bytes that an operation of the service client sends.
+/// What an operation of the service client sends.
 struct SentRequest
 {
     QByteArray url;
     QByteArray body;
+    QHash<QString, QString> headers{};
 };
 
 /// Has an operation write its request here instead of sending it.
@@ -33,6 +36,8 @@ public:
     ~BareExchange();
     Q_DISABLE_COPY_MOVE(BareExchange)
 
+    /// How long an exchange may take; by itself for ever.
+    void setTimeout(std::chrono::milliseconds time);
     /// \return Whether the answer came with HTTP code 200 and the service took the request.
     bool post(const SentRequest &request);
     /// Fetches a page, such as the simulator's dump; empty when it cannot.

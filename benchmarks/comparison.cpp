@@ -19,26 +19,6 @@ double processorTime()
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-struct Samples
-{
-    /// Times one more sample. \return Whether every call got there.
-    bool add(int calls, const Call &call)
-    {
-        auto reached = true;
-        const auto busyBefore = processorTime();
-        const auto begin = std::chrono::steady_clock::now();
-        for (int i = 0; i < calls; ++i)
-            reached &= call();
-        const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
-        busy.push_back((processorTime() - busyBefore) / calls);
-        wall.push_back(elapsed.count() / calls);
-        return reached;
-    }
-
-    std::vector<double> wall;
-    std::vector<double> busy;
-};
-
 /// Between two samples in proportion, so that the median of an even number is their mean.
 double quantile(std::vector<double> &samples, double share)
 {
@@ -50,6 +30,19 @@ double quantile(std::vector<double> &samples, double share)
 }
 
 } // namespace
+
+bool Samples::add(int calls, const Call &call)
+{
+    auto reached = true;
+    const auto busyBefore = processorTime();
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < calls; ++i)
+        reached &= call();
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
+    busy.push_back((processorTime() - busyBefore) / calls);
+    wall.push_back(elapsed.count() / calls);
+    return reached;
+}
 
 void compare(benchmark::State &state, int calls, const Call &ours, const Call &floor,
              const std::function<void()> &prepare)
@@ -70,10 +63,15 @@ void compare(benchmark::State &state, int calls, const Call &ours, const Call &f
         }
         state.SetIterationTime(oursSamples.wall.back() * calls);
     }
-    state.counters["ours_cpu"] = quantile(oursSamples.busy, 0.5);
-    state.counters["floor_cpu"] = quantile(floorSamples.busy, 0.5);
-    setCounters(state, "ours", std::move(oursSamples.wall));
-    setCounters(state, "floor", std::move(floorSamples.wall));
+    setCounters(state, std::move(oursSamples), std::move(floorSamples));
+}
+
+void setCounters(benchmark::State &state, Samples ours, Samples floor)
+{
+    state.counters["ours_cpu"] = quantile(ours.busy, 0.5);
+    state.counters["floor_cpu"] = quantile(floor.busy, 0.5);
+    setCounters(state, "ours", std::move(ours.wall));
+    setCounters(state, "floor", std::move(floor.wall));
 }
 
 void setCounters(benchmark::State &state, const std::string &name, std::vector<double> samples)

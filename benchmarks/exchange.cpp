@@ -7,9 +7,14 @@
 #include <host/basicloyaltysystem.h>
 #include <host/session.h>
 
+#include <QEventLoop>
 #include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 
 #include <algorithm>
+#include <memory>
 
 namespace bench {
 
@@ -33,6 +38,27 @@ void getCustomer(benchmark::State &state)
     compare(
         state, 1, [&] { return interface.getCustomer(confirmedPhone).customer.found(); },
         [&] { return bare.post(request); });
+}
+
+/// The same look-up the usual Qt way: a request of the network access manager, and an event loop
+/// until it has finished.
+void getCustomerByManager(benchmark::State &state)
+{
+    BareExchange bare;
+    const auto sent = lookUp(confirmedPhone);
+    QNetworkAccessManager manager;
+    const lmmindbox::Interface interface;
+    const auto usual = [&] {
+        QNetworkRequest request(QUrl::fromEncoded(sent.url));
+        for (auto header = sent.headers.cbegin(); header != sent.headers.cend(); ++header)
+            request.setRawHeader(header.key().toUtf8(), header.value().toUtf8());
+        const std::unique_ptr<QNetworkReply> reply(manager.post(request, sent.body));
+        QEventLoop loop;
+        QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+        return interface.getCustomer(QJsonDocument::fromJson(reply->readAll()).object()).found();
+    };
+    compare(state, 1, usual, [&] { return bare.post(sent); });
 }
 
 /// Identifications of a confirmed customer against the bare exchanges given.
@@ -70,7 +96,9 @@ void countConnections(benchmark::State &state, Setup &setup)
 
 void registerExchanges(Setup &setup)
 {
-    benchmark::RegisterBenchmark("getCustomer", getCustomer)->UseManualTime();
+    benchmark::RegisterBenchmark("getCustomer/client", getCustomer)->UseManualTime();
+    benchmark::RegisterBenchmark("getCustomer/networkAccessManager", getCustomerByManager)
+        ->UseManualTime();
     const auto add = [](const char *name, const QString &phone,
                         const QList<SentRequest> &requests) {
         benchmark::RegisterBenchmark(name, [=](benchmark::State &state) {

@@ -30,22 +30,31 @@ int main(int argc, char *argv[])
         QStringLiteral("load"),
         QStringLiteral("Loads the plugin and prints the seconds that it took."),
         QStringLiteral("file"));
-    parser.addOptions({quick, load});
+    const QCommandLineOption counted(
+        QStringLiteral("count"),
+        QStringLiteral("Calls a lookUp, payload or answer for valgrind to count."),
+        QStringLiteral("what"));
+    parser.addOptions({quick, load, counted});
     if (!parser.parse(QCoreApplication::arguments()) || !parser.positionalArguments().isEmpty())
-        return refuse(QStringLiteral("expected --quick, --load FILE or --benchmark_... options"));
+        return refuse(QStringLiteral(
+            "expected --quick, --load FILE, --count WHAT or --benchmark_... options"));
     if (parser.isSet(load))
         return bench::loadOnce(parser.value(load));
 
     bench::Setup setup(parser.isSet(quick));
     if (!setup.getError().isEmpty())
         return refuse(setup.getError());
+    if (parser.isSet(counted))
+        return bench::count(parser.value(counted)) ? 0 : refuse(counted.description());
     // The report looks for fewer figures then.
     benchmark::AddCustomContext("quick", setup.isQuick() ? "yes" : "no");
     bench::registerExchanges(setup);
     bench::registerPayloads(setup);
+    bench::registerAnswers();
     bench::registerMasks();
     bench::registerQueue(setup);
-    bench::registerStore(setup);
+    bench::registerSale(setup);
+    bench::registerSyncs(setup);
     bench::registerProcess(setup);
     const auto count = benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -1,4 +1,5 @@
 #include "benchmarks/comparison.h"
+#include "benchmarks/filledstore.h"
 #include "benchmarks/setup.h"
 #include "interface/interface.h"
 #include "till/core/deliverer.h"
@@ -11,11 +12,13 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <malloc.h>
 #include <memory>
 #include <unistd.h>
+#include <vector>
 
 namespace bench {
 
@@ -48,13 +51,72 @@ void load(benchmark::State &state)
     setCounters(state, "floor", std::move(floor));
 }
 
-/// Bytes of physical memory that the process takes.
-qint64 residentMemory()
+/// Bytes of physical memory that a process takes.
+qint64 residentMemory(qint64 process)
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(QStringLiteral("/proc/%1/statm").arg(process));
     if (!file.open(QIODevice::ReadOnly))
         return -1;
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
+
+struct Start
+{
+    double seconds = -1; ///< Negative when it failed.
+    double memory = 0;   ///< Bytes of physical memory afterwards.
+};
+
+/// Starts the till on a directory. It has started when it has answered its first command.
+Start startTill(const QString &settingsFile, const QString &directory)
+{
+    Start start;
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    const auto begin = std::chrono::steady_clock::now();
+    process.start(QStringLiteral(TILL_FILE),
+                  {QStringLiteral("--config"), settingsFile, QStringLiteral("--data"), directory,
+                   QStringLiteral("--no-delivery")});
+    process.write("show\n");
+    if (process.waitForReadyRead()) {
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+        start = {time.count(), static_cast<double>(residentMemory(process.processId()))};
+    }
+    process.closeWriteChannel();
+    return process.waitForFinished() && process.exitCode() == 0 ? start : Start();
+}
+
+/// A till's start with many receipts kept and messages waiting, against that with none.
+void start(benchmark::State &state, Setup &setup)
+{
+    const auto full = setup.newFile();
+    const auto empty = setup.newFile();
+    const auto settingsFile = setup.newSettingsFile();
+    const auto receipts = setup.isQuick() ? 1'000 : 100'000;
+    const auto waiting = receipts / 10; // messages, two a receipt
+    FilledStore filled(full, 1);
+    if (!filled.add(receipts - waiting / 2, false) || !filled.add(waiting / 2, true)) {
+        fail(state, "the store is not filled");
+        return;
+    }
+    (void)startTill(settingsFile, empty); // makes its store
+    std::array<std::vector<double>, 2> times;
+    std::array<std::vector<double>, 2> memory;
+    for ([[maybe_unused]] auto iteration : state) {
+        for (const size_t isFull : {0, 1}) {
+            const auto once = startTill(settingsFile, isFull ? full : empty);
+            times.at(isFull).push_back(once.seconds);
+            memory.at(isFull).push_back(once.memory);
+            if (once.seconds < 0) {
+                fail(state, "the till does not start");
+                return;
+            }
+        }
+        state.SetIterationTime(times[1].back());
+    }
+    setCounters(state, "ours", std::move(times[1]));
+    setCounters(state, "floor", std::move(times[0]));
+    setCounters(state, "resident_after", std::move(memory[1]));
+    setCounters(state, "resident_before", std::move(memory[0]));
 }
 
 /// Sells one receipt; what the queue holds then is delivered as a till does in the background.
@@ -99,11 +161,11 @@ void sales(benchmark::State &state, Setup &setup)
                 setup.resetSimulator();
             }
             if (number == warmUp) {
-                state.counters["resident_before"] = static_cast<double>(residentMemory());
+                state.counters["resident_before"] = static_cast<double>(residentMemory(::getpid()));
                 state.counters["heap_before"] = static_cast<double>(::mallinfo2().uordblks);
             }
         }
-        state.counters["resident_after"] = static_cast<double>(residentMemory());
+        state.counters["resident_after"] = static_cast<double>(residentMemory(::getpid()));
         state.counters["heap_after"] = static_cast<double>(::mallinfo2().uordblks);
         state.counters["sales"] = count;
         if (!broker->parked(till::loyaltyQueue()).isEmpty())
@@ -129,6 +191,9 @@ void registerProcess(Setup &setup)
     benchmark::RegisterBenchmark("load", load)
         ->UseManualTime()
         ->Iterations(setup.isQuick() ? 2 : 100);
+    benchmark::RegisterBenchmark("start", [&setup](auto &state) { start(state, setup); })
+        ->UseManualTime()
+        ->Iterations(setup.isQuick() ? 2 : 50);
     benchmark::RegisterBenchmark("sales", [&setup](auto &state) {
         sales(state, setup);
     })->Iterations(1);

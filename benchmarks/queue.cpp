@@ -1,9 +1,11 @@
+#include "benchmarks/barestore.h"
 #include "benchmarks/comparison.h"
+#include "benchmarks/filledstore.h"
 #include "benchmarks/setup.h"
 
-#include "converter/converter.h"
 #include "interface/interface.h"
 #include "till/core/deliverer.h"
+#include "till/core/store.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
@@ -11,146 +13,26 @@
 #include <host/dbqueuebroker.h>
 #include <host/session.h>
 
-#include <QDateTime>
-#include <QFile>
-#include <QJsonDocument>
-
-#include <sqlite3.h>
-
 #include <algorithm>
-#include <utility>
+#include <vector>
 
 namespace bench {
 
 namespace {
 
-constexpr int linesOfMessage = 5;
-constexpr int atATime = 50; ///< Messages delivered in one sample.
-
-/// The floor of every work on the queue: the queue's file and its pragmas, SQLite itself and its
-/// prepared statements.
-class BareQueue
-{
-public:
-    /// Opens the file, which is created the way the queue does it when it is missing.
-    explicit BareQueue(const QString &file);
-    ~BareQueue();
-    Q_DISABLE_COPY_MOVE(BareQueue)
-
-    bool insert(const QByteArray &message);
-    bool remove(qint64 id);
-    /// For many inserts in one go: "BEGIN", "COMMIT".
-    bool execute(const char *sql);
-
-private:
-    sqlite3 *database = nullptr;
-    sqlite3_stmt *insertion = nullptr;
-    sqlite3_stmt *removal = nullptr;
-};
-
-BareQueue::BareQueue(const QString &file)
-{
-    (void)DBQueueBroker(file).state(till::loyaltyQueue());
-    sqlite3_open(QFile::encodeName(file).constData(), &database);
-    execute("PRAGMA journal_mode = WAL");
-    execute("PRAGMA synchronous = FULL");
-    sqlite3_prepare_v2(database,
-                       "INSERT INTO messages (queue, message, tag, queuedAt) "
-                       "VALUES ('lmmindbox', ?, '', ?)",
-                       -1, &insertion, nullptr);
-    sqlite3_prepare_v2(database, "DELETE FROM messages WHERE id = ?", -1, &removal, nullptr);
-}
-
-BareQueue::~BareQueue()
-{
-    sqlite3_finalize(insertion);
-    sqlite3_finalize(removal);
-    sqlite3_close(database);
-}
-
-bool BareQueue::insert(const QByteArray &message)
-{
-    sqlite3_bind_text(insertion, 1, message.constData(), static_cast<int>(message.size()), nullptr);
-    sqlite3_bind_int64(insertion, 2, QDateTime::currentMSecsSinceEpoch());
-    const auto done = sqlite3_step(insertion) == SQLITE_DONE;
-    return sqlite3_reset(insertion) == SQLITE_OK && done;
-}
-
-bool BareQueue::remove(qint64 id)
-{
-    sqlite3_bind_int64(removal, 1, id);
-    const auto done = sqlite3_step(removal) == SQLITE_DONE && sqlite3_changes(database) == 1;
-    return sqlite3_reset(removal) == SQLITE_OK && done;
-}
-
-bool BareQueue::execute(const char *sql)
-{
-    return sqlite3_exec(database, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
-}
-
-QJsonObject messageOf(const QString &method, const QJsonObject &payload)
-{
-    return {{QStringLiteral("method"), method}, {QStringLiteral("payload"), payload}};
-}
-
-QByteArray toBytes(const QJsonObject &json)
-{
-    return QJsonDocument(json).toJson(QJsonDocument::Compact);
-}
-
-/// A receipt's two payloads: the order's creation and its status.
-std::pair<QJsonObject, QJsonObject> payloadsOf(int number)
-{
-    const auto receipt = makeReceipt(linesOfMessage, number);
-    Singleton<Session>::instance()->setCurrentDocument(receipt);
-    lmmindbox::Converter converter;
-    lmmindbox::Customer customer;
-    customer.mobilePhone = confirmedPhone;
-    auto creation = converter.getOrderPayload(customer, receipt->getTotal()).first;
-    auto change = converter.getChangeOrderStatusPayload({});
-    Singleton<Session>::instance()->setCurrentDocument(nullptr);
-    return {creation, change};
-}
+constexpr int atATime = 100; ///< Messages delivered in one sample.
 
 void put(benchmark::State &state, Setup &setup)
 {
     const auto queue = till::loyaltyQueue();
-    const auto message = messageOf(QStringLiteral("change"), payloadsOf(1).second);
+    const auto message = messagesOf(1).constLast();
     const auto bytes = toBytes(message);
     DBQueueBroker broker(setup.newFile());
-    BareQueue bare(setup.newFile());
+    BareStore bare(setup.newFile());
     compare(
-        state, 1, [&] { return broker.put(queue, message, {}); },
+        state, 1, [&] { return broker.put(queue, message.message, {}); },
         [&] { return bare.insert(bytes); });
 }
-
-/// A queue's file to deliver from, and the receipts whose messages fill it, two of each.
-class FilledQueue
-{
-public:
-    FilledQueue(const QString &file, int firstReceipt)
-        : file(file)
-        , queue(file)
-        , receipt(firstReceipt)
-    {}
-    /// Puts the messages of so many receipts behind the others.
-    void add(int receipts)
-    {
-        queue.execute("BEGIN");
-        for (const auto end = receipt + receipts; receipt < end; ++receipt) {
-            const auto payloads = payloadsOf(receipt);
-            queue.insert(toBytes(messageOf(QStringLiteral("create"), payloads.first)));
-            queue.insert(toBytes(messageOf(QStringLiteral("change"), payloads.second)));
-        }
-        queue.execute("COMMIT");
-    }
-
-    const QString file;
-
-private:
-    BareQueue queue;
-    int receipt;
-};
 
 /// What is sent for the messages of so many receipts.
 std::vector<SentRequest> requestsOf(int firstReceipt, int receipts)
@@ -168,87 +50,81 @@ std::vector<SentRequest> requestsOf(int firstReceipt, int receipts)
     return requests;
 }
 
-/// Delivers from a queue with so many messages, some at a time in turn with as many bare exchanges
-/// and deletes; each time is one iteration, before which the queues are filled up again.
+/// Delivers from a queue with so many messages, some at a time in turn with as many bare exchanges;
+/// each time is one iteration, before which the queue is filled up again.
 void deliver(benchmark::State &state, Setup &setup)
 {
     constexpr int receiptsAtATime = atATime / 2;
     constexpr int firstOfFloor = 500'000; // far above ours
     const auto waiting = static_cast<int>(state.range(0));
     setup.resetSimulator();
-    FilledQueue filled(setup.newFile(), 1);
-    filled.add((waiting - atATime) / 2);
-    FilledQueue bareFilled(setup.newFile(), firstOfFloor);
-    bareFilled.add((waiting - atATime) / 2);
+    const auto directory = setup.newFile();
+    FilledStore filled(directory, 1);
+    auto isFilled = filled.add((waiting - atATime) / 2, true);
 
-    DBQueueBroker broker(filled.file);
+    DBQueueBroker broker(till::Store::fileIn(directory));
     lmmindbox::Interface service;
     till::Deliverer deliverer(broker, service);
     const auto ours = [&] {
         auto left = atATime;
         return deliverer.deliver([&left] { return left-- == 0; }).settled == atATime;
     };
-    BareQueue bareQueue(bareFilled.file);
     BareExchange bareExchange;
     std::vector<SentRequest> requests;
-    const auto floor = [&, id = 0]() mutable {
-        return std::ranges::all_of(requests, [&](const auto &request) {
-            return bareExchange.post(request) && bareQueue.remove(++id);
-        });
+    const auto floor = [&] {
+        return std::ranges::all_of(requests,
+                                   [&](const auto &request) { return bareExchange.post(request); });
     };
     const auto prepare = [&, receipt = firstOfFloor]() mutable {
-        filled.add(receiptsAtATime);
-        bareFilled.add(receiptsAtATime);
+        isFilled =
+            isFilled && filled.add(receiptsAtATime, true) && filled.countWaiting() == waiting;
         requests = requestsOf(receipt, receiptsAtATime);
         receipt += receiptsAtATime;
     };
     compare(state, 1, ours, floor, prepare);
     for (auto &[name, counter] : state.counters)
         counter.value /= atATime;
-    if (!broker.parked(till::loyaltyQueue()).isEmpty())
+    if (!isFilled)
+        fail(state, "the queue is not filled");
+    else if (!broker.parked(till::loyaltyQueue()).isEmpty())
         fail(state, "messages were refused");
     else if (setup.countSettledOrders() != atATime * state.iterations())
         fail(state, "the simulator lacks orders");
 }
 
-/// The floor stores the two messages one by one, or both in one transaction as the till does.
-void commitWhileDown(benchmark::State &state, Setup &setup, bool oneTransaction)
+/// From the loyalty system's commit to the store's. The floor stores as much in one transaction.
+void commitWhileDown(benchmark::State &state, Setup &setup)
 {
-    auto *const config = Singleton<Config>::instance();
-    const auto key = QStringLiteral("LmMindbox:url");
-    const auto url = config->getText(key);
-    // Nothing listens on the port for Internet-wide multiplexing.
-    config->set(key, QStringLiteral("http://127.0.0.1:1/v3/operations/sync"));
+    const ServiceElsewhere down;
+    const auto directory = setup.newFile();
+    till::Store store(directory);
     auto *const broker = Singleton<DBQueueBroker>::instance();
-    const auto fileBefore = broker->file();
-    broker->setFile(setup.newFile());
-
     const LoadedPlugin plugin;
-    const auto receipt = makeReceipt(linesOfMessage, 1);
-    plugin.attach(receipt);
-    plugin.system()->commit(receipt);
-    const auto left = broker->waiting(till::loyaltyQueue(), 2);
-    BareQueue bare(setup.newFile());
-    if (left.size() != 2)
-        fail(state, "the messages are not in the queue");
-    else
-        compare(
-            state, 1,
-            [&] {
-                broker->beginBatch();
-                return plugin.system()->commit(receipt) && broker->endBatch();
-            },
-            [&, creation = toBytes(left[0].message), change = toBytes(left[1].message)] {
-                if (!oneTransaction)
-                    return bare.insert(creation) && bare.insert(change);
-                return bare.execute("BEGIN") && bare.insert(creation) && bare.insert(change) &&
-                       bare.execute("COMMIT");
-            });
-    const auto queued = broker->state(till::loyaltyQueue());
-    if (!queued || queued->waiting != 2 * (state.iterations() + 1))
+    till::StoredReceipt receipt;
+    const auto prepare = [&, number = 0]() mutable {
+        receipt = {};
+        receipt.document = makeReceipt(usualLines, ++number);
+        plugin.attach(receipt.document);
+        if (!store.save(receipt, till::ReceiptState::Committing))
+            fail(state, "the receipt is not stored");
+    };
+    const auto ours = [&] {
+        broker->beginBatch();
+        const auto isCommitted = plugin.system()->commit(receipt.document);
+        return isCommitted &&
+               store.saveCommitted(receipt, {till::Report::Queued, {}, {}}, broker->takeBatch());
+    };
+    BareStore bare(setup.newFile());
+    const auto messages = messagesOf(1);
+    const auto floor = [&, creation = toBytes(messages.first()), change = toBytes(messages.last()),
+                        document = documentOf(1)] {
+        return bare.execute("BEGIN IMMEDIATE") && bare.insert(creation) && bare.insert(change) &&
+               bare.update(document) && bare.execute("COMMIT");
+    };
+    compare(state, 1, ours, floor, prepare);
+    const auto left = DBQueueBroker(till::Store::fileIn(directory)).state(till::loyaltyQueue());
+    if (!left || left->waiting != 2 * state.iterations())
         fail(state, "the queue lacks messages");
-    broker->setFile(fileBefore);
-    config->set(key, url);
 }
 
 } // namespace
@@ -258,16 +134,13 @@ void registerQueue(Setup &setup)
     benchmark::RegisterBenchmark("put", [&setup](auto &state) {
         put(state, setup);
     })->UseManualTime();
-    benchmark::RegisterBenchmark("commitWhileDown/twoInserts", [&setup](auto &state) {
-        commitWhileDown(state, setup, false);
-    })->UseManualTime();
-    benchmark::RegisterBenchmark("commitWhileDown/oneTransaction", [&setup](auto &state) {
-        commitWhileDown(state, setup, true);
+    benchmark::RegisterBenchmark("commitWhileDown", [&setup](auto &state) {
+        commitWhileDown(state, setup);
     })->UseManualTime();
     for (auto waiting = 100; waiting <= (setup.isQuick() ? 100 : 100'000); waiting *= 10) {
         benchmark::RegisterBenchmark("deliver", [&setup](auto &state) { deliver(state, setup); })
             ->Arg(waiting)
-            ->Iterations(setup.isQuick() ? 2 : 200)
+            ->Iterations(setup.isQuick() ? 2 : 100)
             ->UseManualTime();
     }
 }

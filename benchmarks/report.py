@@ -5,30 +5,33 @@ usage: report.py [--docs DIRECTORY --command TEXT] FILE.json...
 """
 
 import argparse
-import json
-import math
 import pathlib
 import platform
 import re
 import sys
 
+from charts import bar_chart, line_chart
+from figures import LINES, WAITING, read, seconds, time
+
 BEGIN, END = "<!-- measured -->", "<!-- measured: end -->"
-# Of what waits for nothing the processor time is taken, which a busy machine disturbs less.
-BUSY = ("orderPayload", "statusPayload", "parseAnswer", "expandMask")
-LINES = (1, 10, 100, 1000, 10000)
-WAITING = (100, 1000, 10000, 100000)
 MIB = 2**20
-# A short run leaves these out and takes fewer samples than the others need.
-LONG_RUN_ONLY = [f"deliver/{n}" for n in WAITING[1:]]
+# Fewer samples would say nothing of a growth.
 FEWEST_SAMPLES = 50
 
-# What, its floor, the benchmark, the largest ratio wanted (None: stated only).
+# What, its floor, the benchmark, the largest ratio wanted (None: stated only), the figure taken.
 PAIRS = [
-    ("client: look a customer up", "the bare exchange", "getCustomer", 1.3),
+    ("client: look a customer up", "the bare exchange", "getCustomer/client", 1.1),
+    ("client: look a customer up, p99", "the bare exchange", "getCustomer/client", 1.2, "_p99"),
+    ("the same by QNetworkAccessManager and an event loop", "the bare exchange",
+     "getCustomer/networkAccessManager", None),
     ("plugin: identify, customer without e-mail", "the bare exchange", "identify/withoutEmail",
      1.5),
     ("plugin: identify, with e-mail", "both bare exchanges", "identify/withEmailBothExchanges",
      1.5),
+    ("till: identify, kept on disk", "both exchanges and one update", "identifyKept", 1.2),
+    ("ten sales against a hung service", "one time-out", "hungService/atOnce", 1.1),
+    ("the same half a minute apart, all times a fifth", "one time-out",
+     "hungService/halfMinuteApart", None),
     *[(f"order payload, {n:,} lines", "built by hand", f"orderPayload/{n}", 1.5) for n in LINES],
     *[(f"status payload, {n:,} lines", "built by hand", f"statusPayload/{n}", 1.5) for n in LINES],
     ("answer of 1 KB to a result", "fromJson", "parseAnswer/1024", 1.3),
@@ -36,11 +39,18 @@ PAIRS = [
     ("answer of 1 MB to a result", "fromJson", "parseAnswer/1048576", 1.3),
     ("default order id by its mask", "formatted by hand", "expandMask", 5),
     ("queue: put", "one prepared insert", "put", 1.2),
-    *[(f"delivery, {n:,} waiting", "exchange and delete", f"deliver/{n}", 1.3) for n in WAITING],
-    ("commit while the service is down", "two prepared inserts", "commitWhileDown/twoInserts", 2),
-    ("commit while the service is down", "two inserts, one transaction",
-     "commitWhileDown/oneTransaction", None),
+    *[(f"delivery, {n:,} waiting", "bare exchanges", f"deliver/{n}", 1.2) for n in WAITING],
+    ("commit while the service is down", "two inserts and an update, one transaction",
+     "commitWhileDown", 1.2),
+    ("the same at the till, from the key", "that and the update that begins it", "commitAtTill",
+     1.2),
     ("load the plugin", "an empty plugin", "load", None),
+    ("start of the till, 100,000 receipts, 10,000 waiting", "with none", "start", 1.2),
+    ("first paint of the window", "an empty window", "firstPaint/empty", 2),
+    ("first paint of the window", "a window with one word", "firstPaint/word", None),
+    ("position added, 1,000 lines: the window's processor time", "10 lines", "addPosition", 1.2,
+     "_cpu"),
+    ("position added, 1,000 lines: from key to paint", "10 lines", "addPosition", None),
 ]
 
 # Steps of a sale with their transactions; a delivered message shares its own with others.
@@ -48,48 +58,8 @@ SYNCS = [("opening", 1), ("position", 1), ("discount", 1), ("card", 1), ("commit
          ("delivery", 1)]
 
 
-class Results(dict):
-    """Runs by name; a missing one ends the report, except for what a short run leaves out."""
-
-    def __init__(self):
-        super().__init__()
-        self.context = {}
-
-    def __missing__(self, name):
-        sys.exit(f"report.py: {name}: there is no such figure")
-
-    def is_short(self):
-        return self.context.get("quick") == "yes"
-
-    def left_out(self, name):
-        return self.is_short() and name in LONG_RUN_ONLY
-
-
-def read(files):
-    results = Results()
-    for file in files:
-        content = json.loads(pathlib.Path(file).read_text())
-        results.context = results.context or content["context"]
-        for run in content["benchmarks"]:
-            parts = run["name"].split("/")
-            tail = ("manual_time", "iterations:", "real_time")
-            name = "/".join(p for p in parts if not p.startswith(tail))
-            if run.get("error_occurred"):
-                sys.exit(f"{file}: {name}: {run['error_message']}")
-            results[name] = run
-    return results
-
-
-def time(results, name, side):
-    """Median seconds of one call of a benchmark's side, "ours" or "floor"."""
-    return results[name][side + "_cpu" * name.startswith(BUSY)]
-
-
-def seconds(value):
-    for unit, size in (("s", 1), ("ms", 1e-3), ("µs", 1e-6)):
-        if value >= 0.9995 * size:  # 999.7 µs are 1 ms
-            return f"{value / size:.3g} {unit}"
-    return f"{value * 1e9:.3g} ns"
+COUNTED = {"lookUp": "one look-up", "bareExchange": "its bare exchange",
+           "payload": "one order payload of 100 lines", "answer": "one answer of 1 KB"}
 
 
 def row(what, ours, floor_name, floor, ratio, target, wanted):
@@ -114,24 +84,32 @@ def flatness(results, what, low, high, amount):
     return [row(what, seconds(many), "among few", seconds(few), many / few, 1.2, at_most(1.2))]
 
 
+def growth(results):
+    """What a delivery's message costs more in a long queue, against what its floor costs more."""
+    if results.left_out("deliver/100000"):
+        return []
+    ours, floor = (results["deliver/100000"][side] / results["deliver/100"][side]
+                   for side in ("ours", "floor"))
+    return [row("delivery: a message at 100,000 against 100", f"{ours:.2f}", "the floor's growth",
+                f"{floor:.2f}", ours / floor, 1.1, at_most(1.1))]
+
+
 def rows(results):
     table = []
-    for what, floor_name, name, target in PAIRS:
+    for what, floor_name, name, target, *figure in PAIRS:
         if results.left_out(name):
             continue
-        ours, floor = (time(results, name, side) for side in ("ours", "floor"))
+        if figure:
+            ours, floor = (results[name][side + figure[0]] for side in ("ours", "floor"))
+        else:
+            ours, floor = (time(results, name, side) for side in ("ours", "floor"))
         table.append(row(what, seconds(ours), floor_name, seconds(floor), ours / floor, target,
                          at_most(target)))
-        if name == "getCustomer":
-            ours, floor = (results[name][side] for side in ("ours_p99", "floor_p99"))
-            table.append(row(what + ", p99", seconds(ours), floor_name, seconds(floor),
-                             ours / floor, None, "stated"))
     number = lambda name: int(name.split("/")[-1])
     for kind, what in (("orderPayload", "order"), ("statusPayload", "status")):
         table += flatness(results, f"{what} payload: a line at 10,000 against 100",
                           f"{kind}/100", f"{kind}/10000", number)
-    table += flatness(results, "delivery: a message at 100,000 against 100",
-                      "deliver/100", "deliver/100000", lambda _: 1)
+    table += growth(results)
     for lines in (1, 10, 100, 1000):
         count = results[f"connections/{lines}"]["connections"]
         table.append(row(f"connections of the plugin in a sale of {lines:,} lines", f"{count:.0f}",
@@ -141,17 +119,30 @@ def rows(results):
             if step in (run := results[f"syncs/{service}"]):
                 table.append(row(f"syncs of {step}, service {service}", f"{run[step]:.2f}",
                                  "transactions", str(floor), run[step] / floor, 1.05, "≤ 1.05"))
-    return table + memory(results["sales"])
+    table += instructions(results)
+    started = [results["start"][f"resident_{when}"] for when in ("before", "after")]
+    return table + [grown("memory (resident) of the till, 100,000 receipts, 10,000 waiting",
+                          "with none", *started, 5)] + memory(results["sales"])
+
+
+def instructions(results):
+    """Counts of valgrind; a machine's load does not change them."""
+    return [[f"instructions: {what}", f"{results.instructions[name]:,}", "", "", "stated", ""]
+            for name, what in COUNTED.items() if name in results.instructions]
+
+
+def grown(what, floor_name, before, after, most):
+    more = (after - before) / MIB
+    return [what, f"{after / MIB:.2f} MiB", f"{floor_name}: {before / MIB:.2f} MiB",
+            f"{more:+.2f} MiB", f"≤ +{most} MiB", "yes" if more <= most else "no"]
 
 
 def memory(run):
     table = []
     for kind in ("resident", "heap"):
         before, after = run[f"{kind}_before"], run[f"{kind}_after"]
-        grown = (after - before) / MIB
-        table.append([f"memory ({kind}) after {run['sales']:,.0f} sales", f"{after / MIB:.2f} MiB",
-                      f"after 1,000 sales: {before / MIB:.2f} MiB", f"{grown:+.2f} MiB", "≤ +1 MiB",
-                      "yes" if grown <= 1 else "no"])
+        table.append(grown(f"memory ({kind}) after {run['sales']:,.0f} sales", "after 1,000 sales",
+                           before, after, 1))
     return table
 
 
@@ -167,75 +158,6 @@ def plain(table):
 def markdown(table):
     lines = [HEADER, ["---"] * len(HEADER), *table]
     return "\n".join("| " + " | ".join(line) + " |" for line in lines)
-
-
-def text(x, y, content, anchor="middle", size=12):
-    return (f'<text x="{x:.1f}" y="{y:.1f}" text-anchor="{anchor}" font-size="{size}">'
-            f'{content}</text>')
-
-
-def stroke(x1, y1, x2, y2, style='stroke="#ddd"'):
-    return f'<line x1="{x1}" x2="{x2}" y1="{y1:.1f}" y2="{y2:.1f}" {style}/>'
-
-
-def bar(y, width, style):
-    return f'<rect x="235" y="{y}" width="{width:.1f}" height="28" {style}/>'
-
-
-def svg(width, height, parts):
-    return (f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
-            'font-family="sans-serif" fill="#222">'
-            f'<rect width="{width}" height="{height}" fill="white"/>\n'
-            + "\n".join(parts) + "\n</svg>\n")
-
-
-def line_chart(results):
-    """Cost a line against the lines of the receipt, both axes from the figures."""
-    left, top, right, bottom = 70, 50, 620, 330
-    series = [("order, plugin", "orderPayload", "ours", "#1b6ca8", ""),
-              ("order, by hand", "orderPayload", "floor", "#1b6ca8", "5 4"),
-              ("status, plugin", "statusPayload", "ours", "#c0562b", ""),
-              ("status, by hand", "statusPayload", "floor", "#c0562b", "5 4")]
-    points = {label: [(n, time(results, f"{kind}/{n}", side) / n * 1e6) for n in LINES]
-              for label, kind, side, _, _ in series}
-    top_value = max(v for values in points.values() for _, v in values) * 1.1
-    x = lambda n: left + (right - left) * math.log10(n) / math.log10(LINES[-1])
-    y = lambda v: bottom - (bottom - top) * v / top_value
-    parts = [text(345, 25, "Cost a line of the payload, to the bytes", size=15),
-             text(345, 372, "lines of the receipt"), text(62, 40, "µs a line", "end")]
-    step = 10 ** math.floor(math.log10(top_value / 2))
-    step *= 5 if top_value / step > 20 else 2 if top_value / step > 8 else 1
-    for i in range(int(top_value / step) + 1):
-        parts += [stroke(left, y(i * step), right, y(i * step)),
-                  text(left - 8, y(i * step) + 4, f"{i * step:g}", "end")]
-    parts += [text(x(n), bottom + 20, f"{n:,}") for n in LINES]
-    for i, (label, _, _, colour, dash) in enumerate(series):
-        path = " ".join(f"{x(n):.1f},{y(v):.1f}" for n, v in points[label])
-        style = f'fill="none" stroke="{colour}" stroke-width="2" stroke-dasharray="{dash}"'
-        height = 64 + 18 * i
-        parts += [f'<polyline points="{path}" {style}/>', stroke(440, height, 480, height, style),
-                  text(488, height + 4, label, "start")]
-    return svg(660, 385, parts)
-
-
-def bar_chart(results):
-    """Latency of the exchange alone and of what the plugin makes of it."""
-    bars = [("bare exchange", "getCustomer", "floor"), ("client: look-up", "getCustomer", "ours"),
-            ("plugin: identify, without e-mail", "identify/withoutEmail", "ours"),
-            ("both bare exchanges", "identify/withEmailBothExchanges", "floor"),
-            ("plugin: identify, with e-mail", "identify/withEmailBothExchanges", "ours")]
-    longest = max(results[name][field + "_p99"] for _, name, field in bars)
-    width = lambda value: 340 * value / longest
-    parts = [text(345, 25, "Latency with and without the plugin", size=15),
-             text(345, 45, "dark: median, light: 99th percentile")]
-    for i, (label, name, field) in enumerate(bars):
-        median, p99, y = results[name][field], results[name][field + "_p99"], 62 + 44 * i
-        colour = "#1b6ca8" if field == "ours" else "#777"
-        parts += [text(225, y + 19, label, "end"),
-                  bar(y, width(p99), f'fill="{colour}" opacity="0.35"'),
-                  bar(y, width(median), f'fill="{colour}"'),
-                  text(241 + width(p99), y + 19, f"{seconds(median)} / {seconds(p99)}", "start")]
-    return svg(700, 72 + 44 * len(bars), parts)
 
 
 def machine(context):
@@ -264,9 +186,14 @@ def main():
     parser.add_argument("--docs", type=pathlib.Path,
                         help="where performance.md is to be brought up to date")
     parser.add_argument("--command", default="scripts/bench", help="how the figures were made")
+    parser.add_argument("--instructions", type=pathlib.Path,
+                        help="file with valgrind's counts, lines of name and number")
     parser.add_argument("files", nargs="+", metavar="FILE")
     arguments = parser.parse_args()
     results = read(arguments.files)
+    if arguments.instructions:
+        lines = arguments.instructions.read_text().splitlines()
+        results.instructions = {name: int(count) for name, count in map(str.split, lines)}
     table = rows(results)
     print(plain(table))
     if arguments.docs:

@@ -2,9 +2,9 @@
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
-#include <host/config.h>
 #include <host/dbqueuebroker.h>
 #include <host/logging.h>
+#include <host/serviceavailability.h>
 #include <host/session.h>
 
 #include <QDir>
@@ -20,6 +20,8 @@
 namespace bench {
 
 namespace {
+
+const auto urlSetting = QStringLiteral("LmMindbox:url");
 
 /// The port that the simulator has written; 0 when it does not come.
 int waitForPort(const QString &fileName)
@@ -57,8 +59,7 @@ Setup::Setup(bool quick)
     }
     simulatorUrl = "http://127.0.0.1:" + QByteArray::number(port);
     auto *const config = Singleton<Config>::instance();
-    config->set(QStringLiteral("LmMindbox:url"),
-                QString::fromLatin1(simulatorUrl + "/v3/operations/sync"));
+    config->set(urlSetting, QString::fromLatin1(simulatorUrl + "/v3/operations/sync"));
     config->set(QStringLiteral("LmMindbox:endpoint"), QStringLiteral("till-demo"));
     config->set(QStringLiteral("LmMindbox:secretKey"), QStringLiteral("demo-secret"));
     Singleton<DBQueueBroker>::instance()->setFile(newFile());
@@ -78,6 +79,18 @@ QString Setup::newFile() const
     return directory.filePath(QString::number(++number));
 }
 
+QString Setup::newSettingsFile() const
+{
+    QFile file(newFile());
+    const auto text = QStringLiteral("%1=%2/v3/operations/sync\nLmMindbox:endpoint=till-demo\n"
+                                     "LmMindbox:secretKey=demo-secret\nTill:plugin=%3\n")
+                          .arg(urlSetting, QLatin1String(simulatorUrl), QLatin1String(PLUGIN_FILE));
+    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0 &&
+                   file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)
+               ? file.fileName()
+               : QString();
+}
+
 QJsonObject Setup::dump()
 {
     return QJsonDocument::fromJson(BareExchange().get(simulatorUrl + "/simulator/dump")).object();
@@ -94,6 +107,20 @@ int Setup::countSettledOrders()
 void Setup::resetSimulator()
 {
     BareExchange().post({simulatorUrl + "/simulator/reset", {}});
+}
+
+ServiceElsewhere::ServiceElsewhere(int port)
+    : before(*Singleton<Config>::instance())
+{
+    Singleton<Config>::instance()->set(
+        urlSetting, QStringLiteral("http://127.0.0.1:%1/v3/operations/sync").arg(port));
+    Singleton<ServiceAvailability>::instance()->clear();
+}
+
+ServiceElsewhere::~ServiceElsewhere()
+{
+    *Singleton<Config>::instance() = before;
+    Singleton<ServiceAvailability>::instance()->clear();
 }
 
 LoadedPlugin::LoadedPlugin(const QString &file)

@@ -2,6 +2,8 @@
 
 #include "benchmarks/bareexchange.h"
 
+#include <host/config.h>
+
 #include <QJsonObject>
 #include <QPluginLoader>
 #include <QProcess>
@@ -30,6 +32,8 @@ public:
 
     /// A new file's name, on the disk that the benchmarks run on.
     QString newFile() const;
+    /// A new settings file of a till with these settings.
+    QString newSettingsFile() const;
     /// What the simulator holds and has counted.
     QJsonObject dump();
     /// How many orders the simulator holds whose lines have got their status.
@@ -43,6 +47,20 @@ private:
     QTemporaryDir directory;
     QProcess simulator;
     QByteArray simulatorUrl;
+};
+
+/// While it lives, what is set up anew looks for the service elsewhere. Then the settings are as
+/// they were before.
+class ServiceElsewhere
+{
+public:
+    /// By itself where nothing listens, the port for Internet-wide multiplexing.
+    explicit ServiceElsewhere(int port = 1);
+    ~ServiceElsewhere();
+    Q_DISABLE_COPY_MOVE(ServiceElsewhere)
+
+private:
+    const Config before;
 };
 
 /// The built plugin, loaded as a till loads it; made anew each time, with the settings of that
@@ -80,11 +98,21 @@ inline const auto phoneWithoutEmail = QStringLiteral("79160000003");
 /// is loaded but once in a process.
 int loadOnce(const QString &file);
 
+/// An answer about a customer that takes at least so many bytes, the way services grow them: with
+/// more records of the same kind.
+QByteArray answerOfSize(qsizetype size);
+
+/// Calls something a hundred times for valgrind to count: "lookUp", its "bareExchange",
+/// "payload" of 100 lines or "answer" of 1 KB. \return Whether it is one of these.
+bool count(const QString &what);
+
 void registerExchanges(Setup &setup);
 void registerPayloads(Setup &setup);
+void registerAnswers();
 void registerMasks();
 void registerQueue(Setup &setup);
-void registerStore(Setup &setup);
+void registerSale(Setup &setup);
+void registerSyncs(Setup &setup);
 void registerProcess(Setup &setup);
 
 } // namespace bench

@@ -6,16 +6,12 @@
 
 namespace http {
 
-Response::Response(int httpCode, int transportCode, QByteArray body)
+Response::Response(int httpCode, int transportCode, QByteArray content)
     : httpCode(httpCode)
     , transportCode(transportCode)
-    , body(std::move(body))
-{}
-
-QJsonObject Response::responseObject() const
-{
+    , body(std::move(content))
     // The parser refuses what is not UTF-8 and what nests deeper than 1024 levels.
-    return QJsonDocument::fromJson(body).object();
-}
+    , object(QJsonDocument::fromJson(body).object())
+{}
 
 } // namespace http

@@ -21,12 +21,13 @@ public:
     int getTransportCode() const { return transportCode; }
     const QByteArray &getBody() const { return body; }
     /// The body as a JSON object; empty when the body is missing or no JSON object.
-    QJsonObject responseObject() const;
+    QJsonObject responseObject() const { return object; }
 
 private:
     int httpCode = 0;
     int transportCode = 0;
     QByteArray body;
+    QJsonObject object;
 };
 
 } // namespace http

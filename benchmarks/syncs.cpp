@@ -1,19 +1,18 @@
 #include "benchmarks/comparison.h"
 #include "benchmarks/setup.h"
+#include "benchmarks/tillatwork.h"
 
 #include "till/core/deliverer.h"
 #include "till/core/sale.h"
-#include "till/core/till.h"
 
 #include "interface/interface.h"
 
 #include <host/abstractdocument.h>
-#include <host/config.h>
 #include <host/dbqueuebroker.h>
-#include <host/dialogpresenter.h>
 
 #include <atomic>
 #include <dlfcn.h>
+#include <memory>
 
 namespace {
 
@@ -42,42 +41,23 @@ namespace bench {
 
 namespace {
 
-/// Nobody is at the till.
-class NoFace : public DialogPresenter
-{
-public:
-    void showError(const tr::Tr &) override {}
-    void showMessage(const tr::Tr &) override {}
-    bool showChoice(const tr::Tr &, const tr::Tr &, const tr::Tr &) override { return false; }
-    core::BasicDialog::Result showInputText(const InputTextRequest &) override { return {}; }
-    QVariantMap showForm(const FormRequest &) override { return {}; }
-    void showProgress(const ProgressRequest &) override {}
-    void hideProgress() override {}
-};
-
 /// How many syncs each step of a sale costs, the average of many. The floor is one for each
 /// transaction; the rest is SQLite's own writing back, once in a thousand pages.
 void countSyncs(benchmark::State &state, Setup &setup, bool isServiceUp)
 {
     constexpr int sales = 100;
-    auto *const config = Singleton<Config>::instance();
-    const auto key = QStringLiteral("LmMindbox:url");
-    const auto url = config->getText(key);
-    if (!isServiceUp)
-        config->set(key, QStringLiteral("http://127.0.0.1:1/v3/operations/sync"));
-    till::Settings settings;
-    settings.dataDirectory = setup.newFile();
-    settings.pluginFile = QStringLiteral(PLUGIN_FILE);
-    NoFace face;
+    const auto down = isServiceUp ? nullptr : std::make_unique<ServiceElsewhere>();
     const auto count = [&state](const char *name, const auto &step) {
         const auto before = syncs.load();
         step();
         state.counters[name] += static_cast<double>(syncs - before) / sales;
     };
     for ([[maybe_unused]] auto iteration : state) {
-        till::Till till(settings, face);
-        if (till.start())
+        TillAtWork till(setup);
+        if (!till.error().isEmpty()) {
             fail(state, "the till does not start");
+            return;
+        }
         till.sale().open(DocumentHeader::sale); // the file's first transaction writes more
         for (int i = 0; i < sales; ++i) {
             till.sale().cancel();
@@ -91,7 +71,7 @@ void countSyncs(benchmark::State &state, Setup &setup, bool isServiceUp)
             count("commit", [&] { till.sale().commit(); });
             till.sale().open(DocumentHeader::sale);
         }
-        DBQueueBroker broker(till::Store::fileIn(settings.dataDirectory));
+        DBQueueBroker broker(till::Store::fileIn(till.directory()));
         lmmindbox::Interface service;
         till::Deliverer deliverer(broker, service);
         if (isServiceUp)
@@ -99,13 +79,11 @@ void countSyncs(benchmark::State &state, Setup &setup, bool isServiceUp)
         if (broker.state(till::loyaltyQueue())->waiting != (isServiceUp ? 0 : 2 * sales))
             fail(state, "the queue does not hold what it should");
     }
-    config->set(key, url);
-    Singleton<DBQueueBroker>::instance()->setFile(setup.newFile());
 }
 
 } // namespace
 
-void registerStore(Setup &setup)
+void registerSyncs(Setup &setup)
 {
     for (const auto isServiceUp : {true, false})
         benchmark::RegisterBenchmark(isServiceUp ? "syncs/up" : "syncs/down", [&setup, isServiceUp](
