@@ -13,7 +13,7 @@ class HOST_EXPORT Response
 public:
     /// Before any exchange: both codes 0, which together no exchange leaves.
     Response() = default;
-    Response(int httpCode, int transportCode, QByteArray body);
+    Response(int httpCode, int transportCode, QByteArray content);
 
     /// HTTP status code; 0 when no complete answer arrived.
     int getHttpCode() const { return httpCode; }
