@@ -20,6 +20,14 @@ def first_column(text):
     return re.findall(r"^\| (`.*?) \|", text, re.M)
 
 
+def open_files(process):
+    files = set()
+    for file in pathlib.Path(f"/proc/{process.pid}/fd").iterdir():
+        with contextlib.suppress(FileNotFoundError):  # closed since it was listed
+            files.add(os.readlink(file))
+    return files
+
+
 def wait_for(condition):
     end = time.monotonic() + 10
     while not condition():
@@ -172,9 +180,8 @@ class Office(unittest.TestCase):
                 log.rename(f"{log}.1")
                 process.send_signal(signal.SIGHUP)
                 wait_for(log.exists)
-                open_files = pathlib.Path(f"/proc/{process.pid}/fd")
-                wait_for(lambda: str(log) in {os.readlink(file) for file in open_files.iterdir()})
-                self.assertNotIn(f"{log}.1", {os.readlink(file) for file in open_files.iterdir()})
+                wait_for(lambda: str(log) in open_files(process))
+                self.assertNotIn(f"{log}.1", open_files(process))
                 self.assertEqual(log.stat().st_mode & 0o777, 0o600)
                 self.assertIsNone(process.poll())
 
