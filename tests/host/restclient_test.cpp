@@ -151,12 +151,12 @@ TEST(RestClient, LogTellsEachExchangeInOneLineAndBothBodiesWithoutKeyAndCodes)
 {
     const WireServer server({{okReply(
         R"({"status":"ValidationError","customer":{"processingStatus":"NotFound"},)"
-        R"("validationMessages":[{"message":"bad k\"ey\\ü for 4712"}],"x":[{"code":"4711"}]})")}});
+        R"("validationMessages":[{"message":"bad k\"ey\\ü for 471200"}],"x":[{"code":"471100"}]})")}});
     set("LmMindbox:secretKey", QStringLiteral("k\"ey\\ü"));
     RestClient client;
     client.setLogger(Log4Qt::LogManager::logger(QStringLiteral("resttest")));
     const auto body = QJsonDocument::fromJson(
-        R"({"authentificationCode":"4712","name":"Анна %1","order":{"ids":{"a":"001-7"}}})");
+        R"({"authentificationCode":"471200","name":"Анна %1","order":{"ids":{"a":"001-7"}}})");
     const LogCapture log("resttest");
     const auto send = [&] {
         client.send(url(server.port), body, headers);
@@ -180,9 +180,9 @@ TEST(RestClient, LogTellsEachExchangeInOneLineAndBothBodiesWithoutKeyAndCodes)
 
     EXPECT_TRUE(detailed.contains(QStringLiteral("\"name\":\"Анна %1\"")));
     EXPECT_TRUE(detailed.contains(QStringLiteral(R"([{"code":"***"}])")));
-    for (const auto *secret : {"k\"ey", "k\\\"ey", "4711", "4712", "Authorization"})
+    for (const auto *secret : {"k\"ey", "k\\\"ey", "471100", "471200", "Authorization"})
         EXPECT_FALSE(detailed.contains(QLatin1String(secret))) << secret;
-    EXPECT_TRUE(server.received().contains("4712"));
+    EXPECT_TRUE(server.received().contains("471200"));
 }
 
 TEST(RestClient, LineOfAnExchangeStaysShortWhateverTheServiceSays)
