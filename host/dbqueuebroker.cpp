@@ -13,14 +13,15 @@ template class Singleton<DBQueueBroker>;
 namespace {
 
 /// The columns of a message in the order of `messageOf`.
-#define MESSAGE_COLUMNS "id, queue, message, tag, queuedAt, tries, deferrals, parked, lastError"
+#define MESSAGE_COLUMNS                                                                            \
+    "id, queue, CAST(message AS BLOB), tag, queuedAt, tries, deferrals, parked, lastError"
 
 QueuedMessage messageOf(const Database::Row &row)
 {
     return {
         .id = row.at(0).toLongLong(),
         .queue = row.at(1).toString(),
-        .message = QJsonDocument::fromJson(row.at(2).toString().toUtf8()).object(),
+        .message = QJsonDocument::fromJson(row.at(2).toByteArray()).object(),
         .tag = row.at(3).toString(),
         .queuedAt = QDateTime::fromMSecsSinceEpoch(row.at(4).toLongLong()).toUTC(),
         .tries = row.at(5).toInt(),
@@ -118,13 +119,14 @@ QList<QueuedMessage> DBQueueBroker::takeBatch()
 
 bool DBQueueBroker::insert(Database &database, const QueuedMessage &message, qint64 receipt)
 {
+    // Cast, so that neither Qt nor SQLite turns the text into another encoding and back.
     const auto json = QJsonDocument(message.message).toJson(QJsonDocument::Compact);
     return database
         .write("INSERT INTO messages (queue, message, tag, queuedAt, parked, lastError, receipt) "
-               "VALUES (?, ?, ?, ?, ?, ?, ?)",
-               {kept(message.queue), QString::fromUtf8(json), kept(message.tag),
-                message.queuedAt.toMSecsSinceEpoch(), message.isParked ? 1 : 0,
-                kept(message.lastError), receipt > 0 ? QVariant(receipt) : QVariant()})
+               "VALUES (?, CAST(? AS TEXT), ?, ?, ?, ?, ?)",
+               {kept(message.queue), json, kept(message.tag), message.queuedAt.toMSecsSinceEpoch(),
+                message.isParked ? 1 : 0, kept(message.lastError),
+                receipt > 0 ? QVariant(receipt) : QVariant()})
         .has_value();
 }
 

@@ -28,15 +28,14 @@ public:
         QLatin1String purpose;
         QUrl url;
         QJsonObject object;
-        QByteArray body; ///< The object, as it is sent.
     };
 
     /// \param logger Null for no log.
     /// \param compact Whether the bodies are left out.
     ExchangeLog(const Log4Qt::Logger *logger, bool compact, Request request);
 
-    /// Before it is sent; only its body, so nothing without details.
-    void writeRequest() const;
+    /// Before it is sent, as that body; only the body is written, so nothing without details.
+    void writeRequest(const QByteArray &sentBody);
     /// \param note What follows the line of an answer whose code is not 200.
     void writeAnswer(const http::Response &response, const QString &note) const;
     /// Nothing complete came back, for a reason in English words.
@@ -50,5 +49,6 @@ private:
     const Log4Qt::Logger *logger;
     bool detailed;
     Request request;
+    QByteArray body;
     QElapsedTimer duration;
 };

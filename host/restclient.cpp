@@ -61,16 +61,16 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
                       const QHash<QString, QString> &headers)
 {
     const auto isDelivery = purposeOfThread == Purpose::Delivery;
-    const auto body = document.toJson(QJsonDocument::Compact);
-    const ExchangeLog exchangeLog(
+    ExchangeLog exchangeLog(
         logger, compactLogs,
-        {QLatin1String(isDelivery ? "delivery" : "sale"), url, document.object(), body});
+        {QLatin1String(isDelivery ? "delivery" : "sale"), url, document.object()});
     auto &services = *Singleton<ServiceAvailability>::instance();
     const auto begin = Clock::now();
     const std::chrono::milliseconds usual(timeout);
     if (const auto patience = isDelivery ? usual : services.patience(url, usual);
         patience.count() > 0) {
-        exchangeLog.writeRequest();
+        const auto body = document.toJson(QJsonDocument::Compact);
+        exchangeLog.writeRequest(body);
         response = connection->exchange(url, body, headers, patience.count());
         services.note(url, outcomeOf(response.getTransportCode()), connection->getRetryAfter());
         if (const auto error = connection->getError(); !error.isEmpty())

@@ -35,7 +35,7 @@ Customer Interface::getCustomer(const QJsonObject &answer) const
     customer.consentToElectronicChecks = read(consent).toBool();
     customer.firstName = read(firstName).toString();
     customer.lastName = read(lastName).toString();
-    customer.birthDate = QDate::fromString(read(birthDate).toString(), Customer::birthDateForm);
+    customer.birthDate = Customer::readBirthDate(read(birthDate).toString());
     customer.sex = read(sex).toString();
     customer.processingStatus = getProcessingStatus(read(processingStatus).toString());
     return customer;

@@ -29,8 +29,9 @@ class Customer
     Q_PROPERTY(QString sex MEMBER sex)
 
 public:
-    /// How the service's answers and the record kept with the receipt spell a date of birth.
-    static constexpr QStringView birthDateForm = u"yyyy-MM-dd";
+    /// The date that the service's answers and the record kept with the receipt spell "yyyy-MM-dd";
+    /// invalid for any other text.
+    static QDate readBirthDate(const QString &text);
 
     /// Whether the service knew the customer.
     bool found() const;

@@ -39,7 +39,7 @@ bool Plugin::restoreLoyaltySystem()
         // Qt's own conversion takes other spellings of a date as well.
         if (property.metaType() == QMetaType::fromType<QDate>() &&
             value.metaType() == QMetaType::fromType<QString>())
-            value = QDate::fromString(value.toString(), Customer::birthDateForm);
+            value = Customer::readBirthDate(value.toString());
         property.writeOnGadget(&restored, value);
     }
     customer = restored;

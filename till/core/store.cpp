@@ -35,7 +35,8 @@ QString kept(const QString &text)
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-QString jsonOf(const AbstractDocument &document)
+/// Its text; casts keep SQLite and Qt from turning it into another encoding and back.
+QByteArray jsonOf(const AbstractDocument &document)
 {
     QString error;
     const auto json = documentjson::toJson(document, error);
@@ -44,7 +45,7 @@ QString jsonOf(const AbstractDocument &document)
         logger->error(QStringLiteral("receipt %1 is stored without what cannot be: %2"),
                       document.getHeader().num, error);
     }
-    return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
+    return QJsonDocument(json).toJson(QJsonDocument::Compact);
 }
 
 } // namespace
@@ -244,7 +245,7 @@ bool Store::insert(StoredReceipt &receipt, ReceiptState state)
     const auto &header = receipt.document->getHeader();
     const auto inserted = database.write(
         "INSERT INTO receipts (shop, cash, shift, number, kind, begun, state, changed, document) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, CAST(? AS TEXT))",
         {header.shopCode, header.cashCode, header.shift, header.num, header.kind,
          header.dateTimeBeg.toString(Qt::ISODate), nameOf(state), now(),
          jsonOf(*receipt.document)});
@@ -266,7 +267,7 @@ bool Store::write(StoredReceipt &receipt, ReceiptState state)
         return true;
     receipt.revision = receipt.document->getRevision();
     return database
-        .write("UPDATE receipts SET document = ?, changed = ? WHERE id = ?",
+        .write("UPDATE receipts SET document = CAST(? AS TEXT), changed = ? WHERE id = ?",
                {jsonOf(*receipt.document), now(), receipt.row})
         .has_value();
 }
