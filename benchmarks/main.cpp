@@ -32,7 +32,7 @@ int main(int argc, char *argv[])
         QStringLiteral("file"));
     const QCommandLineOption counted(
         QStringLiteral("count"),
-        QStringLiteral("Calls a lookUp, payload or answer for valgrind to count."),
+        QStringLiteral("Does what bench::count knows for valgrind to count."),
         QStringLiteral("what"));
     parser.addOptions({quick, load, counted});
     if (!parser.parse(QCoreApplication::arguments()) || !parser.positionalArguments().isEmpty())
@@ -45,7 +45,7 @@ int main(int argc, char *argv[])
     if (!setup.getError().isEmpty())
         return refuse(setup.getError());
     if (parser.isSet(counted))
-        return bench::count(parser.value(counted)) ? 0 : refuse(counted.description());
+        return bench::count(parser.value(counted), setup) ? 0 : refuse(counted.description());
     // The report looks for fewer figures then.
     benchmark::AddCustomContext("quick", setup.isQuick() ? "yes" : "no");
     bench::registerExchanges(setup);

@@ -59,7 +59,10 @@ SYNCS = [("opening", 1), ("position", 1), ("discount", 1), ("card", 1), ("commit
 
 
 COUNTED = {"lookUp": "one look-up", "bareExchange": "its bare exchange",
-           "payload": "one order payload of 100 lines", "answer": "one answer of 1 KB"}
+           "payload": "one order payload of 100 lines", "answer": "one answer of 1 KB",
+           "delivery": "the delivery of one message",
+           "commit": "one commit at the till while the service is down",
+           "identification": "one identification at the till, two exchanges"}
 
 
 def row(what, ours, floor_name, floor, ratio, target, wanted):

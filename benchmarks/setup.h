@@ -103,8 +103,9 @@ int loadOnce(const QString &file);
 QByteArray answerOfSize(qsizetype size);
 
 /// Calls something a hundred times for valgrind to count: "lookUp", its "bareExchange",
-/// "payload" of 100 lines or "answer" of 1 KB. \return Whether it is one of these.
-bool count(const QString &what);
+/// "payload" of 100 lines, "answer" of 1 KB, "delivery" of a message, "commit" while the service is
+/// down or "identification" at the till. \return Whether it is one of these.
+bool count(const QString &what, Setup &setup);
 
 void registerExchanges(Setup &setup);
 void registerPayloads(Setup &setup);
