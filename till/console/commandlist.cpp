@@ -1,5 +1,6 @@
 #include "till/console/console.h"
 #include "till/console/eventtext.h"
+#include "till/console/receipttext.h"
 #include "till/console/salecommands.h"
 #include "till/core/sale.h"
 #include "till/core/till.h"
@@ -75,9 +76,9 @@ QList<SaleCommands::Command> SaleCommands::receiptCommands()
         return Command{text, text, help, 0, 0, simple(step)};
     };
     return {
-        command("show", tr("shows the receipt"), [](auto &self) { self.show(); }),
+        command("show", tr("shows the receipt"), [](auto &self) { self.show(receiptText); }),
         command("holder", tr("shows the card and its holder"),
-                [](auto &self) { self.showHolder(); }),
+                [](auto &self) { self.show(holderText); }),
         {QStringLiteral("action"), tr("action CODE"), tr("triggers an action: action 170"), 1, 1,
          action},
         command("edit", tr("edits the customer's data, as action 170 does"),

@@ -10,6 +10,8 @@ namespace {
 
 QString obstacleText(const SaleEvent &event)
 {
+    if (!event.text.isEmpty())
+        return event.text;
     switch (event.obstacle) {
     case Obstacle::NoReceipt:
         return ConsoleText::tr("No receipt is open.");
@@ -27,16 +29,11 @@ QString obstacleText(const SaleEvent &event)
     case Obstacle::DiscountsTooLarge:
         return ConsoleText::tr("The position would cost less than its discounts.");
     case Obstacle::NumberNotTaken:
-        return event.text.isEmpty()
-                   ? ConsoleText::tr("The loyalty system does not take this number.")
-                   : event.text;
+        return ConsoleText::tr("The loyalty system does not take this number.");
     case Obstacle::LoyaltySystem:
-        return event.text.isEmpty() ? ConsoleText::tr("The loyalty system forbids it.")
-                                    : event.text;
+        return ConsoleText::tr("The loyalty system forbids it.");
     case Obstacle::UnknownReceipt:
-        return event.text.isEmpty()
-                   ? ConsoleText::tr("There is no committed receipt %1.").arg(event.number)
-                   : event.text;
+        return ConsoleText::tr("There is no committed receipt %1.").arg(event.number);
     }
     return {};
 }
@@ -44,13 +41,13 @@ QString obstacleText(const SaleEvent &event)
 QString actionText(const SaleEvent &event)
 {
     switch (event.action) {
-    case ActionOutcome::Done:
+    case EContext::Result::Done:
         return ConsoleText::tr("Done.");
-    case ActionOutcome::Failed:
+    case EContext::Result::Failed:
         return ConsoleText::tr("Failed.");
-    case ActionOutcome::Skipped:
+    case EContext::Result::Skipped:
         return ConsoleText::tr("Nothing was done.");
-    case ActionOutcome::Unhandled:
+    case EContext::Result::Unhandled:
         return ConsoleText::tr("Nothing serves action %1.").arg(event.number);
     }
     return {};

@@ -30,16 +30,16 @@ QString row(const QString &number, const QString &code, const QString &name,
              sum.rightJustified(sumWidth));
 }
 
-QString heading(const ReceiptView &receipt)
+QString heading(const DocumentHeader &header)
 {
-    const auto text = receipt.isReturn
-                          ? ConsoleText::tr("Return %1, shift %2, shop %3, register %4, begun %5")
-                          : ConsoleText::tr("Sale %1, shift %2, shop %3, register %4, begun %5");
-    return text.arg(receipt.number)
-        .arg(receipt.shift)
-        .arg(receipt.shop)
-        .arg(receipt.cash)
-        .arg(receipt.begun.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
+    const auto text = header.kind == DocumentHeader::sale
+                          ? ConsoleText::tr("Sale %1, shift %2, shop %3, register %4, begun %5")
+                          : ConsoleText::tr("Return %1, shift %2, shop %3, register %4, begun %5");
+    return text.arg(header.num)
+        .arg(header.shift)
+        .arg(header.shopCode)
+        .arg(header.cashCode)
+        .arg(header.dateTimeBeg.toString(u"dd.MM.yyyy HH:mm:ss"));
 }
 
 QString discountText(const DiscountView &discount)
@@ -61,7 +61,7 @@ QString receiptText(const ReceiptView &receipt)
     const auto sumLine = [width](const QString &text, double sum) {
         return column(text, width - sumWidth) + moneyText(sum).rightJustified(sumWidth);
     };
-    QStringList lines{heading(receipt), titles, QString(width, u'-')};
+    QStringList lines{heading(receipt.header), titles, QString(width, u'-')};
     for (const auto &position : receipt.positions) {
         lines.append(row(QString::number(position.number), position.code, position.name,
                          quantityText(position.quantity), moneyText(position.price),
@@ -82,15 +82,14 @@ QString holderText(const ReceiptView &receipt)
     if (!receipt.customer)
         return ConsoleText::tr("Card %1, holder unknown.").arg(receipt.cardNumber);
     const auto &customer = *receipt.customer;
-    QStringList details{customer.name, customer.phone};
-    if (!customer.email.isEmpty())
-        details.append(customer.email);
-    details.append(customer.sex == CustomerView::Sex::Male ? ConsoleText::tr("male")
-                                                           : ConsoleText::tr("female"));
-    if (customer.birthday.isValid())
-        details.append(ConsoleText::tr("born %1").arg(
-            customer.birthday.toString(QStringLiteral("dd.MM.yyyy"))));
-    if (customer.electronicReceipts)
+    QStringList details{customer.getName(), customer.getPhoneNumber()};
+    if (!customer.getEmail().isEmpty())
+        details.append(customer.getEmail());
+    details.append(customer.getSex() == Client::Sex::Male ? ConsoleText::tr("male")
+                                                          : ConsoleText::tr("female"));
+    if (const auto birthday = customer.getBirthday(); birthday.isValid())
+        details.append(ConsoleText::tr("born %1").arg(birthday.toString(u"dd.MM.yyyy")));
+    if (customer.hasOption(ClientOptions::ElectronicReceipt))
         details.append(ConsoleText::tr("electronic receipts"));
     return ConsoleText::tr("Card %1: %2.")
         .arg(receipt.cardNumber, details.join(QLatin1String(", ")));

@@ -3,7 +3,6 @@
 #include "till/console/console.h"
 #include "till/console/consolepresenter.h"
 #include "till/console/eventtext.h"
-#include "till/console/receipttext.h"
 #include "till/core/numbers.h"
 #include "till/core/sale.h"
 #include "till/core/till.h"
@@ -161,23 +160,17 @@ bool SaleCommands::withNumber(const QStringList &arguments, const std::function<
     return true;
 }
 
-void SaleCommands::show()
+void SaleCommands::show(QString (*text)(const ReceiptView &))
 {
     const auto receipt = sale.receipt();
-    console.line(receipt ? receiptText(*receipt) : tr("No receipt is open."));
-}
-
-void SaleCommands::showHolder()
-{
-    const auto receipt = sale.receipt();
-    console.line(receipt ? holderText(*receipt) : tr("No receipt is open."));
+    console.line(receipt ? text(*receipt) : tr("No receipt is open."));
 }
 
 void SaleCommands::cancel()
 {
     const auto receipt = sale.receipt();
     if (!receipt || confirm(tr("Abandon receipt %1, total %2?")
-                                .arg(receipt->number)
+                                .arg(receipt->header.num)
                                 .arg(moneyText(receipt->total))))
         sale.cancel();
 }

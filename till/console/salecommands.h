@@ -11,6 +11,7 @@ namespace till {
 class Console;
 class Sale;
 class Till;
+struct ReceiptView;
 
 /// The cashier's commands, one a line.
 class SaleCommands : public QObject
@@ -57,8 +58,7 @@ private:
     bool discount(const QStringList &arguments);
     bool withQuantity(const QString &text, const std::function<bool(double)> &step);
     bool withNumber(const QStringList &arguments, const std::function<void(int)> &step);
-    void show();
-    void showHolder();
+    void show(QString (*text)(const ReceiptView &));
     void cancel();
     void closeShift();
     bool confirm(const QString &question);

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <QDate>
-#include <QDateTime>
+#include <host/abstractdocument.h>
+
 #include <QList>
 #include <QMetaType>
 #include <QString>
 
 #include <optional>
-
-class AbstractDocument;
 
 namespace till {
 
@@ -38,34 +36,15 @@ struct PositionView
     bool operator==(const PositionView &other) const = default;
 };
 
-/// The holder of the receipt's card; known means that the phone was confirmed.
-struct CustomerView
-{
-    enum class Sex { Male, Female };
-
-    QString name;
-    QString phone;
-    QString email; ///< Empty when there is none.
-    Sex sex = Sex::Male;
-    QDate birthday; ///< Invalid when it is not known.
-    bool electronicReceipts = false;
-
-    bool operator==(const CustomerView &other) const = default;
-};
-
 /// All that a face needs to draw a receipt: a value, safe to hand to another thread.
 struct ReceiptView
 {
-    int shop = 0;
-    int cash = 0; ///< Number of the register.
-    int shift = 0;
-    int number = 0;
-    bool isReturn = false;
-    QDateTime begun; ///< Local time.
+    DocumentHeader header;
     QList<PositionView> positions;
     double total = 0;
-    QString cardNumber;                   ///< Empty without a card.
-    std::optional<CustomerView> customer; ///< Nothing without a card or with an unknown holder.
+    QString cardNumber; ///< Empty without a card.
+    /// The card's holder, whose phone was confirmed. Nothing without a card or when unknown.
+    std::optional<Client> customer;
 
     bool operator==(const ReceiptView &other) const = default;
 };

@@ -143,20 +143,7 @@ void Sale::identify(const QString &number)
 
 void Sale::trigger(int action)
 {
-    static constexpr auto outcomeOf = [](EContext::Result result) {
-        switch (result) {
-        case EContext::Result::Done:
-            return ActionOutcome::Done;
-        case EContext::Result::Skipped:
-            return ActionOutcome::Skipped;
-        case EContext::Result::Unhandled:
-            return ActionOutcome::Unhandled;
-        case EContext::Result::Failed:
-            break;
-        }
-        return ActionOutcome::Failed;
-    };
-    const auto outcome = outcomeOf(parts.system.handle(control::Action(action)));
+    const auto outcome = parts.system.handle(control::Action(action));
     if (current.document)
         save();
     emit happened({.kind = SaleEvent::Kind::ActionEnded, .number = action, .action = outcome});

@@ -2,6 +2,8 @@
 
 #include "till/core/receiptview.h"
 
+#include <host/econtext.h>
+
 #include <QMetaType>
 #include <QString>
 
@@ -28,9 +30,6 @@ enum class Obstacle {
     LoyaltySystem,     ///< The loyalty system forbids it; `text` says why.
     UnknownReceipt, ///< No committed receipt `SaleEvent::number`, or `text` says why none is read.
 };
-
-/// What an action of the loyalty system came to.
-enum class ActionOutcome { Done, Failed, Skipped, Unhandled };
 
 /// Something that happened at the till, as a value: a face says it to a person.
 ///
@@ -66,7 +65,7 @@ struct SaleEvent
     PositionView position = {};
     Report report = Report::None;
     Obstacle obstacle = Obstacle::NoReceipt;
-    ActionOutcome action = ActionOutcome::Done;
+    EContext::Result action = EContext::Result::Done;
     QString text = {};
 };
 

@@ -142,7 +142,8 @@ void showText(std::ostream &output, const ReceiptRecord &record, const QList<His
                                    moneyText(position.price), moneyText(position.sum)));
     printLine(output, Office::tr("total %1").arg(moneyText(view.total)));
     if (view.customer)
-        printLine(output, QStringLiteral("%1, %2").arg(view.customer->name, view.customer->phone));
+        printLine(output, QStringLiteral("%1, %2").arg(view.customer->getName(),
+                                                       view.customer->getPhoneNumber()));
 }
 
 QJsonObject showJson(const ReceiptRecord &record, const QList<HistoryEntry> &history)

@@ -175,7 +175,7 @@ void MainWindow::abandon()
 {
     if (receipt)
         ask(tr("Abandon receipt %1, %2? Nothing of it is sold then.")
-                .arg(receipt->number)
+                .arg(receipt->header.num)
                 .arg(moneyLabel(model.total())),
             tr("Abandon"), [this] { sell([](Sale &sale) { sale.cancel(); }); });
 }

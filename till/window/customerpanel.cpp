@@ -29,7 +29,7 @@ CustomerPanel::CustomerPanel(QWidget *parent)
     show({});
 }
 
-void CustomerPanel::show(const std::optional<CustomerView> &customer)
+void CustomerPanel::show(const std::optional<Client> &customer)
 {
     details->setVisible(customer.has_value());
     if (!customer) {
@@ -37,12 +37,13 @@ void CustomerPanel::show(const std::optional<CustomerView> &customer)
         return;
     }
     const auto orNone = [](const QString &text) { return text.isEmpty() ? tr("not given") : text; };
-    name->setText(customer->name);
-    phone->setText(tr("%1\nconfirmed").arg(phoneLabel(customer->phone)));
+    name->setText(customer->getName());
+    phone->setText(tr("%1\nconfirmed").arg(phoneLabel(customer->getPhoneNumber())));
     // A long address may be broken behind its "@".
-    email->setText(orNone(QString(customer->email).replace(u'@', QStringLiteral("@\u200b"))));
-    birthday->setText(orNone(dateLabel(customer->birthday)));
-    receipts->setText(customer->electronicReceipts ? tr("electronic") : tr("on paper"));
+    email->setText(orNone(customer->getEmail().replace(u'@', QStringLiteral("@\u200b"))));
+    birthday->setText(orNone(dateLabel(customer->getBirthday())));
+    receipts->setText(customer->hasOption(ClientOptions::ElectronicReceipt) ? tr("electronic")
+                                                                            : tr("on paper"));
 }
 
 QLabel *CustomerPanel::addRow(const QString &objectName, const QString &title)

@@ -15,7 +15,7 @@ class CustomerPanel : public QFrame
 public:
     explicit CustomerPanel(QWidget *parent = nullptr);
 
-    void show(const std::optional<CustomerView> &customer);
+    void show(const std::optional<Client> &customer);
 
 private:
     QLabel *addRow(const QString &name, const QString &title);

@@ -158,10 +158,11 @@ void MainWindow::showReceipt(const std::optional<ReceiptView> &shown)
     receipt = shown;
     model.reset(shown ? shown->positions : QList<PositionView>());
     customer->show(shown ? shown->customer : std::nullopt);
-    title->setText(!shown            ? tr("No receipt is open")
-                   : shown->isReturn ? tr("Return %1").arg(shown->number)
-                                     : tr("Sale %1").arg(shown->number));
-    mark(title, "return", shown && shown->isReturn);
+    const auto isReturn = shown && shown->header.kind != DocumentHeader::sale;
+    title->setText(!shown     ? tr("No receipt is open")
+                   : isReturn ? tr("Return %1").arg(shown->header.num)
+                              : tr("Sale %1").arg(shown->header.num));
+    mark(title, "return", isReturn);
 }
 
 /// Brings total and buttons up to date.

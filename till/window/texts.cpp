@@ -42,16 +42,16 @@ QString obstacleText(const SaleEvent &event)
     return {};
 }
 
-QString actionText(ActionOutcome outcome)
+QString actionText(EContext::Result outcome)
 {
     switch (outcome) {
-    case ActionOutcome::Done:
+    case EContext::Result::Done:
         return WindowText::tr("The customer's data was changed.");
-    case ActionOutcome::Failed:
+    case EContext::Result::Failed:
         return WindowText::tr("The customer's data was not changed.");
-    case ActionOutcome::Skipped:
+    case EContext::Result::Skipped:
         return WindowText::tr("Nothing was changed.");
-    case ActionOutcome::Unhandled:
+    case EContext::Result::Unhandled:
         return WindowText::tr("This loyalty system cannot change the customer's data.");
     }
     return {};
@@ -160,7 +160,7 @@ bool isProblem(const SaleEvent &event)
     return event.kind == Kind::Refused || event.kind == Kind::NotStored ||
            event.kind == Kind::NotIdentified || event.kind == Kind::ReceiptUnreadable ||
            event.report == Report::Refused ||
-           (event.kind == Kind::ActionEnded && event.action == ActionOutcome::Failed);
+           (event.kind == Kind::ActionEnded && event.action == EContext::Result::Failed);
 }
 
 QString badLineText(const GoodsFile::BadLine &bad)
