@@ -4,13 +4,13 @@
 #include <host/privatefile.h>
 #include <host/restclient.h>
 
+#include <QDateTime>
 #include <QUrl>
 #include <QUrlQuery>
 
 #include <algorithm>
 #include <cstring>
 #include <fcntl.h>
-#include <memory>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -18,74 +18,40 @@ namespace till {
 
 namespace {
 
-/// A series as the file holds it. A free place has no operation.
-struct Record
-{
-    std::array<char, 64> operation;
-    std::array<char, 16> outcome;
-    qint64 count;
-    qint64 microseconds;
-    qint64 last;
-    std::array<qint64, ExchangeCounts::bounds.size()> within;
-};
-
-constexpr std::array<char, 8> mark{'e', 'x', 'c', 'h', 'n', 'g', 's', '1'};
-
 QString fileIn(const QString &directory)
 {
     return directory + QLatin1String("/exchanges");
 }
 
-template<size_t size>
-QString textOf(const std::array<char, size> &chars)
-{
-    return QString::fromUtf8(chars.data(),
-                             static_cast<qsizetype>(::strnlen(chars.data(), chars.size())));
-}
-
-template<size_t size>
-void write(std::array<char, size> &chars, const QString &text)
-{
-    chars.fill('\0');
-    const auto bytes = text.toUtf8().left(static_cast<qsizetype>(size) - 1);
-    std::copy(bytes.begin(), bytes.end(), chars.begin());
-}
-
-QString outcomeOf(const http::Response &response)
+QLatin1String outcomeOf(const http::Response &response)
 {
     if (response.getTransportCode() == RestClient::notSent)
-        return QStringLiteral("not_sent");
+        return QLatin1String("not_sent");
     const auto status = response.responseObject().value(QLatin1String("status"));
     if (status.isUndefined())
-        return QStringLiteral("no_answer"); // nothing, or something of somebody else's
-    return status == QLatin1String("Success") ? QStringLiteral("success")
-                                              : QStringLiteral("refused");
+        return QLatin1String("no_answer"); // nothing, or something of somebody else's
+    return QLatin1String(status == QLatin1String("Success") ? "success" : "refused");
+}
+
+/// The series of that operation and outcome, a new one if need be; the last one when there is no
+/// more place.
+ExchangeCounts::Series &find(ExchangeCounts::File &file, const QString &operation,
+                             QLatin1String outcome)
+{
+    auto &all = file.series;
+    auto *const found =
+        std::find_if(all.begin(), all.end() - 1, [&](const ExchangeCounts::Series &series) {
+            return series.count == 0 || (ExchangeCounts::textOf(series.operation) == operation &&
+                                         ExchangeCounts::textOf(series.outcome) == outcome);
+        });
+    if (found->count == 0) {
+        qstrncpy(found->operation.data(), operation.toUtf8().constData(), found->operation.size());
+        qstrncpy(found->outcome.data(), outcome.data(), found->outcome.size());
+    }
+    return *found;
 }
 
 } // namespace
-
-/// All of the file.
-struct ExchangeCounts::File
-{
-    std::array<char, 8> begin;
-    qint64 unstored;
-    std::array<Record, 64> records;
-
-    /// The record of that series, a new one if need be; the last one when there is no more place.
-    Record &find(const QString &operation, const QString &outcome)
-    {
-        auto *const found =
-            std::find_if(records.begin(), records.end() - 1, [&](const Record &record) {
-                return record.operation.front() == '\0' ||
-                       (textOf(record.operation) == operation && textOf(record.outcome) == outcome);
-            });
-        if (found->operation.front() == '\0') {
-            write(found->operation, operation);
-            write(found->outcome, outcome);
-        }
-        return *found;
-    }
-};
 
 ExchangeCounts::ExchangeCounts(const QString &directory)
     : descriptor(privatefile::open(fileIn(directory), O_RDWR | O_CREAT))
@@ -98,12 +64,12 @@ ExchangeCounts::ExchangeCounts(const QString &directory)
         const auto operation =
             QUrlQuery(exchange.url).queryItemValue(QStringLiteral("operation"), QUrl::FullyDecoded);
         change([&](File &file) {
-            auto &record = file.find(operation, outcomeOf(exchange.response));
-            ++record.count;
-            record.microseconds += exchange.duration.count();
-            record.last = QDateTime::currentSecsSinceEpoch();
+            auto &series = find(file, operation, outcomeOf(exchange.response));
+            ++series.count;
+            series.microseconds += exchange.duration.count();
+            series.last = QDateTime::currentSecsSinceEpoch();
             for (size_t i = 0; i < bounds.size(); ++i)
-                record.within[i] += exchange.duration <= std::chrono::milliseconds(bounds[i]);
+                series.within[i] += exchange.duration <= std::chrono::milliseconds(bounds[i]);
         });
     });
 }
@@ -126,34 +92,28 @@ void ExchangeCounts::change(Change change)
     const std::scoped_lock lock(mutex);
     if (descriptor < 0 || ::flock(descriptor, LOCK_EX) != 0)
         return;
-    const auto file = std::make_unique<File>();
-    const auto size = ::pread(descriptor, file.get(), sizeof(File), 0);
-    if (size != static_cast<ssize_t>(sizeof(File)) || file->begin != mark)
-        *file = File{mark, 0, {}};
-    change(*file);
+    File file;
+    const auto size = ::pread(descriptor, &file, sizeof(file), 0);
+    if (size != static_cast<ssize_t>(sizeof(file)) || file.mark != usualMark)
+        file = {};
+    change(file);
     // Should it fail, this exchange is not counted.
-    [[maybe_unused]] const auto written = ::pwrite(descriptor, file.get(), sizeof(File), 0);
+    [[maybe_unused]] const auto written = ::pwrite(descriptor, &file, sizeof(file), 0);
     ::flock(descriptor, LOCK_UN);
 }
 
-ExchangeCounts::Snapshot ExchangeCounts::read(const QString &directory)
+ExchangeCounts::File ExchangeCounts::read(const QString &directory)
 {
     const auto content = privatefile::read(fileIn(directory), sizeof(File));
-    const auto file = std::make_unique<File>();
-    if (content.bytes.size() != static_cast<qsizetype>(sizeof(File)))
-        return {};
-    std::memcpy(file.get(), content.bytes.constData(), sizeof(File));
-    if (file->begin != mark)
-        return {};
-    Snapshot snapshot;
-    snapshot.unstored = file->unstored;
-    for (const auto &record : file->records) {
-        if (record.count > 0)
-            snapshot.series.append({textOf(record.operation), textOf(record.outcome), record.count,
-                                    std::chrono::microseconds(record.microseconds), record.last,
-                                    record.within});
-    }
-    return snapshot;
+    File file;
+    if (content.bytes.size() == static_cast<qsizetype>(sizeof(file)))
+        std::memcpy(&file, content.bytes.constData(), sizeof(file));
+    return file.mark == usualMark ? file : File();
+}
+
+QString ExchangeCounts::textOf(QByteArrayView field)
+{
+    return QString::fromUtf8(field.first(qstrnlen(field.data(), field.size())));
 }
 
 } // namespace till

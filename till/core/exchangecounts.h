@@ -1,11 +1,9 @@
 #pragma once
 
-#include <QDateTime>
-#include <QList>
+#include <QByteArrayView>
 #include <QString>
 
 #include <array>
-#include <chrono>
 #include <mutex>
 
 namespace till {
@@ -22,20 +20,25 @@ public:
     /// Upper bounds of the durations that are told apart, in milliseconds.
     static constexpr std::array<int, 9> bounds{25, 50, 100, 250, 500, 1'000, 2'500, 5'000, 10'000};
 
+    /// What the file begins with.
+    static constexpr std::array<char, 8> usualMark{'e', 'x', 'c', 'h', 'n', 'g', 's', '1'};
+
     /// The exchanges of one operation that ended in one way.
     struct Series
     {
-        QString operation;
-        QString outcome; ///< "success", "refused", "no_answer" or "not_sent".
+        std::array<char, 64> operation{}; ///< UTF-8; empty in a free place.
+        std::array<char, 16> outcome{};   ///< "success", "refused", "no_answer" or "not_sent".
         qint64 count = 0;
-        std::chrono::microseconds duration{0};      ///< Of all together.
+        qint64 microseconds = 0;                    ///< Of all together.
         qint64 last = 0;                            ///< Seconds since 1970.
         std::array<qint64, bounds.size()> within{}; ///< How many took at most so long.
     };
-    struct Snapshot
+    /// All of the file, byte by byte.
+    struct File
     {
-        QList<Series> series;
+        std::array<char, 8> mark = usualMark;
         qint64 unstored = 0; ///< As the last till that sold has set it.
+        std::array<Series, 64> series;
     };
 
     /// Counts every exchange of the process from now on; one object a process.
@@ -47,11 +50,11 @@ public:
     void setUnstored(qint64 count);
 
     /// What has been counted there; empty when nothing was.
-    static Snapshot read(const QString &directory);
+    static File read(const QString &directory);
+    /// An operation or an outcome of the file.
+    static QString textOf(QByteArrayView field);
 
 private:
-    struct File;
-
     template<typename Change>
     void change(Change change);
 

@@ -39,7 +39,7 @@ void addState(Store &store, MetricsText &metrics)
     }
 }
 
-void addExchanges(const ExchangeCounts::Snapshot &counts, MetricsText &metrics)
+void addExchanges(const ExchangeCounts::File &counts, MetricsText &metrics)
 {
     constexpr double second = 1'000;
     constexpr double microsecond = 1e-6;
@@ -49,8 +49,11 @@ void addExchanges(const ExchangeCounts::Snapshot &counts, MetricsText &metrics)
                    "Exchanges with the service by operation and outcome.");
     qint64 lastSuccess = 0;
     for (const auto &series : counts.series) {
-        const MetricsText::Labels labels{{"operation", series.operation},
-                                         {"outcome", series.outcome}};
+        if (series.count == 0)
+            continue;
+        const auto outcome = ExchangeCounts::textOf(series.outcome);
+        const MetricsText::Labels labels{{"operation", ExchangeCounts::textOf(series.operation)},
+                                         {"outcome", outcome}};
         for (size_t i = 0; i < ExchangeCounts::bounds.size(); ++i) {
             auto bound = QString::number(ExchangeCounts::bounds.at(i) / second);
             if (!bound.contains(u'.'))
@@ -60,9 +63,9 @@ void addExchanges(const ExchangeCounts::Snapshot &counts, MetricsText &metrics)
         }
         metrics.sample(static_cast<double>(series.count),
                        labels + MetricsText::Labels{{"le", QStringLiteral("+Inf")}}, "_bucket");
-        metrics.sample(static_cast<double>(series.duration.count()) * microsecond, labels, "_sum");
+        metrics.sample(static_cast<double>(series.microseconds) * microsecond, labels, "_sum");
         metrics.sample(static_cast<double>(series.count), labels, "_count");
-        if (series.outcome == QLatin1String("success"))
+        if (outcome == QLatin1String("success"))
             lastSuccess = std::max(lastSuccess, series.last);
     }
     metrics.gauge("loyalty_till_last_success_timestamp_seconds", static_cast<double>(lastSuccess),
