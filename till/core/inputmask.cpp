@@ -1,19 +1,39 @@
 #include "till/core/inputmask.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace till {
 
 namespace {
 
-constexpr QStringView placeSymbols = u"9ANXHBD0anxhbd#";
-constexpr QStringView requiredSymbols = u"9ANXHBD";
-
-bool isDigit(QChar character)
+constexpr bool isDigit(QChar character)
 {
     return character >= u'0' && character <= u'9';
 }
+
+/// A place of the mask by its two symbols, and what may be typed there.
+struct PlaceKind
+{
+    QChar required;
+    QChar optional;
+    bool (*accepts)(QChar);
+};
+
+constexpr std::array placeKinds{
+    PlaceKind{u'9', u'0', [](QChar typed) { return isDigit(typed); }},
+    PlaceKind{u'D', u'd', [](QChar typed) { return isDigit(typed) && typed != u'0'; }},
+    PlaceKind{u'B', u'b', [](QChar typed) { return typed == u'0' || typed == u'1'; }},
+    PlaceKind{
+        u'H', u'h',
+        [](QChar typed) { return QStringView(u"0123456789abcdef").contains(typed.toLower()); }},
+    PlaceKind{u'A', u'a', [](QChar typed) { return typed.isLetter(); }},
+    PlaceKind{u'N', u'n', [](QChar typed) { return typed.isLetterOrNumber(); }},
+    PlaceKind{u'X', u'x', [](QChar typed) { return !typed.isSpace(); }},
+    PlaceKind{
+        {}, u'#', [](QChar typed) { return isDigit(typed) || typed == u'+' || typed == u'-'; }},
+};
 
 /// The text from its first letter or digit on.
 QStringView withoutSeparators(QStringView text)
@@ -37,21 +57,23 @@ InputMask::InputMask(const QString &mask)
     const auto delimiter = mask.indexOf(u';');
     if (delimiter >= 0 && delimiter + 1 < mask.size())
         blank = mask.at(delimiter + 1);
-    auto letterCase = LetterCase::Kept;
+    QChar letterCase;
     bool escaped = false;
     for (const auto symbol : QStringView(mask).left(delimiter < 0 ? mask.size() : delimiter)) {
+        const auto *const kind =
+            std::find_if(placeKinds.begin(), placeKinds.end(), [symbol](const PlaceKind &known) {
+                return symbol == known.required || symbol == known.optional;
+            });
         if (std::exchange(escaped, false))
-            places.append({symbol, true, letterCase});
+            places.append({symbol});
         else if (symbol == u'\\')
             escaped = true;
-        else if (symbol == u'>')
-            letterCase = LetterCase::Upper;
-        else if (symbol == u'<')
-            letterCase = LetterCase::Lower;
-        else if (symbol == u'!')
-            letterCase = LetterCase::Kept;
+        else if (symbol == u'>' || symbol == u'<' || symbol == u'!')
+            letterCase = symbol;
+        else if (kind == placeKinds.end())
+            places.append({symbol});
         else
-            places.append({symbol, !placeSymbols.contains(symbol), letterCase});
+            places.append({symbol, letterCase, kind->accepts, symbol == kind->required});
     }
 }
 
@@ -77,59 +99,30 @@ QString InputMask::outline() const
 {
     QString shown;
     for (const auto &place : places)
-        shown.append(place.literal ? place.symbol : blank);
+        shown.append(place.accepts ? blank : place.symbol);
     return shown;
-}
-
-bool InputMask::accepts(const Place &place, QChar character)
-{
-    const auto lower = character.toLower();
-    switch (place.symbol.unicode()) {
-    case u'9':
-    case u'0':
-        return isDigit(character);
-    case u'D':
-    case u'd':
-        return isDigit(character) && character != u'0';
-    case u'#':
-        return isDigit(character) || character == u'+' || character == u'-';
-    case u'A':
-    case u'a':
-        return character.isLetter();
-    case u'N':
-    case u'n':
-        return character.isLetterOrNumber();
-    case u'X':
-    case u'x':
-        return !character.isSpace();
-    case u'H':
-    case u'h':
-        return isDigit(character) || (lower >= u'a' && lower <= u'f');
-    default: // 'B' and 'b'
-        return character == u'0' || character == u'1';
-    }
 }
 
 std::optional<QString> InputMask::fit(QStringView typed, bool literalsTyped) const
 {
     QString result;
     for (const auto &place : places) {
-        if (place.literal) {
+        if (!place.accepts) {
             if (literalsTyped)
                 typed = withoutLiteral(typed, place.symbol);
             result.append(place.symbol);
             continue;
         }
-        while (!typed.isEmpty() && !accepts(place, typed.front()) &&
+        while (!typed.isEmpty() && !place.accepts(typed.front()) &&
                !typed.front().isLetterOrNumber())
             typed = typed.sliced(1);
-        if (!typed.isEmpty() && accepts(place, typed.front())) {
+        if (!typed.isEmpty() && place.accepts(typed.front())) {
             const auto character = typed.front();
-            result.append(place.letterCase == LetterCase::Upper   ? character.toUpper()
-                          : place.letterCase == LetterCase::Lower ? character.toLower()
-                                                                  : character);
+            result.append(place.letterCase == u'>'   ? character.toUpper()
+                          : place.letterCase == u'<' ? character.toLower()
+                                                     : character);
             typed = typed.sliced(1);
-        } else if (requiredSymbols.contains(place.symbol)) {
+        } else if (place.isRequired) {
             return std::nullopt;
         }
     }

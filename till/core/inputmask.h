@@ -30,15 +30,14 @@ public:
     QString outline() const;
 
 private:
-    enum class LetterCase { Kept, Upper, Lower };
     struct Place
     {
         QChar symbol;
-        bool literal = false;
-        LetterCase letterCase = LetterCase::Kept;
+        QChar letterCase = {};            ///< The mask's sign for it.
+        bool (*accepts)(QChar) = nullptr; ///< Null for a literal.
+        bool isRequired = false;
     };
 
-    static bool accepts(const Place &place, QChar character);
     std::optional<QString> fit(QStringView typed, bool literalsTyped) const;
 
     QList<Place> places;

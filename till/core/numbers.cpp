@@ -16,25 +16,17 @@ bool isDigits(QStringView text)
 
 std::optional<int> parseWhole(const QString &text, int minimum, int maximum)
 {
-    bool fits = false;
-    const auto number = text.toInt(&fits);
-    if (!isDigits(text) || !fits || number < minimum || number > maximum)
-        return std::nullopt;
-    return number;
+    const auto number = parseDecimal(text, 0, maximum);
+    return number && *number >= minimum ? std::optional(static_cast<int>(*number)) : std::nullopt;
 }
 
 std::optional<double> parseDecimal(const QString &text, int decimals, double maximum)
 {
-    auto number = text;
-    number.replace(u',', u'.');
-    const auto point = number.indexOf(u'.');
-    const auto whole = QStringView(number).left(point < 0 ? number.size() : point);
-    const auto fraction = QStringView(number).mid(point < 0 ? number.size() : point + 1);
-    if (!isDigits(whole) || (point >= 0 && !isDigits(fraction)) || fraction.size() > decimals)
-        return std::nullopt;
-    bool fits = false;
-    const auto value = number.toDouble(&fits);
-    if (!fits || value > maximum)
+    const auto number = QString(text).replace(u',', u'.');
+    const auto parts = QStringView(number).split(u'.');
+    const auto value = number.toDouble();
+    if (parts.size() > 2 || !std::all_of(parts.begin(), parts.end(), isDigits) ||
+        parts.value(1).size() > decimals || value > maximum)
         return std::nullopt;
     return value;
 }
