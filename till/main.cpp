@@ -155,8 +155,7 @@ int main(int argc, char *argv[])
         stream << commandLine.text.toStdString() << std::endl;
         return commandLine.exitCode;
     }
-    till::ConsoleInput input(STDIN_FILENO);
-    till::Console console(input, std::cout);
+    till::Console console(STDIN_FILENO, std::cout);
     console.setEcho(commandLine.options->echo);
     const auto exitCode = run(*commandLine.options, console);
     logging::stop();

@@ -6,9 +6,9 @@ namespace {
 
 using Kind = till::ConsoleLine::Kind;
 
-TEST(ConsoleInput, RefusesWhatIsNoTextAndGoesOnWithTheNextLine)
+TEST(Console, RefusesWhatIsNoTextAndGoesOnWithTheNextLine)
 {
-    const QByteArray longest(till::ConsoleInput::maximumLineLength, 'x');
+    const QByteArray longest(till::Console::maximumLineLength, 'x');
     const std::pair<QByteArray, Kind> cases[] = {
         {"", Kind::Text},
         {"Молоко\r", Kind::Text},
@@ -21,11 +21,10 @@ TEST(ConsoleInput, RefusesWhatIsNoTextAndGoesOnWithTheNextLine)
     };
     for (const auto &[line, kind] : cases) {
         SCOPED_TRACE(line.left(20).toStdString());
-        const ScriptedDescriptor script(line + "\nnext");
-        till::ConsoleInput input(script.number);
-        EXPECT_EQ(input.readLine().kind, kind);
-        EXPECT_EQ(input.readLine().text, QStringLiteral("next"));
-        EXPECT_EQ(input.readLine().kind, Kind::End);
+        ScriptedConsole scripted(line + "\nnext");
+        EXPECT_EQ(scripted.console.readCommand({}).kind, kind);
+        EXPECT_EQ(scripted.console.readCommand({}).text, QStringLiteral("next"));
+        EXPECT_EQ(scripted.console.readCommand({}).kind, Kind::End);
     }
 }
 

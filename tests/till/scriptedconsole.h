@@ -44,9 +44,8 @@ public:
 
 private:
     ScriptedDescriptor descriptor;
-    till::ConsoleInput input{descriptor.number};
     std::ostringstream output;
 
 public:
-    till::Console console{input, output};
+    till::Console console{descriptor.number, output};
 };

@@ -1,19 +1,38 @@
 #pragma once
 
-#include "till/console/consoleinput.h"
-
+#include <QByteArray>
+#include <QFile>
 #include <QString>
 
 #include <iosfwd>
 
 namespace till {
 
-/// The cashier's console: texts go out, lines come in.
+/// One line of the input.
+struct ConsoleLine
+{
+    enum class Kind {
+        Text,
+        Refused, ///< Not acceptable; `text` says why. The next line can be read.
+        End,     ///< There are no more lines, now and ever.
+    };
+
+    Kind kind = Kind::End;
+    QString text; ///< Without the line's end.
+};
+
+/// The cashier's console: texts go out, lines of UTF-8 text come in from a terminal, a pipe or a
+/// file.
+///
+/// A line that is too long, is not UTF-8 or holds control characters is read to its end and
+/// refused. A last line without an end counts as a line.
 class Console
 {
 public:
-    /// Both must outlive the console.
-    Console(ConsoleInput &input, std::ostream &output);
+    static constexpr qsizetype maximumLineLength = qsizetype(64) * 1024; ///< Bytes.
+
+    /// The descriptor stays the caller's; the output must outlive the console.
+    Console(int descriptor, std::ostream &output);
 
     /// Shows a text as a line of its own, or several, without control characters.
     void line(const QString &text);
@@ -26,12 +45,15 @@ public:
     void setEcho(bool on) { echoes = on; }
 
 private:
-    ConsoleLine read();
     void write(const QString &text);
+    ConsoleLine read();
+    ConsoleLine readLine();
+    QByteArray readPart();
 
-    ConsoleInput &input;
+    QFile input;
     std::ostream &output;
-    bool interactive;
+    bool ended = false; ///< The input.
+    bool interactive = false;
     bool echoes = false;
 };
 

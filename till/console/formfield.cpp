@@ -12,13 +12,6 @@ namespace {
 
 constexpr QStringView dateFormat = u"dd.MM.yyyy";
 
-/// The date written exactly in the form's format; invalid for any other text.
-QDate parseDate(const QString &text)
-{
-    const auto date = QDate::fromString(text, dateFormat);
-    return date.toString(dateFormat) == text ? date : QDate();
-}
-
 QString dateProblem(const FormField &field, const QDate &date)
 {
     if (!date.isValid())
@@ -78,7 +71,7 @@ FieldReading readField(const FormField &field, const QString &typed)
     case FormFieldKind::Choice:
         return readChoice(field, text);
     case FormFieldKind::Date: {
-        const auto date = parseDate(text);
+        const auto date = QDate::fromString(text, dateFormat);
         return {date, dateProblem(field, date)};
     }
     default:
