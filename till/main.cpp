@@ -89,7 +89,7 @@ int runReport(const till::Settings &settings, const QString &which, till::Consol
     if (const auto error = till.start())
         return refuseToStart(*error);
     const till::SaleCommands told(till, console);
-    return till.sale().report(*number) && till.mayEnd() ? success : failure;
+    return till.sale().report(*number) && till.onlyInMemory().isEmpty() ? success : failure;
 }
 
 int runOffice(const till::Settings &settings, const till::Options &options)

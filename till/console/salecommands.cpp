@@ -190,11 +190,11 @@ bool SaleCommands::confirm(const QString &question)
 
 bool SaleCommands::mayEnd()
 {
-    if (till.mayEnd())
-        return true;
     QStringList numbers;
     for (const auto number : till.onlyInMemory())
         numbers.append(QString::number(number));
+    if (numbers.isEmpty())
+        return true;
     say(tr("Only in memory: receipt %1.").arg(numbers.join(QLatin1String(", "))));
     return false;
 }

@@ -1,6 +1,5 @@
 #include "till/core/answertext.h"
 
-#include <host/httpresponse.h>
 #include <host/secretkey.h>
 
 #include <QJsonDocument>
@@ -15,11 +14,6 @@ QString answerText(const QJsonObject &answer)
     const auto text =
         withoutSecretKey(QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
     return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
-}
-
-QString answerText(const http::Response &response)
-{
-    return answerText(response.responseObject());
 }
 
 } // namespace till

@@ -4,15 +4,10 @@
 
 class QJsonObject;
 
-namespace http {
-class Response;
-}
-
 namespace till {
 
 /// An answer of the service as it is kept with what it was the answer to: compact JSON, long
 /// enough to see why something was refused, and without the secret key. Empty for no answer.
 QString answerText(const QJsonObject &answer);
-QString answerText(const http::Response &response);
 
 } // namespace till

@@ -24,12 +24,6 @@ bool install(const QString &file)
     return translator->load(file) && QCoreApplication::installTranslator(translator);
 }
 
-/// Takes back what was installed for another language.
-void uninstall()
-{
-    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>(directory));
-}
-
 /// English dates as the day, the month and the year, like the Russian ones.
 QLocale localeOf(const QString &language)
 {
@@ -55,7 +49,8 @@ std::optional<QString> installLanguage(const QString &code)
     if (!languages.contains(language))
         return QStringLiteral("language \"%1\": expected one of %2")
             .arg(language, languages.join(QLatin1String(", ")));
-    uninstall();
+    // What was installed for another language.
+    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>(directory));
     for (const auto &texts : {tillTexts, loyaltyTexts}) {
         const auto file = directory + texts + language + suffix;
         if (QFile::exists(file) && !install(file))

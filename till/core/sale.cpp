@@ -4,42 +4,22 @@
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
-#include <host/receiptkeeper.h>
 #include <host/session.h>
 
 #include <utility>
 
 namespace till {
 
-/// Keeps the receipt at hand when the loyalty system asks for it.
-class Sale::Keeper : public ReceiptKeeper
-{
-public:
-    explicit Keeper(Sale &sale)
-        : sale(sale)
-    {
-        Singleton<Session>::instance()->setReceiptKeeper(this);
-    }
-    ~Keeper() override { Singleton<Session>::instance()->setReceiptKeeper(nullptr); }
-    Q_DISABLE_COPY_MOVE(Keeper)
-
-    bool keep(const QSharedPointer<AbstractDocument> &document) override
-    {
-        return document == sale.current.document && sale.save();
-    }
-
-private:
-    Sale &sale;
-};
-
 Sale::Sale(const SaleParts &parts)
     : parts(parts)
-    , keeper(std::make_unique<Keeper>(*this))
-{}
+{
+    Singleton<Session>::instance()->setReceiptKeeper(this);
+}
 
 Sale::~Sale()
 {
     attach({});
+    Singleton<Session>::instance()->setReceiptKeeper(nullptr);
 }
 
 void Sale::open(int kind)
@@ -194,6 +174,12 @@ std::optional<ReceiptView> Sale::receipt() const
 int Sale::shift()
 {
     return parts.store.shift(parts.place);
+}
+
+/// The loyalty system asks for it.
+bool Sale::keep(const QSharedPointer<AbstractDocument> &document)
+{
+    return document == current.document && save();
 }
 
 void Sale::refuse(SaleEvent details)

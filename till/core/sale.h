@@ -4,9 +4,10 @@
 #include "till/core/store.h"
 #include "till/core/unstoredmessages.h"
 
+#include <host/receiptkeeper.h>
+
 #include <QObject>
 
-#include <memory>
 #include <optional>
 
 class BasicLoyaltySystem;
@@ -33,7 +34,7 @@ struct SaleParts
 ///
 /// Belongs to one thread, the loyalty system's. A step blocks while the loyalty system asks the
 /// cashier or the service.
-class Sale : public QObject
+class Sale : public QObject, private ReceiptKeeper
 {
     Q_OBJECT
 public:
@@ -81,8 +82,6 @@ signals:
     void messagesQueued();
 
 private:
-    class Keeper;
-
     /// A committed receipt that is not in the store yet; its messages are in `UnstoredMessages`.
     struct UnstoredReceipt
     {
@@ -91,6 +90,7 @@ private:
         bool isTold = false; ///< Whether the cashier knows that it is not.
     };
 
+    bool keep(const QSharedPointer<AbstractDocument> &document) override;
     void refuse(SaleEvent details);
     bool hasReceipt();
     bool hasNoReceipt();
@@ -110,7 +110,6 @@ private:
     void reportInterrupted();
 
     SaleParts parts;
-    std::unique_ptr<Keeper> keeper;
     StoredReceipt current;            ///< Without a document when no receipt is open.
     bool isUnstoredTold = false;      ///< Whether the cashier knows that it is not in the store.
     QList<UnstoredReceipt> committed; ///< Not in the store yet.

@@ -159,7 +159,7 @@ Report Sale::handOver(const StoredReceipt &receipt, bool isTold)
     else if (receipt.document->getKind() == DocumentHeader::sale)
         unstored.report.outcome = Report::Reported;
     if (unstored.report.outcome == Report::Refused)
-        unstored.report.answer = answerText(RestClient::lastResponse());
+        unstored.report.answer = answerText(RestClient::lastResponse().responseObject());
     parts.system.clearAfterClose();
     parts.system.clearLoyaltyData();
     attach({});

@@ -109,15 +109,15 @@ DeliveryState Till::deliveryState()
     return store.deliveryState(loyaltyQueue());
 }
 
-bool Till::mayEnd()
+QList<int> Till::onlyInMemory()
 {
-    inMemory = ownSale->unstored();
-    if (inMemory.isEmpty() || !unstoredMessages.first())
-        return inMemory.isEmpty();
+    const auto receipts = ownSale->unstored();
+    if (receipts.isEmpty() || !unstoredMessages.first())
+        return receipts;
     DBQueueBroker broker(Store::fileIn(settings.dataDirectory));
     lmmindbox::Interface service;
     Deliverer(broker, service).deliverUnstored(unstoredMessages, [] { return false; });
-    return false;
+    return receipts;
 }
 
 } // namespace till

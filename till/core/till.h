@@ -48,11 +48,9 @@ public:
     QString pluginDescription() const { return plugin.description(); }
     DeliveryState deliveryState();
 
-    /// Whether nothing would be lost if the till ended now. Tries first to bring what is only in
+    /// The receipts that would be lost if the till ended now. Tries first to bring what is only in
     /// memory to the disk, and to the service what the disk does not take.
-    bool mayEnd();
-    /// The receipts for which the last `mayEnd` answered false.
-    const QList<int> &onlyInMemory() const { return inMemory; }
+    QList<int> onlyInMemory();
 
 private:
     std::optional<QString> takePlace();
@@ -69,7 +67,6 @@ private:
     LoyaltyPlugin plugin;
     std::unique_ptr<Sale> ownSale;
     std::unique_ptr<BackgroundDelivery> delivery;
-    QList<int> inMemory;
     QSet<int> toldUnstored; ///< Numbers of receipts told as being only in memory.
 };
 

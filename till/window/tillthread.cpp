@@ -74,8 +74,9 @@ void TillThread::end(bool force)
         return;
     }
     run([this, force] {
-        if (till && !till->mayEnd() && !force) {
-            emit mayNotEnd(till->onlyInMemory());
+        const auto left = till ? till->onlyInMemory() : QList<int>();
+        if (!left.isEmpty() && !force) {
+            emit mayNotEnd(left);
             return;
         }
         close();
