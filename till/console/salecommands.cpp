@@ -64,10 +64,12 @@ SaleCommands::Outcome SaleCommands::execute(const QString &line)
     if (name == QLatin1String("card") && text.startsWith(name) && !words.isEmpty())
         words = QStringList(text.mid(name.size()).trimmed());
     for (const auto &command : commands()) {
-        if (command.name != name)
+        const auto usage = QString::fromLatin1(command.usage).split(u' ');
+        if (usage.constFirst() != name)
             continue;
-        if (words.size() < command.fewest || words.size() > command.most) {
-            say(tr("Expected: %1").arg(command.usage));
+        const auto most = usage.size() - 1;
+        if (words.size() < most - usage.filter(QStringLiteral("[")).size() || words.size() > most) {
+            say(tr("Expected: %1").arg(tr(command.usage)));
             return Outcome::NotUnderstood;
         }
         const auto understood = command.run(*this, words);

@@ -39,15 +39,12 @@ public:
 private:
     struct Command
     {
-        QString name;
-        QString usage;
-        QString help;
-        qsizetype fewest; ///< Arguments.
-        qsizetype most;
+        const char *usage; ///< Its name and its arguments; those in brackets may be missing.
+        const char *help;
         std::function<bool(SaleCommands &, const QStringList &)> run;
     };
 
-    static QList<Command> commands();
+    static const QList<Command> &commands();
     static QList<Command> positionCommands();
     static QList<Command> receiptCommands();
     void say(const QString &text);
