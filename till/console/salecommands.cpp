@@ -77,7 +77,7 @@ SaleCommands::Outcome SaleCommands::execute(const QString &line)
             return Outcome::Quit;
         return understood ? Outcome::Understood : Outcome::NotUnderstood;
     }
-    say(tr("Unknown command \"%1\"; \"help\" lists the commands.").arg(name));
+    say(tr(R"(Unknown command "%1"; "help" lists the commands.)").arg(name));
     return Outcome::NotUnderstood;
 }
 
@@ -205,7 +205,7 @@ bool SaleCommands::quit(const QStringList &arguments)
 {
     const auto isForced = arguments == QStringList(QStringLiteral("now"));
     if (!isForced && !arguments.isEmpty())
-        return refuse(tr("\"quit\" or \"quit now\""));
+        return refuse(tr(R"("quit" or "quit now")"));
     quits = mayEnd() || isForced;
     if (!quits)
         say(tr("The till goes on. Make room on the disk and quit again; \"quit now\" ends it all "

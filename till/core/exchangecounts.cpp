@@ -113,7 +113,8 @@ ExchangeCounts::File ExchangeCounts::read(const QString &directory)
 
 QString ExchangeCounts::textOf(QByteArrayView field)
 {
-    return QString::fromUtf8(field.first(qstrnlen(field.data(), field.size())));
+    return QString::fromUtf8(
+        field.first(static_cast<qsizetype>(qstrnlen(field.data(), field.size()))));
 }
 
 } // namespace till

@@ -1,39 +1,37 @@
 #include "till/core/inputmask.h"
 
-#include <algorithm>
-#include <array>
+#include <QHash>
+
 #include <utility>
 
 namespace till {
 
 namespace {
 
-constexpr bool isDigit(QChar character)
+using Accepts = bool (*)(QChar);
+
+bool isDigit(QChar character)
 {
     return character >= u'0' && character <= u'9';
 }
 
-/// A place of the mask by its two symbols, and what may be typed there.
-struct PlaceKind
+/// What may be typed at a place of that symbol; null for a symbol that stands for itself.
+Accepts acceptsOf(QChar symbol)
 {
-    QChar required;
-    QChar optional;
-    bool (*accepts)(QChar);
-};
-
-constexpr std::array placeKinds{
-    PlaceKind{u'9', u'0', [](QChar typed) { return isDigit(typed); }},
-    PlaceKind{u'D', u'd', [](QChar typed) { return isDigit(typed) && typed != u'0'; }},
-    PlaceKind{u'B', u'b', [](QChar typed) { return typed == u'0' || typed == u'1'; }},
-    PlaceKind{
-        u'H', u'h',
-        [](QChar typed) { return QStringView(u"0123456789abcdef").contains(typed.toLower()); }},
-    PlaceKind{u'A', u'a', [](QChar typed) { return typed.isLetter(); }},
-    PlaceKind{u'N', u'n', [](QChar typed) { return typed.isLetterOrNumber(); }},
-    PlaceKind{u'X', u'x', [](QChar typed) { return !typed.isSpace(); }},
-    PlaceKind{
-        {}, u'#', [](QChar typed) { return isDigit(typed) || typed == u'+' || typed == u'-'; }},
-};
+    static const QHash<QChar, Accepts> places{
+        {u'9', isDigit},
+        {u'0', isDigit},
+        {u'#', [](QChar typed) { return isDigit(typed) || typed == u'+' || typed == u'-'; }},
+        {u'D', [](QChar typed) { return isDigit(typed) && typed != u'0'; }},
+        {u'B', [](QChar typed) { return typed == u'0' || typed == u'1'; }},
+        {u'H',
+         [](QChar typed) { return QStringView(u"0123456789ABCDEF").contains(typed.toUpper()); }},
+        {u'A', [](QChar typed) { return typed.isLetter(); }},
+        {u'N', [](QChar typed) { return typed.isLetterOrNumber(); }},
+        {u'X', [](QChar typed) { return !typed.isSpace(); }},
+    };
+    return places.value(symbol.toUpper());
+}
 
 /// The text from its first letter or digit on.
 QStringView withoutSeparators(QStringView text)
@@ -60,20 +58,16 @@ InputMask::InputMask(const QString &mask)
     QChar letterCase;
     bool escaped = false;
     for (const auto symbol : QStringView(mask).left(delimiter < 0 ? mask.size() : delimiter)) {
-        const auto *const kind =
-            std::find_if(placeKinds.begin(), placeKinds.end(), [symbol](const PlaceKind &known) {
-                return symbol == known.required || symbol == known.optional;
-            });
-        if (std::exchange(escaped, false))
-            places.append({symbol});
-        else if (symbol == u'\\')
+        const auto isLiteral = std::exchange(escaped, false);
+        if (!isLiteral && symbol == u'\\') {
             escaped = true;
-        else if (symbol == u'>' || symbol == u'<' || symbol == u'!')
+        } else if (!isLiteral && QStringView(u"><!").contains(symbol)) {
             letterCase = symbol;
-        else if (kind == placeKinds.end())
-            places.append({symbol});
-        else
-            places.append({symbol, letterCase, kind->accepts, symbol == kind->required});
+        } else {
+            // Small letters are the places that may stay empty.
+            places.append({symbol, letterCase, isLiteral ? nullptr : acceptsOf(symbol),
+                           symbol == u'9' || symbol.isUpper()});
+        }
     }
 }
 
@@ -117,10 +111,12 @@ std::optional<QString> InputMask::fit(QStringView typed, bool literalsTyped) con
                !typed.front().isLetterOrNumber())
             typed = typed.sliced(1);
         if (!typed.isEmpty() && place.accepts(typed.front())) {
-            const auto character = typed.front();
-            result.append(place.letterCase == u'>'   ? character.toUpper()
-                          : place.letterCase == u'<' ? character.toLower()
-                                                     : character);
+            auto character = typed.front();
+            if (place.letterCase == u'>')
+                character = character.toUpper();
+            else if (place.letterCase == u'<')
+                character = character.toLower();
+            result.append(character);
             typed = typed.sliced(1);
         } else if (place.isRequired) {
             return std::nullopt;

@@ -33,7 +33,7 @@ private:
     struct Place
     {
         QChar symbol;
-        QChar letterCase = {};            ///< The mask's sign for it.
+        QChar letterCase;                 ///< The mask's sign for it.
         bool (*accepts)(QChar) = nullptr; ///< Null for a literal.
         bool isRequired = false;
     };

@@ -1,5 +1,7 @@
 #include "till/core/numbers.h"
 
+#include <QList>
+
 #include <algorithm>
 
 namespace till {
