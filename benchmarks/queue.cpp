@@ -51,13 +51,16 @@ std::vector<SentRequest> requestsOf(int firstReceipt, int receipts)
 }
 
 /// Delivers from a queue with so many messages, some at a time in turn with as many bare exchanges;
-/// each time is one iteration, before which the queue is filled up again.
-void deliver(benchmark::State &state, Setup &setup)
+/// each time is one iteration, before which the queue is filled up again. The service answers later
+/// by `delay` milliseconds.
+void deliver(benchmark::State &state, Setup &setup, int delay)
 {
     constexpr int receiptsAtATime = atATime / 2;
     constexpr int firstOfFloor = 500'000; // far above ours
     const auto waiting = static_cast<int>(state.range(0));
     setup.resetSimulator();
+    if (delay > 0)
+        setup.delayAnswers(delay);
     const auto directory = setup.newFile();
     FilledStore filled(directory, 1);
     auto isFilled = filled.add((waiting - atATime) / 2, true);
@@ -138,11 +141,20 @@ void registerQueue(Setup &setup)
         commitWhileDown(state, setup);
     })->UseManualTime();
     for (auto waiting = 100; waiting <= (setup.isQuick() ? 100 : 100'000); waiting *= 10) {
-        benchmark::RegisterBenchmark("deliver", [&setup](auto &state) { deliver(state, setup); })
+        benchmark::RegisterBenchmark("deliver", [&setup](auto &state) { deliver(state, setup, 0); })
             ->Arg(waiting)
             ->Iterations(setup.isQuick() ? 2 : 100)
             ->UseManualTime();
     }
+    // A service in the same country.
+    benchmark::RegisterBenchmark("deliverFarther",
+                                 [&setup](auto &state) {
+                                     constexpr int delay = 20;
+                                     deliver(state, setup, delay);
+                                 })
+        ->Arg(1'000)
+        ->Iterations(setup.isQuick() ? 1 : 10)
+        ->UseManualTime();
 }
 
 } // namespace bench

@@ -40,6 +40,8 @@ PAIRS = [
     ("default order id by its mask", "formatted by hand", "expandMask", 5),
     ("queue: put", "one prepared insert", "put", 1.2),
     *[(f"delivery, {n:,} waiting", "bare exchanges", f"deliver/{n}", 1.2) for n in WAITING],
+    ("delivery, 1,000 waiting, the service 20 ms away", "bare exchanges", "deliverFarther/1000",
+     None),
     ("commit while the service is down", "two inserts and an update, one transaction",
      "commitWhileDown", 1.2),
     ("the same at the till, from the key", "that and the update that begins it", "commitAtTill",

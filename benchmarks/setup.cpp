@@ -109,6 +109,12 @@ void Setup::resetSimulator()
     BareExchange().post({simulatorUrl + "/simulator/reset", {}});
 }
 
+void Setup::delayAnswers(int milliseconds)
+{
+    const auto fault = QStringLiteral(R"({"kind":"delay","count":0,"milliseconds":%1})");
+    BareExchange().post({simulatorUrl + "/simulator/faults", fault.arg(milliseconds).toUtf8()});
+}
+
 ServiceElsewhere::ServiceElsewhere(int port)
     : before(*Singleton<Config>::instance())
 {

@@ -40,6 +40,8 @@ public:
     int countSettledOrders();
     /// Has the simulator forget everything.
     void resetSimulator();
+    /// Has the simulator answer so much later until it is reset.
+    void delayAnswers(int milliseconds);
 
 private:
     bool quick;
