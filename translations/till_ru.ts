@@ -487,6 +487,14 @@ last error: %1</source>
         <translation>Укажите файл в каталоге, в который этот пользователь может писать.</translation>
     </message>
     <message>
+        <source>standard error</source>
+        <translation>стандартный поток ошибок</translation>
+    </message>
+    <message>
+        <source>Give it to the till&apos;s user, or correct Till:log.</source>
+        <translation>Отдайте его пользователю кассы или исправьте Till:log.</translation>
+    </message>
+    <message>
         <source>%1 cannot be written</source>
         <translation>%1: запись невозможна</translation>
     </message>

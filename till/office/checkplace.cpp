@@ -50,6 +50,21 @@ void checkDirectory(const QString &directory, Findings &findings)
         findings.ok(check, directory);
 }
 
+/// A till whose log cannot be written sells all the same.
+void checkLog(const QString &file, Findings &findings)
+{
+    constexpr auto check = "place.log";
+    const auto there = existing(file);
+    const auto isGood = (there != file) == QFileInfo(there).isDir();
+    if (file.isEmpty())
+        findings.ok(check, Office::tr("standard error"));
+    else if (!isGood || ::access(QFile::encodeName(there).constData(), W_OK) != 0)
+        findings.warn(check, Office::tr("%1 cannot be written").arg(there),
+                      Office::tr("Give it to the till's user, or correct Till:log."));
+    else
+        findings.ok(check, file);
+}
+
 void checkSpace(const QString &directory, Findings &findings)
 {
     constexpr qint64 leastBytes = 5LL << 20;
@@ -123,6 +138,7 @@ void checkPlace(const Settings &settings, Findings &findings)
 {
     const auto &directory = settings.dataDirectory;
     checkDirectory(directory, findings);
+    checkLog(settings.logFile, findings);
     checkSpace(directory, findings);
     const auto file = Store::fileIn(directory);
     if (!QFileInfo::exists(file)) {
