@@ -2,8 +2,6 @@
 
 #include "host/abstractdocument.h"
 
-BasicLoyaltySystem::~BasicLoyaltySystem() = default;
-
 QSharedPointer<DocumentCardRecord> BasicLoyaltySystem::getCard() const
 {
     return currentDocument ? currentDocument->getCardRecord() : nullptr;

@@ -25,9 +25,6 @@ class DocumentImpactDetail;
 class HOST_EXPORT BasicLoyaltySystem : public virtual BasicPlugin, public DocumentWatcher
 {
 public:
-    BasicLoyaltySystem() = default;
-    ~BasicLoyaltySystem() override;
-
     // Identification.
 
     /// Identifies the holder of a card of the receipt; may put another record into the reference.

@@ -1,13 +1,9 @@
 #include "host/basicplugin.h"
 
-BasicPlugin::~BasicPlugin() = default;
-
 bool BasicPlugin::init()
 {
     return true;
 }
-
-void BasicPlugin::deinit() {}
 
 EContext::Result BasicPlugin::handle(const control::Action &action) const
 {

@@ -2,6 +2,7 @@
 
 #include "host/actionhandler.h"
 #include "host/export.h"
+#include "host/hostobject.h"
 
 #include <QList>
 #include <QSet>
@@ -18,17 +19,13 @@ struct Trigger
 };
 
 /// Base of everything the till loads: action handlers, triggers and features.
-class HOST_EXPORT BasicPlugin
+class HOST_EXPORT BasicPlugin : public HostObject
 {
 public:
-    BasicPlugin() = default;
-    virtual ~BasicPlugin();
-    Q_DISABLE_COPY_MOVE(BasicPlugin)
-
     /// Called once, when the till initialises its plugins. \return Whether the plugin is usable.
     virtual bool init();
     /// Called once, before the till lets go of the plugin.
-    virtual void deinit();
+    virtual void deinit() {}
 
     /// Whether every feature named is one of the plugin's; true for none.
     virtual bool isFeatureMatched(const QSet<QString> &wanted) const

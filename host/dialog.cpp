@@ -28,12 +28,6 @@ private:
 
 } // namespace
 
-SimpleProgress::~SimpleProgress() = default;
-
-DialogPresenter::~DialogPresenter() = default;
-
-Dialog::~Dialog() = default;
-
 void Dialog::setPresenter(DialogPresenter *presenter)
 {
     currentPresenter = presenter;

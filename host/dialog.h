@@ -3,6 +3,7 @@
 #include "host/basicdialog.h"
 #include "host/dialogrequests.h"
 #include "host/export.h"
+#include "host/hostobject.h"
 #include "host/mockfactory.h"
 
 #include <QSharedPointer>
@@ -11,26 +12,16 @@
 class DialogPresenter;
 
 /// A progress message that shows as long as this object lives.
-class HOST_EXPORT SimpleProgress
-{
-public:
-    /// A message shown nowhere.
-    SimpleProgress() = default;
-    virtual ~SimpleProgress();
-    Q_DISABLE_COPY_MOVE(SimpleProgress)
-};
+class HOST_EXPORT SimpleProgress : public HostObject
+{};
 
 /// Everything a plugin may show to the cashier or ask of them.
 ///
 /// Each call blocks until the cashier has answered. What it looks like is up to the presenter that
 /// the till sets once; with none, every question is answered as if it had been cancelled.
-class HOST_EXPORT Dialog
+class HOST_EXPORT Dialog : public HostObject
 {
 public:
-    Dialog() = default;
-    virtual ~Dialog();
-    Q_DISABLE_COPY_MOVE(Dialog)
-
     /// The till's presenter, not owned; null for none.
     static void setPresenter(DialogPresenter *presenter);
 

@@ -3,19 +3,16 @@
 #include "host/basicdialog.h"
 #include "host/dialogrequests.h"
 #include "host/export.h"
+#include "host/hostobject.h"
 
 #include <QVariantMap>
 
 /// How a till shows its dialogs. See `Dialog` for what each call means.
 ///
 /// Every call comes in the plugin's thread and, where it has an answer, returns with the cashier's.
-class HOST_EXPORT DialogPresenter
+class HOST_EXPORT DialogPresenter : public HostObject
 {
 public:
-    DialogPresenter() = default;
-    virtual ~DialogPresenter();
-    Q_DISABLE_COPY_MOVE(DialogPresenter)
-
     virtual void showError(const tr::Tr &text) = 0;
     virtual void showMessage(const tr::Tr &text) = 0;
     /// \return Whether `ok` was chosen; false when the question was cancelled.

@@ -4,8 +4,6 @@
 
 template class MockFactory<DiscountLogic>;
 
-DiscountLogic::~DiscountLogic() = default;
-
 QList<QSharedPointer<DocumentImpactDetail>>
 DiscountLogic::getImpactDetailsForPosition(int posnum,
                                            const QSharedPointer<AbstractDocument> &document) const

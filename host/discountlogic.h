@@ -2,6 +2,7 @@
 
 #include "host/documentimpactdetail.h"
 #include "host/export.h"
+#include "host/hostobject.h"
 #include "host/mockfactory.h"
 
 #include <QList>
@@ -10,13 +11,9 @@
 class AbstractDocument;
 
 /// Questions about the discounts of a receipt.
-class HOST_EXPORT DiscountLogic
+class HOST_EXPORT DiscountLogic : public HostObject
 {
 public:
-    DiscountLogic() = default;
-    virtual ~DiscountLogic();
-    Q_DISABLE_COPY_MOVE(DiscountLogic)
-
     /// The discounts on one position; empty for an unknown position or a null document.
     virtual QList<QSharedPointer<DocumentImpactDetail>>
     getImpactDetailsForPosition(int posnum, const QSharedPointer<AbstractDocument> &document) const;

@@ -5,8 +5,6 @@
 
 template class MockFactory<DocumentLogic>;
 
-DocumentLogic::~DocumentLogic() = default;
-
 QList<QSharedPointer<FormatterSource>>
 DocumentLogic::getFormatterSources(const QVariantMap & /*parameters*/) const
 {

@@ -2,6 +2,7 @@
 
 #include "host/export.h"
 #include "host/formattersource.h"
+#include "host/hostobject.h"
 #include "host/mockfactory.h"
 
 #include <QList>
@@ -9,13 +10,9 @@
 #include <QVariantMap>
 
 /// Questions about the receipt at hand.
-class HOST_EXPORT DocumentLogic
+class HOST_EXPORT DocumentLogic : public HostObject
 {
 public:
-    DocumentLogic() = default;
-    virtual ~DocumentLogic();
-    Q_DISABLE_COPY_MOVE(DocumentLogic)
-
     /// The sources that masks about the current receipt are expanded over. `parameters` is kept
     /// for hosts with sources of their own and is not read. Empty when no receipt is open.
     virtual QList<QSharedPointer<FormatterSource>>

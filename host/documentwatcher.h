@@ -1,19 +1,16 @@
 #pragma once
 
 #include "host/export.h"
+#include "host/hostobject.h"
 
 #include <QSharedPointer>
 
 class AbstractDocument;
 
 /// Holds the receipt that is open at the till.
-class HOST_EXPORT DocumentWatcher
+class HOST_EXPORT DocumentWatcher : public HostObject
 {
 public:
-    DocumentWatcher() = default;
-    virtual ~DocumentWatcher();
-    Q_DISABLE_COPY_MOVE(DocumentWatcher)
-
     /// Called by the till whenever another receipt is at hand; null for none.
     void setDocument(const QSharedPointer<AbstractDocument> &document)
     {

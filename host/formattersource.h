@@ -1,23 +1,17 @@
 #pragma once
 
 #include "host/export.h"
+#include "host/hostobject.h"
 
 #include <QStringView>
 #include <QVariant>
 
 /// Something whose fields a mask can name, as in "%(position.code[s])".
-class HOST_EXPORT FormatterSource
+class HOST_EXPORT FormatterSource : public HostObject
 {
 public:
-    FormatterSource() = default;
-    virtual ~FormatterSource();
-
     /// The name before the point.
     virtual QLatin1String sourceName() const = 0;
     /// The value of a field; invalid for an unknown one.
     virtual QVariant field(QStringView name) const = 0;
-
-protected:
-    FormatterSource(const FormatterSource &) = default;
-    FormatterSource &operator=(const FormatterSource &) = default;
 };

@@ -6,10 +6,6 @@
 
 template class MockFactory<SaveToFileLogic>;
 
-ReceiptKeeper::~ReceiptKeeper() = default;
-
-SaveToFileLogic::~SaveToFileLogic() = default;
-
 bool SaveToFileLogic::save(const QSharedPointer<AbstractDocument> &document,
                            const QString & /*fileName*/)
 {

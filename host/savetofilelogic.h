@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/export.h"
+#include "host/hostobject.h"
 #include "host/mockfactory.h"
 
 #include <QSharedPointer>
@@ -9,13 +10,9 @@
 class AbstractDocument;
 
 /// Keeps receipts on behalf of plugins.
-class HOST_EXPORT SaveToFileLogic
+class HOST_EXPORT SaveToFileLogic : public HostObject
 {
 public:
-    SaveToFileLogic() = default;
-    virtual ~SaveToFileLogic();
-    Q_DISABLE_COPY_MOVE(SaveToFileLogic)
-
     /// Has the session's keeper keep the receipt, its plugin data included. The name, for hosts
     /// that keep receipts in files of several names, is not read.
     /// \return Whether the receipt is on disk; false for a null document or without a keeper.

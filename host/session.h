@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/export.h"
+#include "host/hostobject.h"
 #include "host/singleton.h"
 #include "host/tr.h"
 
@@ -10,13 +11,9 @@ class AbstractDocument;
 class ReceiptKeeper;
 
 /// Where the till shows how far a step has come.
-class HOST_EXPORT ProgressDisplay
+class HOST_EXPORT ProgressDisplay : public HostObject
 {
 public:
-    ProgressDisplay() = default;
-    virtual ~ProgressDisplay();
-    Q_DISABLE_COPY_MOVE(ProgressDisplay)
-
     /// Shows a text and the share done in percent.
     virtual void setProgress(const tr::Tr & /*text*/, int /*value*/) {}
 };
@@ -25,8 +22,6 @@ public:
 class HOST_EXPORT Session
 {
 public:
-    Session();
-
     /// The receipt the till is working on; null between receipts.
     QSharedPointer<AbstractDocument> getCurrentDocument() const { return currentDocument; }
     /// Null between receipts; the till calls it before it tells the plugins.
@@ -43,12 +38,15 @@ public:
     /// Never null; a display that shows nothing until the till sets its own.
     QSharedPointer<ProgressDisplay> getProgressDisplay() const { return progressDisplay; }
     /// Null for one that shows nothing.
-    void setProgressDisplay(const QSharedPointer<ProgressDisplay> &display);
+    void setProgressDisplay(const QSharedPointer<ProgressDisplay> &display)
+    {
+        progressDisplay = display ? display : QSharedPointer<ProgressDisplay>::create();
+    }
 
 private:
     QSharedPointer<AbstractDocument> currentDocument;
     ReceiptKeeper *receiptKeeper = nullptr;
-    QSharedPointer<ProgressDisplay> progressDisplay;
+    QSharedPointer<ProgressDisplay> progressDisplay = QSharedPointer<ProgressDisplay>::create();
 };
 
 extern template class HOST_EXPORT Singleton<Session>;

@@ -238,8 +238,6 @@ QString expand(const QString &mask, const QList<QSharedPointer<FormatterSource>>
 
 } // namespace
 
-SimpleFormatter::~SimpleFormatter() = default;
-
 QString SimpleFormatter::format(const QString &mask,
                                 const QList<QSharedPointer<FormatterSource>> &sources,
                                 int /*flags*/, const QVariantMap &extraValues) const

@@ -2,6 +2,7 @@
 
 #include "host/export.h"
 #include "host/formattersource.h"
+#include "host/hostobject.h"
 #include "host/mockfactory.h"
 
 #include <QList>
@@ -22,13 +23,9 @@
 ///
 /// A placeholder that cannot be expanded (unknown source, field or format, or a value that is
 /// missing or does not fit the format) leaves nothing in the result and is named in the log.
-class HOST_EXPORT SimpleFormatter
+class HOST_EXPORT SimpleFormatter : public HostObject
 {
 public:
-    SimpleFormatter() = default;
-    virtual ~SimpleFormatter();
-    Q_DISABLE_COPY_MOVE(SimpleFormatter)
-
     /// The expansion of `mask` over the sources and the extra values. Of two sources of one name
     /// the first counts. `flags` is kept for hosts with variants of the language and is not read.
     virtual QString format(const QString &mask,

@@ -1,3 +1,0 @@
-#include "host/documentwatcher.h"
-
-DocumentWatcher::~DocumentWatcher() = default;

@@ -1,3 +1,0 @@
-#include "host/formattersource.h"
-
-FormatterSource::~FormatterSource() = default;
