@@ -97,19 +97,5 @@ QLatin1String AbstractDocument::sourceName() const
 
 QVariant AbstractDocument::field(QStringView name) const
 {
-    if (name == QLatin1String("shopCode"))
-        return header.shopCode;
-    if (name == QLatin1String("cashCode"))
-        return header.cashCode;
-    if (name == QLatin1String("shift"))
-        return header.shift;
-    if (name == QLatin1String("num"))
-        return header.num;
-    if (name == QLatin1String("dateTimeBeg"))
-        return header.dateTimeBeg;
-    if (name == QLatin1String("kind"))
-        return getKind();
-    if (name == QLatin1String("total"))
-        return getTotal();
-    return {};
+    return name == QLatin1String("total") ? getTotal() : memberOf(header, name);
 }

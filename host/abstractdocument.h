@@ -27,13 +27,26 @@ struct DocumentHeader
     QDateTime dateTimeBeg; ///< Local time at which the receipt was begun, whole seconds.
 
     bool operator==(const DocumentHeader &other) const = default;
+
+    /// Calls `visit(name, member)` for each member, under the name that masks use and the receipts
+    /// that are kept.
+    template<typename Header, typename Visit>
+    static void visitMembers(Header &header, const Visit &visit)
+    {
+        visit(QLatin1String("cashCode"), header.cashCode);
+        visit(QLatin1String("dateTimeBeg"), header.dateTimeBeg);
+        visit(QLatin1String("kind"), header.kind);
+        visit(QLatin1String("num"), header.num);
+        visit(QLatin1String("shift"), header.shift);
+        visit(QLatin1String("shopCode"), header.shopCode);
+    }
 };
 
 /// A receipt.
 ///
 /// It keeps what it is told and checks little: whether a price, a quantity or a discount makes
-/// sense is for the till to say. As a mask's source it is "document" with the fields "shopCode",
-/// "cashCode", "shift", "num", "dateTimeBeg", "kind" and "total".
+/// sense is for the till to say. As a mask's source it is "document" with the members of its header
+/// as fields, and "total".
 class HOST_EXPORT AbstractDocument : public FormatterSource
 {
 public:

@@ -52,6 +52,18 @@ public:
 
     bool operator==(const Client &other) const = default;
 
+    /// Calls `visit(name, member)` for each member, under the name in the receipts that are kept.
+    template<typename Holder, typename Visit>
+    static void visitMembers(Holder &holder, const Visit &visit)
+    {
+        visit(QLatin1String("birthday"), holder.birthday);
+        visit(QLatin1String("email"), holder.email);
+        visit(QLatin1String("name"), holder.name);
+        visit(QLatin1String("options"), holder.options);
+        visit(QLatin1String("phoneNumber"), holder.phoneNumber);
+        visit(QLatin1String("sex"), holder.sex);
+    }
+
 private:
     QString name;
     QString phoneNumber;

@@ -2,6 +2,8 @@
 
 #include "host/export.h"
 
+#include <QLatin1String>
+
 /// One discount as it fell on one position.
 class HOST_EXPORT DocumentImpactDetail
 {
@@ -26,6 +28,17 @@ public:
     int getImpactSource() const { return impactSource; }
     /// How much the position became cheaper, in the receipt's currency.
     double getDiscountSum() const { return discountSum; }
+
+    /// Calls `visit(name, member)` for each member, under the name in the receipts that are kept.
+    template<typename Impact, typename Visit>
+    static void visitMembers(Impact &impact, const Visit &visit)
+    {
+        visit(QLatin1String("campaignCode"), impact.campaignCode);
+        visit(QLatin1String("discountMode"), impact.discountMode);
+        visit(QLatin1String("discountSum"), impact.discountSum);
+        visit(QLatin1String("impactSource"), impact.impactSource);
+        visit(QLatin1String("posnum"), impact.posnum);
+    }
 
 private:
     int posnum;

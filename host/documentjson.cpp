@@ -4,6 +4,7 @@
 #include "host/variantjson.h"
 
 #include <QJsonArray>
+#include <QTimeZone>
 
 #include <cmath>
 
@@ -16,128 +17,93 @@ constexpr int formatVersion = 1;
 constexpr auto formatKey = QLatin1String("format");
 constexpr auto versionKey = QLatin1String("version");
 
+// How a member of each type is written and read. What is read of a value that cannot stand there is
+// written in another way.
+
+template<typename Value>
+QJsonValue valueToJson(const Value &numberOrText)
+{
+    return numberOrText;
+}
+
+QJsonValue valueToJson(QDate date)
+{
+    return QJsonValue::fromVariant(date);
+}
+
 /// ISO text with the offset from UTC that is in force; null for an invalid time.
-QJsonValue timeToJson(const QDateTime &time)
+QJsonValue valueToJson(QDateTime time)
 {
     if (!time.isValid())
         return {};
-    auto text = time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
-    if (text.endsWith(QLatin1Char('Z')))
-        text.replace(text.size() - 1, 1, QLatin1String("+00:00"));
-    return text;
+    // Asks the system for nothing but the offset: it looks that up in a file, each time.
+    time.setTimeZone(QTimeZone(time.offsetFromUtc()));
+    return time.toString(Qt::ISODateWithMs);
+}
+
+QJsonValue valueToJson(Client::Sex sex)
+{
+    return static_cast<int>(sex);
+}
+
+QJsonValue valueToJson(const QList<ClientOptions> &options)
+{
+    QJsonArray json;
+    for (const auto option : options)
+        json.append(static_cast<int>(option));
+    return json;
+}
+
+template<typename Value>
+void readValue(const QJsonValue &json, Value &value)
+{
+    value = json.toVariant().value<Value>();
 }
 
 /// The same time of day even when the till's time zone has changed since.
-QDateTime timeFromJson(const QJsonValue &value)
+void readValue(const QJsonValue &json, QDateTime &time)
 {
-    auto time = QDateTime::fromString(value.toString(), Qt::ISODateWithMs);
+    time = QDateTime::fromString(json.toString(), Qt::ISODateWithMs);
     // An hour that comes twice in autumn is told apart by the offset alone.
     const auto local = time.toLocalTime();
-    return local.offsetFromUtc() == time.offsetFromUtc() ? local : time;
+    if (local.offsetFromUtc() == time.offsetFromUtc())
+        time = local;
 }
 
-QJsonObject headerToJson(const DocumentHeader &header)
+void readValue(const QJsonValue &json, Client::Sex &sex)
 {
-    return {
-        {QLatin1String("kind"), header.kind},
-        {QLatin1String("shopCode"), header.shopCode},
-        {QLatin1String("cashCode"), header.cashCode},
-        {QLatin1String("shift"), header.shift},
-        {QLatin1String("num"), header.num},
-        {QLatin1String("dateTimeBeg"), timeToJson(header.dateTimeBeg)},
-    };
+    sex = json == static_cast<int>(Client::Sex::Female) ? Client::Sex::Female : Client::Sex::Male;
 }
 
-DocumentHeader headerFromJson(const QJsonObject &json)
+void readValue(const QJsonValue &json, QList<ClientOptions> &options)
 {
-    return {json.value(QLatin1String("kind")).toInt(),
-            json.value(QLatin1String("shopCode")).toInt(),
-            json.value(QLatin1String("cashCode")).toInt(),
-            json.value(QLatin1String("shift")).toInt(),
-            json.value(QLatin1String("num")).toInt(),
-            timeFromJson(json.value(QLatin1String("dateTimeBeg")))};
-}
-
-double finite(double number, QString &error)
-{
-    if (!std::isfinite(number))
-        error = QStringLiteral("a price, quantity or sum is not finite");
-    return number;
-}
-
-QJsonObject itemToJson(const GoodsItem &item, QString &error)
-{
-    return {
-        {QLatin1String("posnum"), item.getPosnum()},
-        {QLatin1String("code"), item.getCode()},
-        {QLatin1String("name"), item.getName()},
-        {QLatin1String("price"), finite(item.getPrice(), error)},
-        {QLatin1String("quantity"), finite(item.getQuantity(), error)},
-        {QLatin1String("sumb"), finite(item.getSumb(), error)},
-    };
-}
-
-QSharedPointer<GoodsItem> itemFromJson(const QJsonObject &json)
-{
-    auto item = QSharedPointer<GoodsItem>::create(
-        json.value(QLatin1String("posnum")).toInt(), json.value(QLatin1String("code")).toString(),
-        json.value(QLatin1String("name")).toString(), json.value(QLatin1String("price")).toDouble(),
-        json.value(QLatin1String("quantity")).toDouble());
-    item->setSumb(json.value(QLatin1String("sumb")).toDouble());
-    return item;
-}
-
-QJsonObject impactToJson(const DocumentImpactDetail &impact, QString &error)
-{
-    return {
-        {QLatin1String("posnum"), impact.getPosnum()},
-        {QLatin1String("campaignCode"), impact.getCampaignCode()},
-        {QLatin1String("discountMode"), impact.getDiscountMode()},
-        {QLatin1String("impactSource"), impact.getImpactSource()},
-        {QLatin1String("discountSum"), finite(impact.getDiscountSum(), error)},
-    };
-}
-
-DocumentImpactDetail impactFromJson(const QJsonObject &json)
-{
-    return {json.value(QLatin1String("posnum")).toInt(),
-            json.value(QLatin1String("campaignCode")).toInt(),
-            json.value(QLatin1String("discountMode")).toInt(),
-            json.value(QLatin1String("impactSource")).toInt(),
-            json.value(QLatin1String("discountSum")).toDouble()};
-}
-
-QJsonObject clientToJson(const Client &client)
-{
-    QJsonArray options;
-    for (const auto option : client.getOptions())
-        options.append(static_cast<int>(option));
-    return {
-        {QLatin1String("name"), client.getName()},
-        {QLatin1String("phoneNumber"), client.getPhoneNumber()},
-        {QLatin1String("email"), client.getEmail()},
-        {QLatin1String("options"), options},
-        {QLatin1String("sex"), static_cast<int>(client.getSex())},
-        {QLatin1String("birthday"), QJsonValue::fromVariant(client.getBirthday())},
-    };
-}
-
-QSharedPointer<Client> clientFromJson(const QJsonObject &json)
-{
-    auto client = QSharedPointer<Client>::create();
-    client->setName(json.value(QLatin1String("name")).toString());
-    client->setPhoneNumber(json.value(QLatin1String("phoneNumber")).toString());
-    client->setEmail(json.value(QLatin1String("email")).toString());
-    const auto options = json.value(QLatin1String("options")).toArray();
-    for (const auto &value : options) {
+    for (const auto &value : json.toArray()) {
         const auto option = static_cast<ClientOptions>(value.toInt());
-        if (option == ClientOptions::NoPaperReceipt || option == ClientOptions::ElectronicReceipt)
-            client->setOption(option);
+        const auto isKnown =
+            option == ClientOptions::NoPaperReceipt || option == ClientOptions::ElectronicReceipt;
+        if (isKnown && !options.contains(option))
+            options.append(option);
     }
-    const auto female = json.value(QLatin1String("sex")) == static_cast<int>(Client::Sex::Female);
-    client->setSex(female ? Client::Sex::Female : Client::Sex::Male);
-    client->setBirthday(json.value(QLatin1String("birthday")).toVariant().toDate());
-    return client;
+}
+
+template<typename Record>
+QJsonObject recordToJson(const Record &record, QString &error)
+{
+    QJsonObject json;
+    Record::visitMembers(record, [&](QLatin1String name, const auto &member) {
+        const auto value = valueToJson(member);
+        if (value.isDouble() && !std::isfinite(value.toDouble()))
+            error = QStringLiteral("a price, quantity or sum is not finite");
+        json.insert(name, value);
+    });
+    return json;
+}
+
+template<typename Record>
+void readRecord(const QJsonValue &json, Record &record)
+{
+    Record::visitMembers(record,
+                         [&](QLatin1String name, auto &member) { readValue(json[name], member); });
 }
 
 QJsonValue cardToJson(const QSharedPointer<DocumentCardRecord> &record, QString &error)
@@ -147,7 +113,7 @@ QJsonValue cardToJson(const QSharedPointer<DocumentCardRecord> &record, QString 
     const auto client = record->getCard()->getClient();
     return QJsonObject{
         {QLatin1String("number"), variantjson::toJson(record->getNumber(), error)},
-        {QLatin1String("client"), client ? QJsonValue(clientToJson(*client)) : QJsonValue()},
+        {QLatin1String("client"), client ? QJsonValue(recordToJson(*client, error)) : QJsonValue()},
     };
 }
 
@@ -158,23 +124,30 @@ QSharedPointer<DocumentCardRecord> cardFromJson(const QJsonValue &json)
     const auto number = json[QLatin1String("number")].toObject();
     auto record = QSharedPointer<DocumentCardRecord>::create(variantjson::fromJson(number));
     const auto client = json[QLatin1String("client")];
-    if (!client.isNull())
-        record->getCard()->setClient(clientFromJson(client.toObject()));
+    if (!client.isNull()) {
+        record->getCard()->setClient(QSharedPointer<Client>::create());
+        readRecord(client, *record->getCard()->getClient());
+    }
     return record;
 }
 
 /// The receipt that the object describes where it describes one.
 QSharedPointer<AbstractDocument> read(const QJsonObject &object)
 {
-    auto document = QSharedPointer<AbstractDocument>::create(
-        headerFromJson(object.value(QLatin1String("header")).toObject()));
+    DocumentHeader header;
+    readRecord(object.value(QLatin1String("header")), header);
+    auto document = QSharedPointer<AbstractDocument>::create(header);
     for (const auto &json : object.value(QLatin1String("items")).toArray()) {
-        const auto item = itemFromJson(json.toObject());
+        const auto item = QSharedPointer<GoodsItem>::create(0, QString(), QString(), 0, 0);
+        readRecord(json, *item);
         if (item->getPosnum() > 0 && !document->findGoodsItem(item->getPosnum()))
             document->restoreGoodsItem(item);
     }
-    for (const auto &json : object.value(QLatin1String("impacts")).toArray())
-        document->restoreImpactDetail(impactFromJson(json.toObject()));
+    for (const auto &json : object.value(QLatin1String("impacts")).toArray()) {
+        DocumentImpactDetail impact(0, 0, 0, 0, 0);
+        readRecord(json, impact);
+        document->restoreImpactDetail(impact);
+    }
     document->setCardRecord(cardFromJson(object.value(QLatin1String("card"))));
     const auto systems = object.value(QLatin1String("pluginData")).toObject();
     for (auto system = systems.begin(); system != systems.end(); ++system)
@@ -207,7 +180,7 @@ QString formatError(const QJsonObject &object)
 {
     if (object.value(formatKey) != formatName)
         return QStringLiteral("format: expected \"%1\"").arg(formatName);
-    if (isNewer(object))
+    if (object.value(versionKey).toInt() > formatVersion)
         return QStringLiteral("version: written by a newer version, expected at most %1")
             .arg(formatVersion);
     return {};
@@ -220,9 +193,9 @@ QJsonObject toJson(const AbstractDocument &document, QString &error)
     QJsonArray items;
     QJsonArray impacts;
     for (const auto &item : document.getGoodsItems()) {
-        items.append(itemToJson(*item, error));
+        items.append(recordToJson(*item, error));
         for (const auto &impact : document.getImpactDetails(item->getPosnum()))
-            impacts.append(impactToJson(*impact, error));
+            impacts.append(recordToJson(*impact, error));
     }
     QJsonObject pluginData;
     const auto &systems = document.allPluginData();
@@ -231,18 +204,12 @@ QJsonObject toJson(const AbstractDocument &document, QString &error)
     return {
         {formatKey, formatName},
         {versionKey, formatVersion},
-        {QLatin1String("header"), headerToJson(document.getHeader())},
+        {QLatin1String("header"), recordToJson(document.getHeader(), error)},
         {QLatin1String("items"), items},
         {QLatin1String("impacts"), impacts},
         {QLatin1String("card"), cardToJson(document.getCardRecord(), error)},
         {QLatin1String("pluginData"), pluginData},
     };
-}
-
-bool isNewer(const QJsonObject &object)
-{
-    return object.value(formatKey) == formatName &&
-           object.value(versionKey).toInt() > formatVersion;
 }
 
 QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error)

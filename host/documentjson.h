@@ -16,9 +16,6 @@ namespace documentjson {
 /// be read back.
 HOST_EXPORT QJsonObject toJson(const AbstractDocument &document, QString &error);
 
-/// Whether a newer version of this code has made the object, as far as it can be told.
-HOST_EXPORT bool isNewer(const QJsonObject &object);
-
 /// The receipt that `toJson` made the object of.
 /// \return Null, with the member and what was expected in `error`, for any other object.
 HOST_EXPORT QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error);

@@ -14,4 +14,17 @@ public:
     virtual QLatin1String sourceName() const = 0;
     /// The value of a field; invalid for an unknown one.
     virtual QVariant field(QStringView name) const = 0;
+
+protected:
+    /// The record's member that `visitMembers` shows under the name; invalid when there is none.
+    template<typename Record>
+    static QVariant memberOf(const Record &record, QStringView name)
+    {
+        QVariant found;
+        Record::visitMembers(record, [&](QLatin1String member, const auto &value) {
+            if (member == name)
+                found = value;
+        });
+        return found;
+    }
 };

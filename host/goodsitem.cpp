@@ -22,20 +22,3 @@ QLatin1String GoodsItem::sourceName() const
 {
     return QLatin1String("position");
 }
-
-QVariant GoodsItem::field(QStringView name) const
-{
-    if (name == QLatin1String("code"))
-        return code;
-    if (name == QLatin1String("name"))
-        return this->name;
-    if (name == QLatin1String("price"))
-        return price;
-    if (name == QLatin1String("quantity"))
-        return quantity;
-    if (name == QLatin1String("sumb"))
-        return sumb;
-    if (name == QLatin1String("posnum"))
-        return posnum;
-    return {};
-}

@@ -5,8 +5,7 @@
 
 #include <QString>
 
-/// A position of a receipt. As a mask's source it is "position" with the fields "code", "name",
-/// "price", "quantity", "sumb" and "posnum".
+/// A position of a receipt. As a mask's source it is "position" with its members as fields.
 class HOST_EXPORT GoodsItem : public FormatterSource
 {
 public:
@@ -33,7 +32,20 @@ public:
     double sumBeforeDiscounts() const;
 
     QLatin1String sourceName() const override;
-    QVariant field(QStringView name) const override;
+    QVariant field(QStringView name) const override { return memberOf(*this, name); }
+
+    /// Calls `visit(name, member)` for each member, under the name that masks use and the receipts
+    /// that are kept.
+    template<typename Item, typename Visit>
+    static void visitMembers(Item &item, const Visit &visit)
+    {
+        visit(QLatin1String("code"), item.code);
+        visit(QLatin1String("name"), item.name);
+        visit(QLatin1String("posnum"), item.posnum);
+        visit(QLatin1String("price"), item.price);
+        visit(QLatin1String("quantity"), item.quantity);
+        visit(QLatin1String("sumb"), item.sumb);
+    }
 
 private:
     int posnum;

@@ -102,6 +102,7 @@ TEST(ReceiptAsJson, IsReadAsItWasKept)
     QString error;
     const auto read = readBack(keptReceipt, error);
     ASSERT_TRUE(read) << error.toStdString();
+    EXPECT_TRUE(readBack(QByteArray(keptReceipt).replace("+03:00", "+00:00"), error));
     EXPECT_EQ(read->getRevision(), 0);
     EXPECT_EQ(read->getHeader().dateTimeBeg.time(), QTime(9, 30, 7));
     EXPECT_EQ(read->getTotal(), 91.01);
@@ -196,6 +197,7 @@ TEST(ReceiptAsJson, ThatIsDamagedForeignOrNewerIsRefusedByName)
         {changed(R"("posnum":1}])", R"("posnum":9}])"), "impacts[0]: expected"},
         {changed(R"("sex":1)", R"("sex":2)"), "card.client.sex: expected"},
         {changed(R"("options":[2])", R"("options":[3])"), "card.client.options[0]: expected"},
+        {changed(R"("options":[2])", R"("options":[2,2])"), "card.client.options[1]: expected"},
         {changed(R"("type":"int32")", R"("type":"int99")"),
          "pluginData.loyaltySystem24.value.visits.type: expected"},
         {changed(R"("value":12})", R"("value":"12"})"),
