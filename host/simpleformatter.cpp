@@ -10,7 +10,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <optional>
+#include <functional>
 
 template class MockFactory<SimpleFormatter>;
 
@@ -18,48 +18,104 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "till.formatter", QtInfoMsg)
 
-enum class Format {
-    Text,
-    Number,
-    Time,
-    Unknown,
-};
+/// Appends a value as its format writes it. False for one that does not fit, which may leave an
+/// unfinished text behind.
+using Writer = std::function<bool(QString &result, const QVariant &value)>;
 
 /// A piece of a mask: text to copy or, when `name` is not empty, a placeholder.
 struct Piece
 {
-    QString text;       ///< As it stands in the mask; "%" for "%%".
-    bool stray = false; ///< A percent sign that begins nothing.
-    QString source;     ///< Empty for an extra value.
+    QString text;   ///< As it stands in the mask; "%" for "%%".
+    QString source; ///< Empty for an extra value.
     QString name;
-    Format format = Format::Text;
-    int width = 0;   ///< Digits of a number at the least.
-    QString pattern; ///< Of a date and time, in Qt's spelling.
+    Writer write;       ///< Empty for an unknown format.
+    bool stray = false; ///< A percent sign that begins nothing.
 };
 
-void readFormat(Piece &piece, const QString &text)
+bool appendTime(QString &result, const QVariant &value, const QString &pattern)
+{
+    const auto length = result.size();
+    if (value.typeId() == QMetaType::QDateTime)
+        result += value.toDateTime().toString(pattern);
+    else if (value.typeId() == QMetaType::QDate)
+        result += value.toDate().toString(pattern);
+    else if (value.typeId() == QMetaType::QTime)
+        result += value.toTime().toString(pattern);
+    return result.size() > length; // not for an invalid time
+}
+
+/// Whether the value has what the pattern asks for; Qt would copy the letters of the rest.
+bool hasUnitsOf(const QString &pattern, const QVariant &value)
+{
+    static const QRegularExpression ofDates(QStringLiteral("[yMd]"));
+    static const QRegularExpression ofTimes(QStringLiteral("[hmsz]"));
+    return (value.typeId() != QMetaType::QTime || !pattern.contains(ofDates)) &&
+           (value.typeId() != QMetaType::QDate || !pattern.contains(ofTimes));
+}
+
+/// Whether the number is all of the value: the conversion rounds, and wraps around.
+bool isWhole(const QVariant &value, qlonglong number)
+{
+    const auto type = value.typeId();
+    return type == QMetaType::Int || type == QMetaType::LongLong ||
+           (type != QMetaType::QString && type != QMetaType::Bool &&
+            value.toDouble() == static_cast<double>(number));
+}
+
+bool appendNumber(QString &result, const QVariant &value, int width)
+{
+    bool ok = false;
+    const auto number = value.toLongLong(&ok);
+    if (!ok || !isWhole(value, number))
+        return false;
+    std::array<char, 20> text{};
+    const auto *const end = std::to_chars(text.begin(), text.end(), number).ptr;
+    const auto sign = number < 0 ? 1 : 0;
+    const auto zeros = std::max<qsizetype>(width - (end - text.data()), 0);
+    result += QLatin1String(text.data(), sign);
+    result.resize(result.size() + zeros, QLatin1Char('0'));
+    result += QLatin1String(text.data() + sign, end);
+    return true;
+}
+
+bool appendText(QString &result, const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Double:
+    case QMetaType::Float:
+        result += QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
+        return std::isfinite(value.toDouble());
+    case QMetaType::QDateTime:
+        return appendTime(result, value, QStringLiteral("yyyy-MM-dd'T'hh:mm:ss"));
+    case QMetaType::QDate:
+        return appendTime(result, value, QStringLiteral("yyyy-MM-dd"));
+    case QMetaType::QTime:
+        return appendTime(result, value, QStringLiteral("hh:mm:ss"));
+    default:
+        result += value.toString();
+        return value.canConvert<QString>();
+    }
+}
+
+Writer writerOf(const QString &format)
 {
     static const QRegularExpression number(QStringLiteral(R"(^(?:0([0-9]{1,2}))?d$)"));
     // Qt writes names for three and four of d and M.
     static const QRegularExpression time(
         QStringLiteral(R"(^(?!.*(?:ddd|MMM))[^\p{L}\p{N}]*)"
                        R"((?:(?:yyyy|yy|MM|dd|hh|mm|ss|zzz)[^\p{L}\p{N}]*)++$)"));
-    if (const auto match = number.match(text); match.hasMatch()) {
-        piece.format = Format::Number;
-        piece.width = match.capturedView(1).toInt();
-    } else if (time.match(text).hasMatch()) {
-        piece.format = Format::Time;
-        piece.pattern = QString(text).replace(QLatin1String("'"), QLatin1String("''"));
-    } else if (text != QLatin1String("s")) {
-        piece.format = Format::Unknown;
-    }
-}
-
-Piece textPiece(const QString &text)
-{
-    Piece piece;
-    piece.text = text;
-    return piece;
+    if (format == QLatin1String("s"))
+        return appendText;
+    if (const auto match = number.match(format); match.hasMatch())
+        return [width = match.captured(1).toInt()](QString &result, const QVariant &value) {
+            return appendNumber(result, value, width);
+        };
+    if (!time.match(format).hasMatch())
+        return {};
+    const auto pattern = QString(format).replace(QLatin1String("'"), QLatin1String("''"));
+    return [pattern](QString &result, const QVariant &value) {
+        return hasUnitsOf(pattern, value) && appendTime(result, value, pattern);
+    };
 }
 
 QList<Piece> parseMask(const QString &mask)
@@ -72,20 +128,16 @@ QList<Piece> parseMask(const QString &mask)
     QList<Piece> pieces;
     qsizetype end = 0;
     for (const auto &match : special.globalMatch(mask)) {
-        pieces.append(textPiece(mask.mid(end, match.capturedStart() - end)));
+        pieces.append({mask.mid(end, match.capturedStart() - end), {}, {}, {}});
         end = match.capturedEnd();
-        if (!match.hasCaptured(2)) {
-            pieces.append(textPiece(QStringLiteral("%")));
-            pieces.last().stray = match.capturedLength() == 1;
-            continue;
+        if (match.hasCaptured(2)) {
+            auto write = match.hasCaptured(3) ? writerOf(match.captured(3)) : appendText;
+            pieces.append({match.captured(), match.captured(1), match.captured(2), write});
+        } else {
+            pieces.append({QStringLiteral("%"), {}, {}, {}, match.capturedLength() == 1});
         }
-        pieces.append(textPiece(match.captured()));
-        pieces.last().source = match.captured(1);
-        pieces.last().name = match.captured(2);
-        if (match.hasCaptured(3))
-            readFormat(pieces.last(), match.captured(3));
     }
-    pieces.append(textPiece(mask.mid(end)));
+    pieces.append({mask.mid(end), {}, {}, {}});
     return pieces;
 }
 
@@ -114,101 +166,15 @@ QVariant findValue(const Piece &piece, const QList<QSharedPointer<FormatterSourc
     return {};
 }
 
-template<typename TimeFormat>
-bool appendTime(QString &result, const QVariant &value, const TimeFormat &format)
+/// What the log says of a placeholder that leaves nothing.
+QString complaintOf(const Piece &piece, const QVariant &value)
 {
-    const auto length = result.size();
-    if (value.typeId() == QMetaType::QDateTime)
-        result += value.toDateTime().toString(format);
-    else if (value.typeId() == QMetaType::QDate)
-        result += value.toDate().toString(format);
-    else if (value.typeId() == QMetaType::QTime)
-        result += value.toTime().toString(format);
-    return result.size() > length; // not for an invalid time
-}
-
-/// Whether the value has what the pattern asks for; Qt would copy the letters of the rest.
-bool hasUnitsOf(const QString &pattern, const QVariant &value)
-{
-    static const QRegularExpression ofDates(QStringLiteral("[yMd]"));
-    static const QRegularExpression ofTimes(QStringLiteral("[hmsz]"));
-    return (value.typeId() != QMetaType::QTime || !pattern.contains(ofDates)) &&
-           (value.typeId() != QMetaType::QDate || !pattern.contains(ofTimes));
-}
-
-/// Nothing for a fraction, a number that needs more than 64 bits with its sign, or no number.
-std::optional<qlonglong> wholeNumber(const QVariant &value)
-{
-    bool ok = false;
-    const auto number = value.toLongLong(&ok);
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-        return number;
-    case QMetaType::QString:
-    case QMetaType::Bool:
-        return std::nullopt;
-    default: // the conversion rounds, and wraps around
-        return ok && value.toDouble() == static_cast<double>(number) ? std::optional(number)
-                                                                     : std::nullopt;
-    }
-}
-
-bool appendNumber(QString &result, const QVariant &value, int width)
-{
-    const auto number = wholeNumber(value);
-    if (!number)
-        return false;
-    std::array<char, 20> text{};
-    const auto *const end = std::to_chars(text.begin(), text.end(), *number).ptr;
-    const auto sign = *number < 0 ? 1 : 0;
-    const auto zeros = std::max<qsizetype>(width - (end - text.data()), 0);
-    result += QLatin1String(text.data(), sign);
-    result.resize(result.size() + zeros, QLatin1Char('0'));
-    result += QLatin1String(text.data() + sign, end);
-    return true;
-}
-
-bool appendText(QString &result, const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Double:
-    case QMetaType::Float:
-        result += QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
-        return std::isfinite(value.toDouble());
-    case QMetaType::QDateTime:
-    case QMetaType::QDate:
-    case QMetaType::QTime:
-        return appendTime(result, value, Qt::ISODate);
-    default:
-        result += value.toString();
-        return value.canConvert<QString>();
-    }
-}
-
-/// Appends the value; when it does not fit the format, an unfinished text may be left behind.
-bool appendValue(QString &result, const QVariant &value, const Piece &piece)
-{
-    switch (piece.format) {
-    case Format::Text:
-        return appendText(result, value);
-    case Format::Number:
-        return appendNumber(result, value, piece.width);
-    case Format::Time:
-        return hasUnitsOf(piece.pattern, value) && appendTime(result, value, piece.pattern);
-    case Format::Unknown:
-        break;
-    }
-    return false;
-}
-
-QString whyLeftOut(const Piece &piece, const QVariant &value)
-{
+    auto reason = QStringLiteral("the value is missing or does not fit the format");
     if (!value.isValid())
-        return QStringLiteral("there is nothing of that name");
-    if (piece.format == Format::Unknown)
-        return QStringLiteral("the format is unknown");
-    return QStringLiteral("the value is missing or does not fit the format");
+        reason = QStringLiteral("there is nothing of that name");
+    else if (!piece.write)
+        reason = QStringLiteral("the format is unknown");
+    return QStringLiteral("%1 in a mask is left out: %2").arg(piece.text, reason);
 }
 
 QString expand(const QString &mask, const QList<QSharedPointer<FormatterSource>> &sources,
@@ -227,11 +193,10 @@ QString expand(const QString &mask, const QList<QSharedPointer<FormatterSource>>
         }
         const auto length = result.size();
         const auto value = findValue(piece, sources, extraValues);
-        if (value.isValid() && appendValue(result, value, piece))
+        if (value.isValid() && piece.write && piece.write(result, value))
             continue;
         result.truncate(length);
-        complaints.append(QStringLiteral("%1 in a mask is left out: %2")
-                              .arg(piece.text, whyLeftOut(piece, value)));
+        complaints.append(complaintOf(piece, value));
     }
     return result;
 }

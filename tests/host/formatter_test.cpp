@@ -56,6 +56,8 @@ TEST(SimpleFormatter, ExpandsValuesByTheirFormat)
         {"s", qQNaN(), nullptr},
         {"s", QDateTime(), nullptr},
         {"s", begun, "2024-02-01T09:05:07"},
+        {"s", QDateTime::fromString(QStringLiteral("2024-02-01T09:05:07+03:00"), Qt::ISODate),
+         "2024-02-01T09:05:07"},
         {"d", std::numeric_limits<qint64>::min(), "-9223372036854775808"},
         {"d", 5.0, "5"},
         {"d", 5.5, nullptr},
