@@ -14,49 +14,36 @@ Q_LOGGING_CATEGORY(log, "till.config", QtInfoMsg)
 
 constexpr qint64 maximumFileSize = 1LL << 20;
 
-struct Setting
-{
-    QString key;
-    QString value;
-    QString error; ///< What the line should have been; empty when key and value are good.
-};
-
-Setting refusal(const QString &expected)
-{
-    Setting setting;
-    setting.error = expected;
-    return setting;
-}
-
 bool hasBlankEnd(const QString &text)
 {
     return !text.isEmpty() && (text.front().isSpace() || text.back().isSpace());
 }
 
-Setting parseLine(const QByteArray &line)
+/// Takes a line apart. \return What it should have been; empty when key and value are good.
+QString readLine(const QByteArray &line, QString &key, QString &value)
 {
     if (line.contains('\0'))
-        return refusal(QStringLiteral("expected text, found a null character"));
+        return QStringLiteral("expected text, found a null character");
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
                                                      QStringDecoder::Flag::ConvertInitialBom);
     const QString text = decoder(line);
     if (decoder.hasError())
-        return refusal(QStringLiteral("expected UTF-8"));
+        return QStringLiteral("expected UTF-8");
     if (text.startsWith(QChar::ByteOrderMark))
-        return refusal(QStringLiteral("expected no byte order mark"));
+        return QStringLiteral("expected no byte order mark");
     if (text.endsWith(QLatin1Char('\r')))
-        return refusal(QStringLiteral("expected the line to end with a line feed alone, "
-                                      "found a carriage return before it"));
+        return QStringLiteral("expected the line to end with a line feed alone, "
+                              "found a carriage return before it");
     const auto separator = text.indexOf(QLatin1Char('='));
     if (separator < 1)
-        return refusal(QStringLiteral("expected key=value"));
-    Setting setting{text.left(separator), text.mid(separator + 1), {}};
-    if (hasBlankEnd(setting.key))
-        setting.error = QStringLiteral("expected no blank around the key");
-    else if (hasBlankEnd(setting.value))
-        setting.error =
-            QStringLiteral("expected no blank at the ends of the value of \"%1\"").arg(setting.key);
-    return setting;
+        return QStringLiteral("expected key=value");
+    key = text.left(separator);
+    value = text.mid(separator + 1);
+    if (hasBlankEnd(key))
+        return QStringLiteral("expected no blank around the key");
+    if (hasBlankEnd(value))
+        return QStringLiteral("expected no blank at the ends of the value of \"%1\"").arg(key);
+    return {};
 }
 
 } // namespace
@@ -91,15 +78,16 @@ std::optional<QString> Config::load(const QString &path)
         ++number;
         if (line.isEmpty() || line.startsWith('#'))
             continue;
-        auto setting = parseLine(line);
-        if (setting.error.isEmpty() && lineOfKey.contains(setting.key))
-            setting.error =
-                QStringLiteral("expected each key once, \"%1\" already stands in line %2")
-                    .arg(setting.key, QString::number(lineOfKey.value(setting.key)));
-        if (!setting.error.isEmpty())
-            return QStringLiteral("%1:%2: %3").arg(path, QString::number(number), setting.error);
-        lineOfKey.insert(setting.key, number);
-        loaded.insert(setting.key, setting.value);
+        QString key;
+        QString value;
+        auto refusal = readLine(line, key, value);
+        if (refusal.isEmpty() && lineOfKey.contains(key))
+            refusal = QStringLiteral("expected each key once, \"%1\" already stands in line %2")
+                          .arg(key, QString::number(lineOfKey.value(key)));
+        if (!refusal.isEmpty())
+            return QStringLiteral("%1:%2: %3").arg(path, QString::number(number), refusal);
+        lineOfKey.insert(key, number);
+        loaded.insert(key, value);
     }
     values = loaded;
     return std::nullopt;

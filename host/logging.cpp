@@ -95,20 +95,15 @@ QString problemWith(const QString &path)
 }
 
 /// Has the lines go there from now on.
-void replaceFile(const QString &path, int file)
+void setDestinations(const QString &path, int file, int standardError)
 {
     auto &to = destinations();
     const std::scoped_lock lock(to.mutex);
+    if (to.file != none)
+        ::close(to.file);
     to.path = path;
-    if (const auto before = std::exchange(to.file, file); before != none)
-        ::close(before);
-}
-
-void setStandardError(int descriptor)
-{
-    auto &to = destinations();
-    const std::scoped_lock lock(to.mutex);
-    to.standardError = descriptor;
+    to.file = file;
+    to.standardError = standardError;
 }
 
 } // namespace
@@ -123,8 +118,7 @@ std::optional<QString> start(const QString &file, bool toStandardError)
         if (opened == none)
             return problemWith(file);
     }
-    replaceFile(file, opened);
-    setStandardError(toStandardError ? STDERR_FILENO : none);
+    setDestinations(file, opened, toStandardError ? STDERR_FILENO : none);
     // Without effect when the environment has a pattern.
     qSetMessagePattern(
         QStringLiteral("%{time yyyy-MM-dd hh:mm:ss.zzz} %{type} %{category}: %{message}"));
@@ -134,25 +128,21 @@ std::optional<QString> start(const QString &file, bool toStandardError)
 
 std::optional<QString> reopen()
 {
-    const auto path = [] {
-        auto &to = destinations();
-        const std::scoped_lock lock(to.mutex);
-        return to.path;
-    }();
-    if (path.isEmpty())
+    auto &to = destinations();
+    const std::scoped_lock lock(to.mutex);
+    if (to.path.isEmpty())
         return std::nullopt;
-    const auto opened = openFile(path);
+    const auto opened = openFile(to.path);
     if (opened == none)
-        return problemWith(path);
-    replaceFile(path, opened);
+        return problemWith(to.path);
+    ::close(std::exchange(to.file, opened));
     return std::nullopt;
 }
 
 void stop()
 {
     qInstallMessageHandler(nullptr);
-    replaceFile({}, none);
-    setStandardError(none);
+    setDestinations({}, none, none);
 }
 
 } // namespace logging

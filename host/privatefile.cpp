@@ -16,29 +16,22 @@ namespace privatefile {
 Content read(const QString &path, qint64 limit)
 {
     const auto failure = [](const QString &reason) { return Content{{}, 0, reason}; };
-    // Without O_NONBLOCK a pipe would be waited for until somebody writes to it.
-    const auto descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return failure(qt_error_string(errno));
-    QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
-        return failure(file.errorString());
-    }
     struct stat status = {};
-    if (::fstat(descriptor, &status) != 0)
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
         return failure(qt_error_string(errno));
+    // Opening a pipe would wait until somebody writes to it.
     if (!S_ISREG(status.st_mode))
         return failure(QStringLiteral("expected a regular file"));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return failure(file.errorString());
     // The amount asked for is allocated, however short the file is.
-    Content content{
-        file.read(std::min<qint64>(status.st_size, limit) + 1), status.st_mode & 07777U, {}};
+    const auto bytes = file.read(std::min<qint64>(status.st_size, limit) + 1);
     if (file.error() != QFile::NoError)
         return failure(file.errorString());
-    if (content.bytes.size() > limit)
+    if (bytes.size() > limit)
         return failure(QStringLiteral("expected at most %1 bytes").arg(limit));
-    return content;
+    return {bytes, status.st_mode & 07777U, {}};
 }
 
 std::optional<QString> createDirectory(const QString &path)

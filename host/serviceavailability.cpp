@@ -1,13 +1,10 @@
 #include "host/serviceavailability.h"
 
-#include "host/circuitbreaker.h"
 #include "host/config.h"
 
-#include <QHash>
 #include <QUrl>
 
 #include <algorithm>
-#include <mutex>
 
 template class Singleton<ServiceAvailability>;
 
@@ -22,7 +19,9 @@ QString nameOf(const QUrl &url)
         .arg(url.scheme(), url.host(), QString::number(url.port(isSecure ? 443 : 80)));
 }
 
-CircuitBreaker::Range configuredRange()
+} // namespace
+
+CircuitBreaker::Range ServiceAvailability::configuredRange()
 {
     const auto read = [](const QString &key, CircuitBreaker::Duration otherwise) {
         const auto count = static_cast<int>(otherwise.count());
@@ -33,74 +32,50 @@ CircuitBreaker::Range configuredRange()
             read(QStringLiteral("Http:retryMax"), range.longest)};
 }
 
-} // namespace
-
-struct ServiceAvailability::Entry
-{
-    CircuitBreaker breaker{configuredRange()};
-    Reach reach = Reach::Unknown;
-    QDateTime unreachableSince;
-    QDateTime lastAnswer;
-    Clock::time_point leftAloneUntil;
-};
-
-struct ServiceAvailability::Entries
-{
-    mutable std::mutex mutex;
-    QHash<QString, Entry> byName;
-};
-
-ServiceAvailability::ServiceAvailability()
-    : entries(std::make_unique<Entries>())
-{}
-
-ServiceAvailability::~ServiceAvailability() = default;
-
 std::chrono::milliseconds ServiceAvailability::patience(const QUrl &service,
                                                         std::chrono::milliseconds usual)
 {
-    const std::scoped_lock lock(entries->mutex);
-    return entries->byName[nameOf(service)].breaker.patience(Clock::now(), usual);
+    const std::scoped_lock lock(mutex);
+    return entries[nameOf(service)].breaker.patience(Clock::now(), usual);
 }
 
 void ServiceAvailability::note(const QUrl &service, Outcome outcome,
                                std::chrono::seconds retryAfter)
 {
-    const std::scoped_lock lock(entries->mutex);
-    auto &entry = entries->byName[nameOf(service)];
+    const std::scoped_lock lock(mutex);
+    auto &[breaker, state, leftAloneUntil] = entries[nameOf(service)];
     if (outcome == Outcome::Answered) {
-        entry.breaker.noteAnswer();
-        entry.reach = Reach::Reachable;
-        entry.unreachableSince = {};
-        entry.lastAnswer = QDateTime::currentDateTimeUtc();
-        entry.leftAloneUntil =
-            Clock::now() + std::clamp<std::chrono::seconds>(
-                               retryAfter, std::chrono::seconds::zero(), longestRetryAfter);
+        breaker.noteAnswer();
+        state = {Reach::Reachable, {}, QDateTime::currentDateTimeUtc()};
+        leftAloneUntil = Clock::now() +
+                         std::clamp<std::chrono::seconds>(retryAfter, std::chrono::seconds::zero(),
+                                                          longestRetryAfter);
         return;
     }
     if (outcome == Outcome::Unreachable)
-        entry.breaker.noteFailure(Clock::now());
+        breaker.noteFailure(Clock::now());
     else
-        entry.breaker.noteNothing();
-    entry.reach = Reach::Unreachable;
-    if (entry.unreachableSince.isNull())
-        entry.unreachableSince = QDateTime::currentDateTimeUtc();
+        breaker.noteNothing();
+    state.reach = Reach::Unreachable;
+    if (state.unreachableSince.isNull())
+        state.unreachableSince = QDateTime::currentDateTimeUtc();
 }
 
 ServiceAvailability::State ServiceAvailability::state(const QUrl &service) const
 {
     using std::chrono::milliseconds;
-    const std::scoped_lock lock(entries->mutex);
-    const auto entry = entries->byName.constFind(nameOf(service));
-    if (entry == entries->byName.constEnd())
+    const std::scoped_lock lock(mutex);
+    const auto entry = entries.constFind(nameOf(service));
+    if (entry == entries.constEnd())
         return {};
+    auto state = entry->state;
     const auto rest = std::chrono::ceil<milliseconds>(entry->leftAloneUntil - Clock::now());
-    return {entry->reach, entry->unreachableSince, entry->lastAnswer,
-            std::max(rest, milliseconds::zero())};
+    state.retryAfter = std::max(rest, milliseconds::zero());
+    return state;
 }
 
 void ServiceAvailability::clear()
 {
-    const std::scoped_lock lock(entries->mutex);
-    entries->byName.clear();
+    const std::scoped_lock lock(mutex);
+    entries.clear();
 }

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "host/circuitbreaker.h"
 #include "host/export.h"
 #include "host/singleton.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QString>
 
 #include <chrono>
-#include <memory>
+#include <mutex>
 
 class QUrl;
 
@@ -38,10 +40,6 @@ public:
     /// A service wants to be left alone for an hour at most, whatever it says.
     static constexpr std::chrono::hours longestRetryAfter{1};
 
-    ServiceAvailability();
-    ~ServiceAvailability();
-    Q_DISABLE_COPY_MOVE(ServiceAvailability)
-
     /// How long a request may be waited for that somebody waits for, `usual` at most; 0 when it is
     /// not to be sent. It is not for a time after the service let somebody wait in vain:
     /// "Http:retryFirst" milliseconds first, then twice as long with each failed trial, at most
@@ -58,10 +56,16 @@ public:
     void clear();
 
 private:
-    struct Entry;
-    struct Entries;
+    struct Entry
+    {
+        CircuitBreaker breaker{configuredRange()};
+        State state; ///< But for `retryAfter`.
+        CircuitBreaker::Time leftAloneUntil;
+    };
+    static CircuitBreaker::Range configuredRange();
 
-    std::unique_ptr<Entries> entries;
+    mutable std::mutex mutex;
+    QHash<QString, Entry> entries; ///< By scheme, host and port.
 };
 
 extern template class HOST_EXPORT Singleton<ServiceAvailability>;
