@@ -18,10 +18,9 @@ Answer success(QJsonObject body = {});
 /// The request itself is wrong: address, headers, form. Clients read "errorMessage" as failure.
 Answer protocolError(int httpCode, const QString &message);
 /// The body is of the wrong shape; one message for each fault found.
-Answer validationError(const QJsonArray &messages);
-/// A well-formed request that the service does not grant, with HTTP 200 as services do.
+Answer validationError(const QJsonArray &messages, int httpCode = 400);
+/// A well-formed request that the service does not grant, with HTTP 200 as services do. `location`
+/// is the dotted path of the member it is about.
 Answer refusal(const QString &message, const QString &location);
-/// One entry of "validationMessages"; `location` is the dotted path of the member it is about.
-QJsonObject validationMessage(const QString &message, const QString &location);
 
 } // namespace simulator

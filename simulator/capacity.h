@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <mutex>
-#include <optional>
 
 namespace simulator {
 
@@ -13,33 +12,31 @@ namespace simulator {
 class Capacity
 {
 public:
-    using Clock = std::chrono::steady_clock;
-
     static constexpr std::chrono::seconds longestWait{2};
 
     /// 0 bears everything.
     explicit Capacity(int requestsPerSecond)
-        : turn(requestsPerSecond > 0 ? Clock::duration(std::chrono::seconds(1)) / requestsPerSecond
-                                     : Clock::duration(0))
+        : turn(requestsPerSecond > 0
+                   ? std::chrono::nanoseconds(std::chrono::seconds(1)) / requestsPerSecond
+                   : std::chrono::nanoseconds(0))
     {}
 
-    /// Queues a request that comes now. Returns how long it waits for its turn; nothing when it is
-    /// turned away.
-    std::optional<Clock::duration> enter()
+    /// Queues a request that comes now. Returns how long it waits for its turn; one that would
+    /// wait for more than `longestWait` is turned away.
+    std::chrono::nanoseconds enter()
     {
         const std::lock_guard lock(mutex);
-        const auto now = Clock::now();
+        const auto now = std::chrono::steady_clock::now();
         const auto begin = std::max(nextTurn, now);
-        if (begin - now > longestWait)
-            return {};
-        nextTurn = begin + turn;
+        if (begin - now <= longestWait)
+            nextTurn = begin + turn;
         return begin - now;
     }
 
 private:
-    const Clock::duration turn;
+    const std::chrono::nanoseconds turn;
     std::mutex mutex;
-    Clock::time_point nextTurn;
+    std::chrono::steady_clock::time_point nextTurn;
 };
 
 } // namespace simulator

@@ -9,24 +9,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QJsonObject sentCustomer(const QJsonObject &body)
-{
-    return body.value("customer"_L1).toObject();
-}
-
 QString sentPhone(const QJsonObject &body)
 {
-    return normalizedPhone(sentCustomer(body).value("mobilePhone"_L1).toString());
+    return normalizedPhone(body["customer"_L1]["mobilePhone"_L1].toString());
 }
 
 Answer phoneRefused(const QString &reason)
 {
     return refusal(reason, u"customer.mobilePhone"_s);
-}
-
-Answer emailRefused(const QString &reason)
-{
-    return refusal(reason, u"customer.email"_s);
 }
 
 /// A customer in an answer; only the processing status for an empty one.
@@ -50,13 +40,13 @@ Answer confirmation(QLatin1String processingStatus)
 /// Takes over what was sent, in the form of the answers.
 QJsonObject withData(QJsonObject customer, const QJsonObject &sent)
 {
-    customer.insert("firstName"_L1, sent.value("firstName"_L1));
-    customer.insert("sex"_L1, sent.value("sex"_L1));
-    if (const auto text = sent.value("birthDate"_L1).toString(); !text.isEmpty())
+    customer.insert("firstName"_L1, sent["firstName"_L1]);
+    customer.insert("sex"_L1, sent["sex"_L1]);
+    if (const auto text = sent["birthDate"_L1].toString(); !text.isEmpty())
         customer.insert("birthDate"_L1,
                         QDate::fromString(text, u"dd.MM.yyyy"_s).toString(Qt::ISODate));
-    const auto email = sent.value("email"_L1);
-    if (email.isString() && email != customer.value("email"_L1)) {
+    const auto email = sent["email"_L1];
+    if (email.isString() && email != customer["email"_L1]) {
         customer.insert("email"_L1, email);
         customer.insert("isEmailConfirmed"_L1, false);
     }
@@ -91,7 +81,7 @@ Answer Service::registerCustomer(const QJsonObject &body)
         {"isEmailConfirmed"_L1, false},
         {"lastName"_L1, QString()},
         {"customFields"_L1, QJsonObject{{"consentToElectronicChecks"_L1, false}}}};
-    const auto fresh = withData(blank, sentCustomer(body));
+    const auto fresh = withData(blank, body["customer"_L1].toObject());
     store.put(kept::customers, phone, fresh);
     sendCode(phone);
     return success(customerPart(fresh, "Created"_L1));
@@ -103,7 +93,7 @@ Answer Service::editCustomer(const QJsonObject &body)
     const auto known = customer(phone);
     if (known.isEmpty())
         return phoneRefused(u"The customer is unknown"_s);
-    const auto edited = withData(known, sentCustomer(body));
+    const auto edited = withData(known, body["customer"_L1].toObject());
     store.put(kept::customers, phone, edited);
     if (behaviour(phone) == Behaviour::ReloadFails)
         failingReloads.insert(phone);
@@ -116,7 +106,7 @@ Answer Service::checkAuthorizationCode(const QJsonObject &body)
     const auto known = customer(phone);
     if (known.isEmpty())
         return notFound();
-    const auto code = body.value("authentificationCode"_L1).toString();
+    const auto code = body["authentificationCode"_L1].toString();
     if (!isCodeRight(phone, code))
         return confirmation("IncorrectConfirmationCode"_L1);
     store.remove(kept::codes, phone);
@@ -131,7 +121,7 @@ Answer Service::confirmMobilePhone(const QJsonObject &body)
     auto known = customer(phone);
     if (known.isEmpty())
         return notFound();
-    if (known.value("isMobilePhoneConfirmed"_L1).toBool())
+    if (known["isMobilePhoneConfirmed"_L1].toBool())
         return confirmation("AlreadyConfirmed"_L1);
     if (!isCodeRight(phone, body["smsConfirmation"_L1]["code"_L1].toString()))
         return confirmation("IncorrectConfirmationCode"_L1);
@@ -153,11 +143,11 @@ Answer Service::resendConfirmationCode(const QJsonObject &body)
 
 Answer Service::emailConfirmationLetter(const QJsonObject &body)
 {
-    const auto email = sentCustomer(body).value("email"_L1).toString();
+    const auto email = body["customer"_L1]["email"_L1].toString();
     if (!store.knowsEmail(email))
-        return emailRefused(u"No customer has this e-mail address"_s);
+        return refusal(u"No customer has this e-mail address"_s, u"customer.email"_s);
     if (isLetterRefused(email))
-        return emailRefused(u"The mailbox does not accept letters"_s);
+        return refusal(u"The mailbox does not accept letters"_s, u"customer.email"_s);
     store.append(kept::letters,
                  {{"email"_L1, email}, {"sentAt"_L1, QDateTime::currentMSecsSinceEpoch()}});
     message = u"Letter to %1"_s.arg(email);
@@ -172,8 +162,8 @@ QJsonObject Service::customer(const QString &phone) const
 bool Service::isCodeRight(const QString &phone, const QString &code) const
 {
     const auto sent = store.get(kept::codes, phone);
-    return sent.value("code"_L1) == code &&
-           QDateTime::currentMSecsSinceEpoch() < sent.value("expiresAt"_L1).toInteger();
+    return sent["code"_L1] == code &&
+           QDateTime::currentMSecsSinceEpoch() < sent["expiresAt"_L1].toInteger();
 }
 
 void Service::sendCode(const QString &phone)
@@ -185,7 +175,7 @@ void Service::sendCode(const QString &phone)
                            {"expiresAt"_L1, now + qint64(options.codeLifetime.count())}};
     store.put(kept::codes, phone, sent);
     store.append(kept::sms, sent);
-    message = u"SMS to %1: code %2"_s.arg(phone, sent.value("code"_L1).toString());
+    message = u"SMS to %1: code %2"_s.arg(phone, sent["code"_L1].toString());
 }
 
 } // namespace simulator

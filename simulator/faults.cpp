@@ -13,7 +13,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto kindNames = std::to_array<std::pair<FaultKind, QLatin1String>>({
+struct KindName
+{
+    FaultKind kind;
+    QLatin1String name;
+};
+constexpr auto kindNames = std::to_array<KindName>({
+    {FaultKind::None, ""_L1},
     {FaultKind::Delay, "delay"_L1},
     {FaultKind::Drop, "drop"_L1},
     {FaultKind::Cut, "cut"_L1},
@@ -25,106 +31,80 @@ constexpr auto kindNames = std::to_array<std::pair<FaultKind, QLatin1String>>({
     {FaultKind::WrongCodeAsValidationError, "wrongCodeAsValidationError"_L1},
 });
 
-std::optional<FaultKind> faultKind(const QJsonValue &name)
+struct Number
 {
-    const auto *const known =
-        std::find_if(kindNames.begin(), kindNames.end(),
-                     [&name](const auto &kind) { return QJsonValue(kind.second) == name; });
-    return known == kindNames.end() ? std::nullopt : std::optional(known->first);
-}
-
-template<qint64 least, qint64 most>
-bool isFrom(const QJsonValue &value)
-{
-    const auto number = value.toInteger(least - 1);
-    return least <= number && number <= most;
-}
-
-const Kind kind{"must be a kind of fault"_L1,
-                [](const QJsonValue &value) { return faultKind(value).has_value(); }};
-const Kind someKinds{"must be kinds of faults"_L1, [](const QJsonValue &value) {
-                         const auto names = value.toArray();
-                         return !names.isEmpty() &&
-                                std::all_of(names.begin(), names.end(), kind.holds);
-                     }};
-const Kind count{"must be from 0 to 1000000"_L1, isFrom<0, 1'000'000>};
-const Kind duration{"must be from 0 to 600000"_L1, isFrom<0, 600'000>};
-const Kind httpCode{"must be from 200 to 599"_L1, isFrom<200, 599>};
-const Kind seed{"must be from 0 to 4294967295"_L1, isFrom<0, 0xffff'ffff>};
-
-constexpr auto faultMembers = std::to_array<Member>({
-    {"kind"_L1, kind},
-    {"operation"_L1, kinds::text, Presence::Optional},
-    {"count"_L1, count, Presence::Optional},
-    {"executed"_L1, kinds::boolean, Presence::Optional},
-    {"milliseconds"_L1, duration, Presence::Optional},
-    {"httpCode"_L1, httpCode, Presence::Optional},
-    {"retryAfter"_L1, duration, Presence::Optional},
-    {"probability"_L1, kinds::probability, Presence::Optional},
+    QLatin1String name;
+    int Fault::*value;
+};
+constexpr auto numbers = std::to_array<Number>({
+    {"count"_L1, &Fault::count},
+    {"milliseconds"_L1, &Fault::milliseconds},
+    {"httpCode"_L1, &Fault::httpCode},
+    {"retryAfter"_L1, &Fault::retryAfter},
 });
 
-constexpr auto randomMembers = std::to_array<Member>({
-    {"seed"_L1, seed},
-    {"probability"_L1, kinds::probability},
-    {"kinds"_L1, someKinds},
-    {"milliseconds"_L1, duration, Presence::Optional},
-});
-
-constexpr auto randomOrder = std::to_array<Member>({nested("random"_L1, randomMembers)});
-
+/// Of an order that was found right.
 Fault fromJson(const QJsonObject &order)
 {
-    const Fault usual;
-    return {.kind = *faultKind(order.value("kind"_L1)),
-            .operation = order.value("operation"_L1).toString(),
-            .count = order.value("count"_L1).toInt(usual.count),
-            .executed = order.value("executed"_L1).toBool(usual.executed),
-            .milliseconds = order.value("milliseconds"_L1).toInt(usual.milliseconds),
-            .httpCode = order.value("httpCode"_L1).toInt(usual.httpCode),
-            .retryAfter = order.value("retryAfter"_L1).toInt(usual.retryAfter),
-            .probability = order.value("probability"_L1).toDouble(usual.probability)};
+    Fault fault{.kind = *faultKind(order["kind"_L1].toString()),
+                .operation = order["operation"_L1].toString(),
+                .executed = order["executed"_L1].toBool(true),
+                .probability = order["probability"_L1].toDouble(1)};
+    for (const auto &[name, value] : numbers)
+        fault.*value = order[name].toInt(fault.*value);
+    return fault;
 }
 
 QJsonObject toJson(const Fault &fault)
 {
-    return {{"kind"_L1, faultName(fault.kind)},
-            {"operation"_L1, fault.operation},
-            {"count"_L1, fault.count},
-            {"executed"_L1, fault.executed},
-            {"milliseconds"_L1, fault.milliseconds},
-            {"httpCode"_L1, fault.httpCode},
-            {"retryAfter"_L1, fault.retryAfter},
-            {"probability"_L1, fault.probability}};
+    QJsonObject order{{"kind"_L1, faultName(fault.kind)},
+                      {"operation"_L1, fault.operation},
+                      {"executed"_L1, fault.executed},
+                      {"probability"_L1, fault.probability}};
+    for (const auto &[name, value] : numbers)
+        order.insert(name, fault.*value);
+    return order;
 }
 
 } // namespace
 
 QString faultName(FaultKind kind)
 {
-    return std::find_if(kindNames.begin(), kindNames.end(),
-                        [kind](const auto &known) { return known.first == kind; })
-        ->second;
+    return std::ranges::find(kindNames, kind, &KindName::kind)->name;
+}
+
+std::optional<FaultKind> faultKind(const QString &name)
+{
+    const auto *const known = std::ranges::find(kindNames, name, &KindName::name);
+    return known == kindNames.end() || name.isEmpty() ? std::nullopt : std::optional(known->kind);
+}
+
+bool Fault::isDone() const
+{
+    return executed || kind == FaultKind::Delay || kind == FaultKind::SlowDrip ||
+           kind == FaultKind::WrongCodeAsValidationError;
 }
 
 void FaultPlan::add(const Fault &fault)
 {
     const std::lock_guard lock(mutex);
-    const auto drawn = std::find_if(waiting.begin(), waiting.end(),
-                                    [](const Fault &other) { return other.isDrawn; });
+    const auto drawn = std::ranges::find(waiting, true, &Fault::isDrawn);
     waiting.insert(fault.isDrawn ? waiting.end() : drawn, fault);
 }
 
 QString FaultPlan::addJson(const QJsonObject &order)
 {
     const bool isRandom = order.contains("random"_L1);
-    const auto wrong = isRandom ? checkBody(order, randomOrder) : checkBody(order, faultMembers);
+    const auto wrong = checkBody(order, isRandom ? u"random faults"_s : u"one fault"_s);
     if (!wrong.isEmpty())
         return (wrong[0]["location"_L1].toString() + u' ' + wrong[0]["message"_L1].toString())
             .trimmed();
-    if (isRandom)
-        addRandom(order.value("random"_L1).toObject());
-    else
+    if (!isRandom)
         add(fromJson(order));
+    else if (order["random"_L1]["kinds"_L1].toArray().isEmpty())
+        return u"random.kinds must name a kind of fault"_s;
+    else
+        addRandom(order["random"_L1].toObject());
     return {};
 }
 
@@ -133,14 +113,13 @@ void FaultPlan::addRandom(const QJsonObject &order)
     {
         const std::lock_guard lock(mutex);
         waiting.removeIf([](const Fault &fault) { return fault.isDrawn; });
-        generator.seed(static_cast<quint32>(order.value("seed"_L1).toInteger()));
+        generator.seed(static_cast<quint32>(order["seed"_L1].toInteger()));
     }
-    const auto names = order.value("kinds"_L1).toArray();
-    const auto share = order.value("probability"_L1).toDouble() / double(names.size());
+    const auto names = order["kinds"_L1].toArray();
+    const auto share = order["probability"_L1].toDouble() / double(names.size());
     // A kind is tried only when those before it did not hit, so that each gets the same share.
     for (double before = 0; const auto name : names) {
-        auto fault =
-            fromJson({{"kind"_L1, name}, {"milliseconds"_L1, order.value("milliseconds"_L1)}});
+        auto fault = fromJson({{"kind"_L1, name}, {"milliseconds"_L1, order["milliseconds"_L1]}});
         fault.count = 0;
         fault.probability = share / (1 - before);
         fault.isDrawn = true;
@@ -160,14 +139,14 @@ void FaultPlan::reset()
 {
     clear();
     const std::lock_guard lock(mutex);
-    played.clear();
+    played = {};
 }
 
-std::optional<Fault> FaultPlan::next(const QString &operation)
+Fault FaultPlan::next(const QString &operation)
 {
     const std::lock_guard lock(mutex);
-    const auto found = std::find_if(waiting.begin(), waiting.end(),
-                                    [&](const Fault &fault) { return hits(fault, operation); });
+    const auto found =
+        std::ranges::find_if(waiting, [&](const Fault &fault) { return hits(fault, operation); });
     if (found == waiting.end())
         return {};
     auto fault = *found;
@@ -178,7 +157,8 @@ std::optional<Fault> FaultPlan::next(const QString &operation)
         if (fault.kind == FaultKind::Delay)
             fault.milliseconds = generator.bounded(fault.milliseconds + 1);
     }
-    ++played[faultName(fault.kind)];
+    const auto name = faultName(fault.kind);
+    played.insert(name, played[name].toInt() + 1);
     return fault;
 }
 
@@ -191,13 +171,10 @@ bool FaultPlan::hits(const Fault &fault, const QString &operation)
 QJsonObject FaultPlan::toJson() const
 {
     const std::lock_guard lock(mutex);
-    QJsonObject counts;
-    for (auto count = played.begin(); count != played.end(); ++count)
-        counts.insert(count.key(), *count);
     QJsonArray orders;
     for (const auto &fault : waiting)
         orders.append(simulator::toJson(fault));
-    return {{"played"_L1, counts}, {"waiting"_L1, orders}};
+    return {{"played"_L1, played}, {"waiting"_L1, orders}};
 }
 
 } // namespace simulator

@@ -2,7 +2,6 @@
 
 #include <QJsonObject>
 #include <QList>
-#include <QMap>
 #include <QRandomGenerator>
 #include <QString>
 
@@ -13,6 +12,7 @@ namespace simulator {
 
 /// A way in which an exchange goes wrong.
 enum class FaultKind {
+    None,                      ///< It does not.
     Delay,                     ///< The answer comes after `milliseconds`.
     Drop,                      ///< The connection closes without a byte.
     Cut,                       ///< The connection closes after half of the answer's body.
@@ -24,13 +24,14 @@ enum class FaultKind {
     WrongCodeAsValidationError ///< A wrong SMS code is answered as a validation error.
 };
 
-/// The name of the kind over HTTP and in the dump, such as "slowDrip".
+/// The name of the kind over HTTP and in the dump, such as "slowDrip"; empty for none.
 QString faultName(FaultKind kind);
+std::optional<FaultKind> faultKind(const QString &name);
 
 /// A fault to be played on the next requests.
 struct Fault
 {
-    FaultKind kind = FaultKind::Drop;
+    FaultKind kind = FaultKind::None;
     QString operation{}; ///< Name of the only operation hit; empty for every operation.
     int count = 1;       ///< How many requests are hit; 0 for all until it is dropped.
     /// Whether the operation is done before the fault plays: a lost answer, else a lost request.
@@ -43,6 +44,9 @@ struct Fault
     double probability = 1; ///< Whether a request is hit, by lot.
     /// Whether `executed` and the length of a delay, up to `milliseconds`, are drawn by lot, too.
     bool isDrawn = false;
+
+    /// Whether the operation is carried out although, or before, the fault is played.
+    bool isDone() const;
 };
 
 /// Faults waiting to be played, and how many of each kind were. Usable from several threads.
@@ -60,7 +64,7 @@ public:
     void reset();
 
     /// The fault to play on this request, taken off the plan and counted.
-    std::optional<Fault> next(const QString &operation);
+    Fault next(const QString &operation);
     /// Members "played" (counts by name of the kind) and "waiting" (orders as `addJson` takes
     /// them).
     QJsonObject toJson() const;
@@ -72,7 +76,7 @@ private:
     mutable std::mutex mutex;
     QList<Fault> waiting; ///< The drawn ones at the end.
     QRandomGenerator generator = QRandomGenerator::securelySeeded();
-    QMap<QString, int> played;
+    QJsonObject played;
 };
 
 } // namespace simulator

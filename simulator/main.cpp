@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <mutex>
 
@@ -16,37 +17,24 @@ using simulator::Options;
 
 namespace {
 
-const auto sayMore = u"; --help says more"_s;
-
 QString description()
 {
-    auto text = QStringLiteral(
-        "The loyalty service on loopback. Prints its address, then every SMS and letter it sends.\n"
-        "\n"
-        "The secret key is the first line of --secret-key-file, else the environment variable\n"
-        "SIMULATOR_SECRET_KEY, else \"demo-secret\".\n"
-        "\n"
-        "Beside the operations it serves:\n"
-        "  GET /                     a page that shows it all in a browser, as it happens\n"
-        "  GET /simulator/dump       everything it holds, as JSON\n"
-        "  POST /simulator/faults    orders a fault, such as\n"
-        "                            {\"kind\": \"drop\", \"operation\": \"Offline.GetCustomer\",\n"
-        "                             \"count\": 1, \"executed\": true}\n"
-        "                            kinds: delay, slowDrip (\"milliseconds\"), drop, cut,\n"
-        "                            emptyBody (\"httpCode\"), http500, html,\n"
-        "                            busy (\"httpCode\", \"retryAfter\" in seconds),\n"
-        "                            wrongCodeAsValidationError; \"count\" 0 stands for all\n"
-        "                            requests, \"probability\" 0.2 for every fifth by lot; or\n"
-        "                            any of some kinds by lot:\n"
-        "                            {\"random\": {\"seed\": 1, \"probability\": 0.2,\n"
-        "                             \"kinds\": [\"drop\", \"cut\"], \"milliseconds\": 100}}\n"
-        "  DELETE /simulator/faults  drops the faults not played yet; with ?kind=drop those\n"
-        "  POST /simulator/reset     back to the preset customers\n"
-        "\n"
-        "Preset customers; every other phone is unknown until it is registered:\n");
+    QFile file(u":/simulator/help.txt"_s);
+    auto text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     for (const auto &preset : simulator::presets())
         text += u"  %1  %2\n"_s.arg(preset.mobilePhone, preset.description);
     return text.trimmed();
+}
+
+int fail(const QString &reason, int code)
+{
+    std::fputs(u"simulator: %1\n"_s.arg(reason).toUtf8().constData(), stderr);
+    return code;
+}
+
+[[noreturn]] void refuse(const QString &reason)
+{
+    std::exit(fail(reason + u"; --help says more"_s, 2));
 }
 
 void addOptions(QCommandLineParser &parser)
@@ -75,74 +63,60 @@ void addOptions(QCommandLineParser &parser)
     });
 }
 
-/// Reads the numbers. Returns what is wrong with the first that is none, empty when all are right.
-QString readNumbers(const QCommandLineParser &parser, Options &options)
+qint64 readNumber(const QCommandLineParser &parser, const QString &option, qint64 most)
 {
-    QString error;
-    const auto read = [&](const QString &option, qint64 most) {
-        bool isNumber = false;
-        const auto number = parser.value(option).toLongLong(&isNumber);
-        if (isNumber && number >= 0 && number <= most)
-            return number;
-        if (error.isEmpty())
-            error = u"--%1 must be a number from 0 to %2, not '%3'"_s.arg(option).arg(most).arg(
-                parser.value(option));
-        return qint64(0);
-    };
-    constexpr qint64 day = 86'400;
-    options.port = static_cast<int>(read(u"port"_s, 65'535));
-    options.codeLifetime = std::chrono::seconds(read(u"code-lifetime"_s, day));
-    options.keepAlive = std::chrono::seconds(read(u"keep-alive"_s, day));
-    options.capacity = static_cast<int>(read(u"capacity"_s, 1'000'000));
-    if (parser.isSet(u"seed"_s))
-        options.seed = static_cast<quint32>(read(u"seed"_s, std::numeric_limits<quint32>::max()));
-    return error;
+    bool isNumber = false;
+    const auto number = parser.value(option).toLongLong(&isNumber);
+    if (!isNumber || number < 0 || number > most)
+        refuse(u"--%1 must be a number from 0 to %2, not '%3'"_s.arg(option).arg(most).arg(
+            parser.value(option)));
+    return number;
 }
 
 /// From a file or the environment: on the command line every process could read it.
-QString readSecretKey(const QString &file, Options &options)
+QString readSecretKey(const QString &file)
 {
     if (file.isEmpty()) {
-        if (const auto key = qEnvironmentVariable("SIMULATOR_SECRET_KEY"); !key.isEmpty())
-            options.secretKey = key;
-        return {};
+        const auto key = qEnvironmentVariable("SIMULATOR_SECRET_KEY");
+        return key.isEmpty() ? Options().secretKey : key;
     }
     QFile source(file);
     if (!source.open(QIODevice::ReadOnly))
-        return u"secret key file %1: %2"_s.arg(file, source.errorString());
-    options.secretKey = QString::fromUtf8(source.readLine()).trimmed();
-    if (options.secretKey.isEmpty())
-        return u"secret key file %1: the first line must hold the key"_s.arg(file);
-    return {};
+        refuse(u"secret key file %1: %2"_s.arg(file, source.errorString()));
+    const auto key = QString::fromUtf8(source.readLine()).trimmed();
+    if (key.isEmpty())
+        refuse(u"secret key file %1: the first line must hold the key"_s.arg(file));
+    return key;
 }
 
-/// Returns what is wrong, empty when nothing is.
-QString readOptions(const QCommandLineParser &parser, Options &options)
+Options readOptions(const QCommandLineParser &parser)
 {
+    constexpr qint64 day = 86'400;
     if (const auto extra = parser.positionalArguments(); !extra.isEmpty())
-        return u"unexpected argument '%1'"_s.arg(extra.constFirst());
-    options.endpoint = parser.value(u"endpoint"_s);
-    options.stateFile = parser.value(u"state"_s);
-    options.certificateFile = parser.value(u"certificate"_s);
-    options.privateKeyFile = parser.value(u"private-key"_s);
-    options.verbose = parser.isSet(u"verbose"_s);
+        refuse(u"unexpected argument '%1'"_s.arg(extra.constFirst()));
+    Options options{
+        .port = static_cast<int>(readNumber(parser, u"port"_s, 65'535)),
+        .endpoint = parser.value(u"endpoint"_s),
+        .secretKey = readSecretKey(parser.value(u"secret-key-file"_s)),
+        .stateFile = parser.value(u"state"_s),
+        .certificateFile = parser.value(u"certificate"_s),
+        .privateKeyFile = parser.value(u"private-key"_s),
+        .codeLifetime = std::chrono::seconds(readNumber(parser, u"code-lifetime"_s, day)),
+        .keepAlive = std::chrono::seconds(readNumber(parser, u"keep-alive"_s, day)),
+        .capacity = static_cast<int>(readNumber(parser, u"capacity"_s, 1'000'000)),
+        .verbose = parser.isSet(u"verbose"_s),
+    };
+    if (parser.isSet(u"seed"_s))
+        options.seed = readNumber(parser, u"seed"_s, std::numeric_limits<quint32>::max());
     if (options.certificateFile.isEmpty() != options.privateKeyFile.isEmpty())
-        return u"--certificate and --private-key go together"_s;
-    if (auto wrong = readNumbers(parser, options); !wrong.isEmpty())
-        return wrong;
-    return readSecretKey(parser.value(u"secret-key-file"_s), options);
+        refuse(u"--certificate and --private-key go together"_s);
+    return options;
 }
 
 void printLine(const QString &text)
 {
     std::fputs((text + u'\n').toUtf8().constData(), stdout);
     std::fflush(stdout);
-}
-
-int fail(const QString &reason, int code)
-{
-    std::fputs(u"simulator: %1\n"_s.arg(reason).toUtf8().constData(), stderr);
-    return code;
 }
 
 bool writePort(const QString &path, int port)
@@ -172,14 +146,12 @@ int main(int argc, char *argv[])
     const auto version = parser.addVersionOption();
     addOptions(parser);
     if (!parser.parse(QCoreApplication::arguments()))
-        return fail(parser.errorText() + sayMore, 2);
+        refuse(parser.errorText());
     if (parser.isSet(help))
         parser.showHelp();
     if (parser.isSet(version))
         parser.showVersion();
-    Options options;
-    if (const auto wrong = readOptions(parser, options); !wrong.isEmpty())
-        return fail(wrong + sayMore, 2);
+    auto options = readOptions(parser);
     std::mutex printing;
     options.print = [&printing](const QString &text) {
         const std::lock_guard lock(printing);

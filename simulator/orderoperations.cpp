@@ -15,7 +15,7 @@ Answer orderAnswer(const QJsonValue &processingStatus)
 /// What identifies the order that a body is about: its one external identifier.
 QString orderId(const QJsonObject &order)
 {
-    const auto ids = order.value("ids"_L1).toObject();
+    const auto ids = order["ids"_L1].toObject();
     return ids.isEmpty() ? QString()
                          : ids.begin().key() + u'=' + ids.begin()->toVariant().toString();
 }
@@ -23,10 +23,10 @@ QString orderId(const QJsonObject &order)
 /// The order that a creation makes, as the dump shows it.
 QJsonObject newOrder(const QJsonObject &body, const QString &processingStatus)
 {
-    auto order = body.value("order"_L1).toObject();
+    auto order = body["order"_L1].toObject();
     order.insert("mobilePhone"_L1, body["customer"_L1]["mobilePhone"_L1]);
-    order.insert("pointOfContact"_L1, body.value("pointOfContact"_L1));
-    order.insert("executionDateTimeUtc"_L1, body.value("executionDateTimeUtc"_L1));
+    order.insert("pointOfContact"_L1, body["pointOfContact"_L1]);
+    order.insert("executionDateTimeUtc"_L1, body["executionDateTimeUtc"_L1]);
     order.insert("processingStatus"_L1, processingStatus);
     for (const auto count :
          {"repetitions"_L1, "conflicts"_L1, "statusChanges"_L1, "statusRepetitions"_L1})
@@ -36,13 +36,13 @@ QJsonObject newOrder(const QJsonObject &body, const QString &processingStatus)
 
 void count(QJsonObject &order, QLatin1String what)
 {
-    order.insert(what, order.value(what).toInt() + 1);
+    order.insert(what, order[what].toInt() + 1);
 }
 
 /// The lines as a creation has them: without status, the line's sum by its first name.
 QJsonArray createdLines(const QJsonObject &order)
 {
-    auto lines = order.value("lines"_L1).toArray();
+    auto lines = order["lines"_L1].toArray();
     for (auto entry : lines) {
         auto line = entry.toObject();
         line.remove("status"_L1);
@@ -57,23 +57,23 @@ QJsonArray createdLines(const QJsonObject &order)
 /// through which point of contact does not count.
 bool isSame(const QJsonObject &order, const QJsonObject &body)
 {
-    const auto sent = body.value("order"_L1).toObject();
+    const auto sent = body["order"_L1].toObject();
     return QJsonValue(createdLines(order)) == sent.value("lines"_L1) &&
-           order.value("totalPrice"_L1) == sent.value("totalPrice"_L1) &&
-           order.value("mobilePhone"_L1) == body["customer"_L1]["mobilePhone"_L1];
+           order["totalPrice"_L1] == sent.value("totalPrice"_L1) &&
+           order["mobilePhone"_L1] == body["customer"_L1]["mobilePhone"_L1];
 }
 
 } // namespace
 
 Answer Service::createAuthorizedOrder(const QJsonObject &body)
 {
-    const auto id = orderId(body.value("order"_L1).toObject());
+    const auto id = orderId(body["order"_L1].toObject());
     if (auto known = store.get(kept::orders, id); !known.isEmpty()) {
         count(known, "repetitions"_L1);
         if (!isSame(known, body))
             count(known, "conflicts"_L1);
         store.put(kept::orders, id, known);
-        return orderAnswer(known.value("processingStatus"_L1));
+        return orderAnswer(known["processingStatus"_L1]);
     }
     const auto sent = body["customer"_L1]["mobilePhone"_L1].toString();
     const auto phone = normalizedPhone(sent);
@@ -89,7 +89,7 @@ Answer Service::createAuthorizedOrder(const QJsonObject &body)
 
 Answer Service::changeStatus(const QJsonObject &body)
 {
-    const auto change = body.value("order"_L1).toObject();
+    const auto change = body["order"_L1].toObject();
     auto order = store.get(kept::orders, orderId(change));
     if (order.isEmpty() || createdLines(order) != createdLines(change)) {
         auto answer =
@@ -109,7 +109,7 @@ Answer Service::changeStatus(const QJsonObject &body)
     count(order, isRepeated ? "statusRepetitions"_L1 : "statusChanges"_L1);
     order.insert("lines"_L1, lines);
     store.put(kept::orders, orderId(order), order);
-    return orderAnswer(order.value("processingStatus"_L1));
+    return orderAnswer(order["processingStatus"_L1]);
 }
 
 } // namespace simulator

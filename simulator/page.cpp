@@ -1,13 +1,12 @@
 #include "simulator/page.h"
 
+#include "simulator/pause.h"
 #include "simulator/wire.h"
 
 #include <QFile>
 #include <QJsonDocument>
 
 #include <chrono>
-#include <memory>
-#include <string>
 
 namespace simulator {
 
@@ -25,58 +24,56 @@ constexpr auto contentPolicy =
     "base-uri 'none'; form-action 'none'; frame-ancestors 'none'; "
     "require-trusted-types-for 'script'; trusted-types 'none'";
 
-void addFile(httplib::Server &server, const std::string &path, const QString &name,
-             const char *type)
+void addFile(httplib::Server &server, const char *path, const QString &name, const char *type)
 {
     QFile file(u":/simulator/page/"_s + name);
     const auto content = file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";
-    server.Get(path, [content, type](const httplib::Request &request, httplib::Response &response) {
-        if (!isForThisMachine(request)) {
-            refuse(response);
-            return;
-        }
-        response.set_header("Content-Security-Policy", contentPolicy);
-        response.set_header("X-Content-Type-Options", "nosniff");
-        response.set_header("Referrer-Policy", "no-referrer");
-        response.set_header("Cache-Control", "no-store");
+    server.Get(path, [content, type](const auto & /*request*/, httplib::Response &response) {
+        response.headers.insert({{"Content-Security-Policy", contentPolicy},
+                                 {"X-Content-Type-Options", "nosniff"},
+                                 {"Referrer-Policy", "no-referrer"},
+                                 {"Cache-Control", "no-store"}});
         response.set_content(content, type);
     });
 }
 
 /// Looks for news again and again: nobody has to tell a page, and a busy service does not flood it.
-bool tell(Told &told, int &looks, Pauses &pauses, const News &news, httplib::DataSink &sink)
+class Teller
 {
-    const auto fresh = news(told);
-    if (!fresh.isEmpty() || looks % looksBetweenSigns == 0) {
+public:
+    Teller(const News &news, const std::stop_token &stop)
+        : news(news)
+        , stop(stop)
+    {}
+
+    /// Returns false when the page is gone or the service stops.
+    bool operator()(std::size_t /*offset*/, httplib::DataSink &sink)
+    {
+        const auto fresh = news(told);
         const auto event =
             "data: " + QJsonDocument(fresh).toJson(QJsonDocument::Compact).toStdString() + "\n\n";
-        if (!sink.write(event.data(), event.size()))
-            return false;
+        const bool isDue = !fresh.isEmpty() || looks++ % looksBetweenSigns == 0;
+        return (!isDue || sink.write(event.data(), event.size())) && pause(stop, timeBetweenLooks);
     }
-    ++looks;
-    return pauses.pause(timeBetweenLooks);
-}
+
+private:
+    News news;
+    std::stop_token stop;
+    Told told;
+    int looks = 0;
+};
 
 } // namespace
 
-void addPage(httplib::Server &server, Pauses &pauses, const News &news)
+void addPage(httplib::Server &server, const News &news, const std::stop_token &stop)
 {
     addFile(server, "/", u"index.html"_s, "text/html; charset=utf-8");
     addFile(server, "/style.css", u"style.css"_s, "text/css; charset=utf-8");
     addFile(server, "/script.js", u"script.js"_s, "text/javascript; charset=utf-8");
     server.Get("/simulator/events",
-               [&pauses, news](const httplib::Request &request, httplib::Response &response) {
-                   if (!isForThisMachine(request)) {
-                       refuse(response);
-                       return;
-                   }
+               [news, stop](const auto & /*request*/, httplib::Response &response) {
                    response.set_header("Cache-Control", "no-store");
-                   response.set_chunked_content_provider(
-                       "text/event-stream",
-                       [&pauses, news, told = std::make_shared<Told>(),
-                        looks = std::make_shared<int>(0)](std::size_t, httplib::DataSink &sink) {
-                           return tell(*told, *looks, pauses, news, sink);
-                       });
+                   response.set_chunked_content_provider("text/event-stream", Teller(news, stop));
                });
 }
 

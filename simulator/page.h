@@ -1,10 +1,9 @@
 #pragma once
 
-#include "simulator/pauses.h"
-
 #include <QJsonObject>
 
 #include <functional>
+#include <stop_token>
 
 namespace httplib {
 class Server;
@@ -25,8 +24,9 @@ struct Told
 /// Tells what a page has not been told yet, and notes that it was; empty for nothing new.
 using News = std::function<QJsonObject(Told &told)>;
 
-/// Serves at / the page that shows the service, and at /simulator/events its news as they come.
-void addPage(httplib::Server &server, Pauses &pauses, const News &news);
+/// Serves at / the page that shows the service, and at /simulator/events its news as they come,
+/// until the service stops.
+void addPage(httplib::Server &server, const News &news, const std::stop_token &stop);
 
 /// Whether the request goes to this machine by a name of its own. A page from elsewhere whose name
 /// was made to point here has another.

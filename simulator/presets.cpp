@@ -1,5 +1,7 @@
 #include "simulator/presets.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace simulator {
@@ -83,17 +85,10 @@ bool isLetterRefused(const QString &email)
 
 QString normalizedPhone(const QString &phone)
 {
-    QString digits;
-    for (const auto character : phone) {
-        if (character >= u'0' && character <= u'9')
-            digits.append(character);
-    }
-    if (digits.size() == 10)
-        digits.prepend(u'7');
-    if (digits.size() != 11 || (digits.front() != u'7' && digits.front() != u'8'))
-        return {};
-    digits.front() = u'7';
-    return digits;
+    static const QRegularExpression others(u"[^0-9]"_s);
+    static const QRegularExpression form(u"^[78]?([0-9]{10})$"_s);
+    const auto number = form.match(QString(phone).remove(others));
+    return number.hasMatch() ? u'7' + number.captured(1) : QString();
 }
 
 } // namespace simulator

@@ -1,6 +1,6 @@
 #include "simulator/service.h"
 
-#include "simulator/bodyshapes.h"
+#include "simulator/bodycheck.h"
 
 #include <QJsonDocument>
 
@@ -26,10 +26,16 @@ QJsonObject shortened(QJsonObject order)
 
 } // namespace
 
-struct Service::Operation
-{
-    std::span<const Member> body;
-    Answer (Service::*handler)(const QJsonObject &body);
+const QHash<QString, Service::Operation> Service::operations{
+    {u"Offline.GetCustomer"_s, &Service::getCustomer},
+    {u"Offline.RegisterCustomer"_s, &Service::registerCustomer},
+    {u"Offline.EditCustomer"_s, &Service::editCustomer},
+    {u"Offline.CheckMobilePhoneAuthorizationCode"_s, &Service::checkAuthorizationCode},
+    {u"Offline.ConfirmMobilePhone"_s, &Service::confirmMobilePhone},
+    {u"Offline.ResendMobilePhoneConfirmationCode"_s, &Service::resendConfirmationCode},
+    {u"Offline.EmailConfirmationLetter"_s, &Service::emailConfirmationLetter},
+    {u"Offline.CreateAuthorizedOrder"_s, &Service::createAuthorizedOrder},
+    {u"Offline.ChangeStatus"_s, &Service::changeStatus},
 };
 
 Service::Service(const Options &options)
@@ -40,39 +46,36 @@ Service::Service(const Options &options)
 QString Service::open()
 {
     const std::lock_guard lock(mutex);
-    return options.stateFile.isEmpty() ? QString() : store.open(options.stateFile);
+    return store.open(options.stateFile);
 }
 
-Answer Service::answer(const ReceivedRequest &request)
+Answer Service::answer(const QString &operation, const QByteArray &sent)
 {
-    if (auto refused = checkEnvelope(request, options))
-        return *std::move(refused);
-    const auto name = request.queryItem("operation"_L1);
-    const auto operation = operations().constFind(name);
-    if (operation == operations().constEnd())
-        return protocolError(400, u"Unknown operation '%1'"_s.arg(name));
+    const auto known = operations.constFind(operation);
+    if (known == operations.constEnd())
+        return protocolError(400, u"Unknown operation '%1'"_s.arg(operation));
     QJsonParseError error;
-    const auto document = QJsonDocument::fromJson(request.body, &error);
+    const auto document = QJsonDocument::fromJson(sent, &error);
     if (!document.isObject())
         return protocolError(400,
                              u"The body is no JSON object: %1 at byte %2"_s.arg(error.errorString())
                                  .arg(error.offset));
     const auto body = document.object();
-    if (const auto messages = checkBody(body, operation->body); !messages.isEmpty())
+    if (const auto messages = checkBody(body, operation); !messages.isEmpty())
         return validationError(messages);
     std::unique_lock lock(mutex);
-    auto answer = carryOut(*operation, body);
-    const auto sent = std::exchange(message, {});
+    auto answer = carryOut(*known, body);
+    const auto word = std::exchange(message, {});
     // Whoever receives the text may ask the service.
     lock.unlock();
-    if (options.print && !sent.isEmpty())
-        options.print(sent);
+    if (options.print && !word.isEmpty())
+        options.print(word);
     return answer;
 }
 
-Answer Service::carryOut(const Operation &operation, const QJsonObject &body)
+Answer Service::carryOut(Operation operation, const QJsonObject &body)
 {
-    auto answer = (this->*operation.handler)(body);
+    auto answer = (this->*operation)(body);
     const auto error = store.commit();
     if (error.isEmpty())
         return answer;
@@ -110,25 +113,6 @@ void Service::reset()
     store.reset();
     if (const auto error = store.commit(); !error.isEmpty())
         qWarning("%s", qPrintable(error));
-}
-
-const QHash<QString, Service::Operation> &Service::operations()
-{
-    static const QHash<QString, Operation> table{
-        {u"Offline.GetCustomer"_s, {shapes::phone, &Service::getCustomer}},
-        {u"Offline.RegisterCustomer"_s, {shapes::customer, &Service::registerCustomer}},
-        {u"Offline.EditCustomer"_s, {shapes::customer, &Service::editCustomer}},
-        {u"Offline.CheckMobilePhoneAuthorizationCode"_s,
-         {shapes::authorizationCode, &Service::checkAuthorizationCode}},
-        {u"Offline.ConfirmMobilePhone"_s, {shapes::confirmation, &Service::confirmMobilePhone}},
-        {u"Offline.ResendMobilePhoneConfirmationCode"_s,
-         {shapes::phone, &Service::resendConfirmationCode}},
-        {u"Offline.EmailConfirmationLetter"_s, {shapes::email, &Service::emailConfirmationLetter}},
-        {u"Offline.CreateAuthorizedOrder"_s,
-         {shapes::authorizedOrder, &Service::createAuthorizedOrder}},
-        {u"Offline.ChangeStatus"_s, {shapes::statusChange, &Service::changeStatus}},
-    };
-    return table;
 }
 
 } // namespace simulator

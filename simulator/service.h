@@ -2,7 +2,6 @@
 
 #include "simulator/answer.h"
 #include "simulator/options.h"
-#include "simulator/receivedrequest.h"
 #include "simulator/store.h"
 
 #include <QHash>
@@ -22,10 +21,10 @@ public:
     /// The options must outlive the service.
     explicit Service(const Options &options);
 
-    /// Opens the state. Returns what is wrong with it, empty when it can be used.
+    /// Opens the state, once. Returns what is wrong with it, empty when it can be used.
     [[nodiscard]] QString open();
 
-    Answer answer(const ReceivedRequest &request);
+    Answer answer(const QString &operation, const QByteArray &sent);
 
     /// Members "customers", "codes", "letters" and "orders".
     QJsonObject dump() const;
@@ -36,12 +35,12 @@ public:
     void reset();
 
 private:
-    struct Operation;
-    static const QHash<QString, Operation> &operations();
+    using Operation = Answer (Service::*)(const QJsonObject &body);
+    static const QHash<QString, Operation> operations; ///< By name, as in bodies.json.
 
     /// Keeps all that the operation changes or nothing; HTTP 500 and no word then, as services do
     /// whose disk is full.
-    Answer carryOut(const Operation &operation, const QJsonObject &body);
+    Answer carryOut(Operation operation, const QJsonObject &body);
     Answer getCustomer(const QJsonObject &body);
     Answer registerCustomer(const QJsonObject &body);
     Answer editCustomer(const QJsonObject &body);

@@ -61,7 +61,7 @@ private:
 Simulator::Simulator(Options options)
     : options(std::move(options))
     , service(this->options)
-    , endpoint(service, faults, log, pauses, this->options)
+    , capacity(this->options.capacity)
 {}
 
 Simulator::~Simulator()
@@ -78,11 +78,9 @@ bool Simulator::start()
 
 QString Simulator::openAndListen()
 {
-    if (!isOpen) {
-        if (auto wrong = service.open(); !wrong.isEmpty())
-            return wrong;
-    }
-    isOpen = true;
+    if (auto wrong = service.open(); !wrong.isEmpty())
+        return wrong;
+    stopping = std::stop_source();
     if (!makeServer())
         return u"certificate %1 and private key %2 cannot be used"_s.arg(options.certificateFile,
                                                                          options.privateKeyFile);
@@ -98,7 +96,6 @@ QString Simulator::openAndListen()
     // The library lets five tills wait to be connected and has the others cut off.
     ::listen(listeningSocket, SOMAXCONN);
     boundPort = port;
-    pauses.setInterrupted(false);
     listening = true;
     listener = std::thread([this] {
         server->listen_after_bind();
@@ -136,7 +133,7 @@ void Simulator::stop()
 {
     if (!listener.joinable())
         return;
-    pauses.setInterrupted(true);
+    stopping.request_stop();
     server->stop();
     // Again and again: a connection accepted just now may not have been among the descriptors.
     while (listening) {
@@ -167,15 +164,12 @@ QJsonObject Simulator::dump() const
 
 void Simulator::addRoutes()
 {
-    server->Post(operationsPath, [this](const auto &request, auto &response) {
-        endpoint.answer(request, response);
-    });
-    addPage(*server, pauses, [this](Told &told) { return news(told); });
-    server->Get("/simulator/dump", [this](const auto &request, auto &response) {
-        if (isForThisMachine(request))
-            send({.body = dump()}, response);
-        else
-            refuse(response);
+    server->Post(operationsPath,
+                 [this](const auto &request, auto &response) { answer(request, response); });
+    addPage(
+        *server, [this](Told &told) { return news(told); }, stopping.get_token());
+    server->Get("/simulator/dump", [this](const auto & /*request*/, auto &response) {
+        send({.body = dump()}, response);
     });
     addChanges();
     server->set_error_handler([](const httplib::Request &request, httplib::Response &response) {
@@ -201,29 +195,32 @@ void Simulator::addChanges()
                 refuse(response);
         };
     };
-    const auto order = own([this](const auto &request) {
-        const auto document = QJsonDocument::fromJson(bytes(request.body));
-        const auto wrong = document.isObject() ? faults.addJson(document.object())
-                                               : u"the body is no JSON object"_s;
-        return wrong.isEmpty() ? success() : protocolError(400, wrong);
-    });
-    const auto drop = own([this](const auto &request) {
-        faults.clear(QString::fromStdString(request.get_param_value("kind")));
-        return success();
-    });
-    const auto forget = own([this](const auto &) {
+    server->Post("/simulator/faults", own([this](const auto &request) {
+                     const auto document = QJsonDocument::fromJson(bytes(request.body));
+                     const auto wrong = document.isObject() ? faults.addJson(document.object())
+                                                            : u"the body is no JSON object"_s;
+                     return wrong.isEmpty() ? success() : protocolError(400, wrong);
+                 }));
+    server->Delete("/simulator/faults", own([this](const auto &request) {
+                       faults.clear(QString::fromStdString(request.get_param_value("kind")));
+                       return success();
+                   }));
+    const auto forget = own([this](const auto & /*request*/) {
         reset();
         return success();
     });
-    server->Post("/simulator/faults", order);
-    server->Delete("/simulator/faults", drop);
     server->Post("/simulator/reset", forget);
-    // The library waits for a body that nobody has announced, as "curl -X POST" does not.
     server->set_pre_routing_handler([forget](const auto &request, auto &response) {
-        if (request.method != "POST" || request.path != "/simulator/reset" ||
-            request.has_header("Content-Length") || request.has_header("Transfer-Encoding"))
+        const bool isReading = request.method == "GET" || request.method == "HEAD";
+        const bool hasBody =
+            request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+        if (isReading && request.path != operationsPath && !isForThisMachine(request))
+            refuse(response);
+        // The library waits for a body that nobody has announced, as "curl -X POST" does not.
+        else if (request.method == "POST" && request.path == "/simulator/reset" && !hasBody)
+            forget(request, response);
+        else
             return httplib::Server::HandlerResponse::Unhandled;
-        forget(request, response);
         return httplib::Server::HandlerResponse::Handled;
     });
 }
@@ -239,10 +236,8 @@ QJsonObject Simulator::news(Told &told) const
         news.insert("reset"_L1, true);
     if (const auto plan = faults.toJson(); plan != std::exchange(told.faults, plan))
         news.insert("faults"_L1, plan);
-    if (const auto exchanges = log.since(told.exchange); !exchanges.isEmpty()) {
-        told.exchange = exchanges.last()["number"_L1].toInteger();
+    if (const auto exchanges = log.since(told.exchange); !exchanges.isEmpty())
         news.insert("exchanges"_L1, exchanges);
-    }
     return news;
 }
 

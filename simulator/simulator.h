@@ -1,21 +1,25 @@
 #pragma once
 
+#include "simulator/capacity.h"
 #include "simulator/exchangelog.h"
 #include "simulator/faults.h"
-#include "simulator/operationsendpoint.h"
 #include "simulator/options.h"
 #include "simulator/page.h"
 #include "simulator/service.h"
 
 #include <QJsonArray>
 #include <QString>
+#include <QUrlQuery>
 
 #include <atomic>
 #include <memory>
+#include <stop_token>
 #include <thread>
 
 namespace httplib {
 class Server;
+struct Request;
+struct Response;
 } // namespace httplib
 
 namespace simulator {
@@ -60,8 +64,6 @@ public:
     /// the counts "repetitions", "conflicts" (repetitions whose content differed; the first one
     /// stands), "statusChanges" and "statusRepetitions".
     QJsonArray orders() const { return dump()[QLatin1String("orders")].toArray(); }
-    /// The last operation request as it came off the wire, dropped ones included.
-    ReceivedRequest lastRequest() const { return log.lastRequest(); }
 
 private:
     QString openAndListen();
@@ -71,17 +73,26 @@ private:
     QJsonObject news(Told &told) const;
     void reset();
 
+    /// Turns away an operation that comes too fast, plays the plan's fault on another, has it
+    /// answered and logs it. Called by a thread of the connection's own.
+    void answer(const httplib::Request &request, httplib::Response &response);
+    /// What befalls the request that came now, when its turn has come or it was turned away.
+    Fault nextFault(const QString &operation, const std::stop_token &stop);
+    Answer carryOut(const httplib::Request &request, const QUrlQuery &query,
+                    const QString &operation);
+    void print(const QString &operation, const Fault &fault, const QByteArray &sent,
+               const Answer &answer) const;
+
     const Options options;
     FaultPlan faults;
     Service service;
     ExchangeLog log;
-    Pauses pauses;
-    OperationsEndpoint endpoint;
+    Capacity capacity;
     std::atomic<int> resets = 0;
-    bool isOpen = false;
     QString error;
 
     std::unique_ptr<httplib::Server> server;
+    std::stop_source stopping;
     std::thread listener;
     std::atomic<bool> listening = false;
     int listeningSocket = -1;

@@ -2,12 +2,10 @@
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QSemaphore>
 #include <QSqlError>
 #include <QSqlQuery>
 
 #include <cstdint>
-#include <memory>
 #include <utility>
 
 namespace simulator {
@@ -20,22 +18,12 @@ constexpr int applicationId = 0x53696d75; // "Simu"
 constexpr int version = 1;
 constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
-QString toText(const QJsonObject &content)
-{
-    return QString::fromUtf8(QJsonDocument(content).toJson(QJsonDocument::Compact));
-}
-
-QJsonObject fromText(const QVariant &text)
-{
-    return QJsonDocument::fromJson(text.toString().toUtf8()).object();
-}
-
 } // namespace
 
 StateFile::StateFile()
 {
-    thread.setMaxThreadCount(1);
-    thread.setExpiryTimeout(-1);
+    inside.moveToThread(&thread);
+    thread.start();
 }
 
 StateFile::~StateFile()
@@ -45,6 +33,8 @@ StateFile::~StateFile()
         database = {};
         QSqlDatabase::removeDatabase(name);
     });
+    thread.quit();
+    thread.wait();
 }
 
 QString StateFile::open(const QString &path, QList<KeptObject> &found)
@@ -62,26 +52,26 @@ QString StateFile::open(const QString &path, QList<KeptObject> &found)
 
 QString StateFile::write(const QList<KeptObject> &changes)
 {
-    if (!changes.isEmpty())
-        inThread([&] {
-            run(u"BEGIN IMMEDIATE"_s);
-            replace(changes);
-            run(u"COMMIT"_s);
-            if (!error.isEmpty())
-                database.rollback();
-        });
+    inThread([&] {
+        run(u"BEGIN IMMEDIATE"_s);
+        for (const auto &[number, collection, key, content, change] : changes) {
+            if (content.isEmpty())
+                run(u"DELETE FROM objects WHERE number = ?"_s, {number});
+            else
+                run(u"INSERT OR REPLACE INTO objects VALUES (?, ?, ?, ?)"_s,
+                    {number, collection, key,
+                     QString::fromUtf8(QJsonDocument(content).toJson(QJsonDocument::Compact))});
+        }
+        run(u"COMMIT"_s);
+        if (!error.isEmpty())
+            database.rollback();
+    });
     return std::exchange(error, {});
 }
 
 void StateFile::inThread(const std::function<void()> &call)
 {
-    // Shared: the thread may still be at it when the caller goes on.
-    const auto done = std::make_shared<QSemaphore>();
-    thread.start([&call, done] {
-        call();
-        done->release();
-    });
-    done->acquire();
+    QMetaObject::invokeMethod(&inside, call, Qt::BlockingQueuedConnection);
 }
 
 void StateFile::connect(const QString &path)
@@ -131,19 +121,8 @@ QList<KeptObject> StateFile::read()
         found.append({.number = query.value(0).toLongLong(),
                       .collection = query.value(1).toString(),
                       .key = query.value(2).toString(),
-                      .content = fromText(query.value(3))});
+                      .content = QJsonDocument::fromJson(query.value(3).toByteArray()).object()});
     return found;
-}
-
-void StateFile::replace(const QList<KeptObject> &changes)
-{
-    for (const auto &object : changes) {
-        if (object.content.isEmpty())
-            run(u"DELETE FROM objects WHERE number = ?"_s, {object.number});
-        else
-            run(u"INSERT OR REPLACE INTO objects VALUES (?, ?, ?, ?)"_s,
-                {object.number, object.collection, object.key, toText(object.content)});
-    }
 }
 
 QSqlQuery StateFile::run(const QString &sql, const QVariantList &values)

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QSqlDatabase>
 #include <QString>
-#include <QThreadPool>
+#include <QThread>
 #include <QVariantList>
 
 #include <functional>
@@ -47,14 +47,14 @@ private:
     void check();
     void prepare();
     QList<KeptObject> read();
-    void replace(const QList<KeptObject> &changes);
     QSqlQuery run(const QString &sql, const QVariantList &values = {});
     int number(const QString &sql);
     void complain(const QString &reason);
 
     QSqlDatabase database;
-    QString error;      ///< The first one; what follows it is not tried.
-    QThreadPool thread; ///< Of one.
+    QString error; ///< The first one; what follows it is not tried.
+    QThread thread;
+    QObject inside; ///< Lives in the thread.
 };
 
 } // namespace simulator

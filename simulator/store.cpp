@@ -3,7 +3,9 @@
 #include "simulator/presets.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
+#include <vector>
 
 namespace simulator {
 
@@ -11,93 +13,84 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Of each collection, on a page.
-constexpr int mostShown = 200;
-
-QString nameOf(const QString &collection, const QString &key)
+/// In the order in which they were first put.
+std::vector<const KeptObject *> inOrder(const QHash<QString, KeptObject> &objects)
 {
-    return collection + u'/' + key;
+    std::vector<const KeptObject *> ordered;
+    for (const auto &object : objects)
+        ordered.push_back(&object);
+    std::ranges::sort(ordered, {}, &KeptObject::number);
+    return ordered;
 }
 
 } // namespace
 
-Store::Store()
-{
-    reset();
-    for (const auto &object : std::exchange(changes, {}))
-        apply(object);
-}
-
 QString Store::open(const QString &path)
 {
-    auto opened = std::make_unique<StateFile>();
-    QList<KeptObject> found;
-    if (auto error = opened->open(path, found); !error.isEmpty())
-        return error;
-    file = std::move(opened);
-    for (const auto &[number, object] : objects)
-        changes.append(object);
-    if (found.isEmpty())
-        return commit();
-    for (auto &object : changes)
-        object.content = {};
-    for (const auto &object : std::exchange(changes, {}) + found)
-        apply(object);
-    return {};
+    if (changeCount > 0)
+        return {};
+    if (!path.isEmpty()) {
+        auto opened = std::make_unique<StateFile>();
+        QList<KeptObject> found;
+        if (auto error = opened->open(path, found); !error.isEmpty())
+            return error;
+        file = std::move(opened);
+        for (const auto &object : found)
+            apply(object);
+        if (!found.isEmpty())
+            return {};
+    }
+    reset();
+    return commit();
 }
 
 QJsonObject Store::get(QLatin1String collection, const QString &key) const
 {
-    const auto object = objects.find(numberOf(collection, key));
-    return object == objects.end() ? QJsonObject() : object->second.content;
+    return collections.value(collection).value(key).content;
 }
 
 QJsonArray Store::all(QLatin1String collection) const
 {
+    const auto objects = collections.value(collection);
     QJsonArray contents;
-    for (const auto &[number, object] : objects) {
-        if (object.collection == collection)
-            contents.append(object.content);
-    }
+    for (const auto *const object : inOrder(objects))
+        contents.append(object->content);
     return contents;
 }
 
 QJsonObject Store::since(qint64 change) const
 {
-    std::map<QString, int> totals;
-    for (const auto &[number, object] : objects)
-        ++totals[object.collection];
-    std::map<QString, int> passed;
-    std::map<QString, QJsonArray> newer;
-    for (const auto &[number, object] : objects) {
-        const bool isLate = ++passed[object.collection] > totals[object.collection] - mostShown;
-        if (!isLate || object.change <= change)
-            continue;
-        auto content = object.content;
-        content.insert("number"_L1, number);
-        newer[object.collection].append(content);
-    }
+    constexpr std::size_t mostShown = 200; // Of each collection, on a page.
     QJsonObject result;
-    for (const auto &[collection, contents] : newer)
-        result.insert(collection, contents);
-    QJsonObject counts;
-    for (const auto &[collection, count] : totals)
-        counts.insert(collection, count);
-    result.insert("totals"_L1, counts);
+    QJsonObject totals;
+    for (auto collection = collections.begin(); collection != collections.end(); ++collection) {
+        const auto ordered = inOrder(*collection);
+        QJsonArray newer;
+        for (const auto *const object :
+             std::span(ordered).last(std::min(mostShown, ordered.size()))) {
+            auto content = object->content;
+            content.insert("number"_L1, object->number);
+            if (object->change > change)
+                newer.append(content);
+        }
+        if (!newer.isEmpty())
+            result.insert(collection.key(), newer);
+        totals.insert(collection.key(), collection->size());
+    }
+    result.insert("totals"_L1, totals);
     return result;
 }
 
 bool Store::knowsEmail(const QString &email) const
 {
-    return std::any_of(objects.begin(), objects.end(), [&email](const auto &numbered) {
-        return numbered.second.collection == kept::customers &&
-               numbered.second.content.value("email"_L1) == email;
+    return std::ranges::any_of(collections.value(kept::customers), [&email](const auto &customer) {
+        return customer.content["email"_L1] == email;
     });
 }
 
 void Store::put(QLatin1String collection, const QString &key, const QJsonObject &content)
 {
-    const auto known = numberOf(collection, key);
+    const auto known = collections.value(collection).value(key).number;
     changes.append({.number = known > 0 ? known : ++lastNumber,
                     .collection = collection,
                     .key = key,
@@ -111,14 +104,18 @@ void Store::append(QLatin1String collection, const QJsonObject &content)
 
 void Store::remove(QLatin1String collection, const QString &key)
 {
-    if (const auto known = numberOf(collection, key); known > 0)
+    if (const auto known = collections.value(collection).value(key).number; known > 0)
         changes.append({.number = known, .collection = collection, .key = key});
 }
 
 void Store::reset()
 {
-    for (const auto &[number, object] : objects)
-        changes.append({.number = number, .collection = object.collection, .key = object.key});
+    for (const auto &objects : std::as_const(collections)) {
+        for (auto object : objects) {
+            object.content = {};
+            changes.append(object);
+        }
+    }
     for (const auto &preset : presets()) {
         if (!preset.customer.isEmpty())
             changes.append({.number = ++lastNumber,
@@ -131,30 +128,24 @@ void Store::reset()
 QString Store::commit()
 {
     const auto made = std::exchange(changes, {});
-    if (auto error = file ? file->write(made) : QString(); !error.isEmpty())
-        return error;
+    if (file && !made.isEmpty()) {
+        if (auto error = file->write(made); !error.isEmpty())
+            return error;
+    }
     for (const auto &object : made)
         apply(object);
     return {};
 }
 
-qint64 Store::numberOf(QLatin1String collection, const QString &key) const
-{
-    return numbers.value(nameOf(collection, key));
-}
-
 void Store::apply(KeptObject object)
 {
     object.change = ++changeCount;
-    const auto name = nameOf(object.collection, object.key);
     lastNumber = std::max(lastNumber, object.number);
-    if (object.content.isEmpty()) {
-        objects.erase(object.number);
-        numbers.remove(name);
-    } else {
-        objects.insert_or_assign(object.number, object);
-        numbers.insert(name, object.number);
-    }
+    auto &objects = collections[object.collection];
+    if (object.content.isEmpty())
+        objects.remove(object.key);
+    else
+        objects.insert(object.key, object);
 }
 
 } // namespace simulator

@@ -5,9 +5,9 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QMap>
 #include <QString>
 
-#include <map>
 #include <memory>
 
 namespace simulator {
@@ -30,11 +30,9 @@ inline constexpr QLatin1String orders{"orders"};       ///< By their external id
 class Store
 {
 public:
-    /// Starts with the preset customers.
-    Store();
-
-    /// Takes over what the file holds, a new one nothing but what is here. Returns what is wrong
-    /// with it, empty when it can be used.
+    /// Takes over what the file holds, unless it did so before; a new file begins with the preset
+    /// customers, and so does a store without one. Returns what is wrong with the file, empty when
+    /// it can be used.
     [[nodiscard]] QString open(const QString &path);
 
     /// Empty when there is none.
@@ -60,12 +58,10 @@ public:
     [[nodiscard]] QString commit();
 
 private:
-    qint64 numberOf(QLatin1String collection, const QString &key) const;
     void apply(KeptObject object);
 
-    std::map<qint64, KeptObject> objects; ///< By their numbers.
-    QHash<QString, qint64> numbers;       ///< By collection and key.
-    QList<KeptObject> changes;            ///< Not committed yet.
+    QMap<QString, QHash<QString, KeptObject>> collections; ///< By name and key.
+    QList<KeptObject> changes;                             ///< Not committed yet.
     qint64 lastNumber = 0;
     qint64 changeCount = 0;
     std::unique_ptr<StateFile> file;

@@ -34,16 +34,15 @@ QByteArray bytes(const std::string &text)
     return {text.data(), static_cast<qsizetype>(text.size())};
 }
 
-std::string bodyBytes(const QJsonObject &body)
+QByteArray bodyBytes(const QJsonObject &body)
 {
-    return body.isEmpty() ? std::string()
-                          : QJsonDocument(body).toJson(QJsonDocument::Compact).toStdString();
+    return body.isEmpty() ? QByteArray() : QJsonDocument(body).toJson(QJsonDocument::Compact);
 }
 
 void send(const Answer &answer, httplib::Response &response)
 {
     response.status = answer.httpCode;
-    response.set_content(bodyBytes(answer.body), jsonType);
+    response.set_content(bodyBytes(answer.body).toStdString(), jsonType);
 }
 
 void refuse(httplib::Response &response)

@@ -6,8 +6,6 @@
 
 #include <httplib.h>
 
-#include <string>
-
 /// Between the HTTP library's texts and ours; included only where the library itself is used.
 namespace simulator {
 
@@ -15,7 +13,7 @@ inline constexpr auto jsonType = "application/json; charset=utf-8";
 
 QByteArray bytes(const std::string &text);
 /// The JSON of an answer; no byte for an empty object.
-std::string bodyBytes(const QJsonObject &body);
+QByteArray bodyBytes(const QJsonObject &body);
 void send(const Answer &answer, httplib::Response &response);
 /// Refuses what a page from elsewhere has a browser ask.
 void refuse(httplib::Response &response);
