@@ -102,14 +102,19 @@ struct Shape
     std::vector<Shape> inside{}; ///< The members of the object, or what the array consists of.
 };
 
+QString kindOf(const Value &described)
+{
+    if (described.isArray())
+        return u"an array"_s;
+    return described.isObject() ? u"an object"_s : described.toString();
+}
+
 Shape readShape(const QString &name, const Value &described)
 {
     const bool isOptional = name.endsWith(u'?');
     Shape shape{.name = name.chopped(isOptional ? 1 : 0),
                 .isOptional = isOptional,
-                .kind = described.isArray()    ? u"an array"_s
-                        : described.isObject() ? u"an object"_s
-                                               : described.toString()};
+                .kind = kindOf(described)};
     shape.holds = kinds.value(shape.kind);
     if (!shape.holds)
         qFatal("bodies.json: %s cannot be %s", qPrintable(name), qPrintable(shape.kind));
@@ -201,13 +206,13 @@ private:
 
 } // namespace
 
-QJsonArray checkBody(const QJsonObject &body, const QString &name)
+QJsonArray checkBody(const QJsonObject &body, const QString &shape)
 {
     static const auto bodies = readBodies();
-    const auto shape = std::ranges::find(bodies.inside, name, &Shape::name);
-    Q_ASSERT(shape != bodies.inside.end());
+    const auto found = std::ranges::find(bodies.inside, shape, &Shape::name);
+    Q_ASSERT(found != bodies.inside.end());
     Check check;
-    check.check(body, *shape, {});
+    check.check(body, *found, {});
     return check.messages;
 }
 

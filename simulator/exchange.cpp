@@ -24,65 +24,70 @@ QString cut(const QByteArray &body)
            (body.size() > mostBytes ? u" …"_s : QString());
 }
 
-/// Has the body of the answer written piece by piece; `write` gets it with the place to go on
-/// from, and returns false to close the connection.
-void sendInPieces(const Answer &answer, httplib::Response &response,
-                  const std::function<bool(const std::string &body, std::size_t offset,
-                                           httplib::DataSink &sink)> &write)
+/// Writes from the answer's body, from the offset on; returns false to close the connection.
+using Writer =
+    std::function<bool(const std::string &body, std::size_t offset, httplib::DataSink &sink)>;
+
+/// Has the body of the response written piece by piece.
+void sendInPieces(httplib::Response &response, const Writer &write)
 {
-    send(answer, response);
+    const auto body = std::exchange(response.body, {});
     // The library wants no writer for nothing.
-    if (const auto body = std::exchange(response.body, {}); !body.empty())
-        response.set_content_provider(
-            body.size(), jsonType,
-            [body, write](std::size_t offset, std::size_t, httplib::DataSink &sink) {
-                return write(body, offset, sink);
-            });
+    if (body.empty())
+        return;
+    response.headers.erase("Content-Type");
+    response.set_content_provider(
+        body.size(), jsonType,
+        [body, write](std::size_t offset, std::size_t, httplib::DataSink &sink) {
+            return write(body, offset, sink);
+        });
 }
 
-/// The code is wrong all the same, only said in the other form that services use.
-Answer asValidationError(const Answer &answer)
+/// What the fault makes of the operation's answer.
+Answer asPlayed(const Fault &fault, const Answer &answer)
 {
     const auto status = answer.body["smsConfirmation"_L1]["processingStatus"_L1];
-    return status == "IncorrectConfirmationCode"_L1
-               ? refusal(u"The code is wrong"_s, u"smsConfirmation"_s)
-               : answer;
+    const auto nothing = [&fault](int usualCode) {
+        return Answer{.httpCode = fault.httpCode > 0 ? fault.httpCode : usualCode};
+    };
+    switch (fault.kind) {
+    case FaultKind::EmptyBody:
+        return nothing(200);
+    case FaultKind::Http500:
+        return nothing(500);
+    case FaultKind::Busy:
+        return nothing(503);
+    case FaultKind::WrongCodeAsValidationError:
+        // The code is wrong all the same, only said in the other form that services use.
+        return status == "IncorrectConfirmationCode"_L1
+                   ? refusal(u"The code is wrong"_s, u"smsConfirmation"_s)
+                   : answer;
+    default:
+        return answer;
+    }
 }
 
 void sendFaulty(const Fault &fault, const Answer &answer, const httplib::Request &request,
                 httplib::Response &response, const std::stop_token &stop)
 {
-    const auto sendEmpty = [&](int usualCode) {
-        send({.httpCode = fault.httpCode > 0 ? fault.httpCode : usualCode}, response);
-    };
-    switch (fault.kind) {
-    case FaultKind::None:
-    case FaultKind::Delay:
-        return send(answer, response);
-    case FaultKind::WrongCodeAsValidationError:
-        return send(asValidationError(answer), response);
-    case FaultKind::Drop:
-        return shutConnections(request.local_port, request.remote_port);
-    case FaultKind::Cut:
-        return sendInPieces(answer, response, [](const auto &body, auto, auto &sink) {
+    send(asPlayed(fault, answer), response);
+    if (fault.kind == FaultKind::Drop) {
+        shutConnections(request.local_port, request.remote_port);
+    } else if (fault.kind == FaultKind::Busy) {
+        response.set_header("Retry-After", std::to_string(fault.retryAfter));
+    } else if (fault.kind == FaultKind::Html) {
+        response.status = 200;
+        response.set_content("<html><body>Service is being repaired</body></html>", "text/html");
+    } else if (fault.kind == FaultKind::Cut) {
+        sendInPieces(response, [](const auto &body, auto, auto &sink) {
             sink.write(body.data(), body.size() / 2);
             return false;
         });
-    case FaultKind::SlowDrip:
-        return sendInPieces(answer, response, [=](const auto &body, auto offset, auto &sink) {
+    } else if (fault.kind == FaultKind::SlowDrip) {
+        sendInPieces(response, [=](const auto &body, auto offset, auto &sink) {
             pause(stop, std::chrono::milliseconds(fault.milliseconds));
             return sink.write(body.data() + offset, 1);
         });
-    case FaultKind::EmptyBody:
-        return sendEmpty(200);
-    case FaultKind::Http500:
-        return sendEmpty(500);
-    case FaultKind::Busy:
-        response.set_header("Retry-After", std::to_string(fault.retryAfter));
-        return sendEmpty(503);
-    case FaultKind::Html:
-        response.status = 200;
-        response.set_content("<html><body>Service is being repaired</body></html>", "text/html");
     }
 }
 

@@ -41,9 +41,9 @@ void addFile(httplib::Server &server, const char *path, const QString &name, con
 class Teller
 {
 public:
-    Teller(const News &news, const std::stop_token &stop)
-        : news(news)
-        , stop(stop)
+    Teller(News news, std::stop_token stop)
+        : news(std::move(news))
+        , stop(std::move(stop))
     {}
 
     /// Returns false when the page is gone or the service stops.

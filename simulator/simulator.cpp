@@ -166,8 +166,7 @@ void Simulator::addRoutes()
 {
     server->Post(operationsPath,
                  [this](const auto &request, auto &response) { answer(request, response); });
-    addPage(
-        *server, [this](Told &told) { return news(told); }, stopping.get_token());
+    addPage(*server, [this](Told &told) { return news(told); }, stopping.get_token());
     server->Get("/simulator/dump", [this](const auto & /*request*/, auto &response) {
         send({.body = dump()}, response);
     });

@@ -20,12 +20,6 @@ constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 } // namespace
 
-StateFile::StateFile()
-{
-    inside.moveToThread(&thread);
-    thread.start();
-}
-
 StateFile::~StateFile()
 {
     inThread([this] {
@@ -33,8 +27,6 @@ StateFile::~StateFile()
         database = {};
         QSqlDatabase::removeDatabase(name);
     });
-    thread.quit();
-    thread.wait();
 }
 
 QString StateFile::open(const QString &path, QList<KeptObject> &found)
@@ -71,7 +63,20 @@ QString StateFile::write(const QList<KeptObject> &changes)
 
 void StateFile::inThread(const std::function<void()> &call)
 {
-    QMetaObject::invokeMethod(&inside, call, Qt::BlockingQueuedConnection);
+    std::unique_lock lock(mutex);
+    ordered = &call;
+    changed.notify_all();
+    changed.wait(lock, [this] { return !ordered; });
+}
+
+void StateFile::serve(const std::stop_token &stop)
+{
+    std::unique_lock lock(mutex);
+    while (changed.wait(lock, stop, [this] { return ordered != nullptr; })) {
+        (*ordered)();
+        ordered = nullptr;
+        changed.notify_all();
+    }
 }
 
 void StateFile::connect(const QString &path)

@@ -4,10 +4,12 @@
 #include <QList>
 #include <QSqlDatabase>
 #include <QString>
-#include <QThread>
 #include <QVariantList>
 
+#include <condition_variable>
 #include <functional>
+#include <mutex>
+#include <thread>
 
 class QSqlQuery;
 
@@ -30,7 +32,7 @@ struct KeptObject
 class StateFile
 {
 public:
-    StateFile();
+    StateFile() = default;
     ~StateFile();
     Q_DISABLE_COPY_MOVE(StateFile)
 
@@ -43,6 +45,7 @@ public:
 
 private:
     void inThread(const std::function<void()> &call);
+    void serve(const std::stop_token &stop);
     void connect(const QString &path);
     void check();
     void prepare();
@@ -53,8 +56,10 @@ private:
 
     QSqlDatabase database;
     QString error; ///< The first one; what follows it is not tried.
-    QThread thread;
-    QObject inside; ///< Lives in the thread.
+    std::mutex mutex;
+    std::condition_variable_any changed;
+    const std::function<void()> *ordered = nullptr; ///< None once it is done.
+    std::jthread thread{[this](const std::stop_token &stop) { serve(stop); }};
 };
 
 } // namespace simulator

@@ -1,14 +1,11 @@
 #include "simulator/wire.h"
 
+#include <QDir>
 #include <QJsonDocument>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-
-#include <charconv>
-#include <filesystem>
-#include <system_error>
 
 namespace simulator {
 
@@ -52,12 +49,9 @@ void refuse(httplib::Response &response)
 
 void shutConnections(int localPort, int peerPort)
 {
-    std::error_code error;
-    for (auto entry = std::filesystem::directory_iterator("/proc/self/fd", error);
-         !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const auto name = entry->path().filename().string();
-        int descriptor = -1;
-        std::from_chars(name.data(), name.data() + name.size(), descriptor);
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    for (const auto &name : descriptors.entryList(QDir::Files | QDir::System)) {
+        const int descriptor = name.toInt();
         if (portOf(descriptor, getsockname) != localPort)
             continue;
         // The listening socket has no peer.
