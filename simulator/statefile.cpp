@@ -27,6 +27,8 @@ StateFile::~StateFile()
         database = {};
         QSqlDatabase::removeDatabase(name);
     });
+    ordered = nullptr;
+    order.release();
 }
 
 QString StateFile::open(const QString &path, QList<KeptObject> &found)
@@ -63,19 +65,16 @@ QString StateFile::write(const QList<KeptObject> &changes)
 
 void StateFile::inThread(const std::function<void()> &call)
 {
-    std::unique_lock lock(mutex);
     ordered = &call;
-    changed.notify_all();
-    changed.wait(lock, [this] { return !ordered; });
+    order.release();
+    done.acquire();
 }
 
-void StateFile::serve(const std::stop_token &stop)
+void StateFile::serve()
 {
-    std::unique_lock lock(mutex);
-    while (changed.wait(lock, stop, [this] { return ordered != nullptr; })) {
+    for (order.acquire(); ordered; order.acquire()) {
         (*ordered)();
-        ordered = nullptr;
-        changed.notify_all();
+        done.release();
     }
 }
 

@@ -6,9 +6,8 @@
 #include <QString>
 #include <QVariantList>
 
-#include <condition_variable>
 #include <functional>
-#include <mutex>
+#include <semaphore>
 #include <thread>
 
 class QSqlQuery;
@@ -45,7 +44,7 @@ public:
 
 private:
     void inThread(const std::function<void()> &call);
-    void serve(const std::stop_token &stop);
+    void serve();
     void connect(const QString &path);
     void check();
     void prepare();
@@ -56,10 +55,10 @@ private:
 
     QSqlDatabase database;
     QString error; ///< The first one; what follows it is not tried.
-    std::mutex mutex;
-    std::condition_variable_any changed;
-    const std::function<void()> *ordered = nullptr; ///< None once it is done.
-    std::jthread thread{[this](const std::stop_token &stop) { serve(stop); }};
+    const std::function<void()> *ordered = nullptr; ///< None ends the thread.
+    std::binary_semaphore order{0};
+    std::binary_semaphore done{0};
+    std::jthread thread{[this] { serve(); }};
 };
 
 } // namespace simulator
