@@ -34,23 +34,10 @@ struct Piece
 
 bool appendTime(QString &result, const QVariant &value, const QString &pattern)
 {
-    const auto length = result.size();
-    if (value.typeId() == QMetaType::QDateTime)
-        result += value.toDateTime().toString(pattern);
-    else if (value.typeId() == QMetaType::QDate)
-        result += value.toDate().toString(pattern);
-    else if (value.typeId() == QMetaType::QTime)
-        result += value.toTime().toString(pattern);
-    return result.size() > length; // not for an invalid time
-}
-
-/// Whether the value has what the pattern asks for; Qt would copy the letters of the rest.
-bool hasUnitsOf(const QString &pattern, const QVariant &value)
-{
-    static const QRegularExpression ofDates(QStringLiteral("[yMd]"));
-    static const QRegularExpression ofTimes(QStringLiteral("[hmsz]"));
-    return (value.typeId() != QMetaType::QTime || !pattern.contains(ofDates)) &&
-           (value.typeId() != QMetaType::QDate || !pattern.contains(ofTimes));
+    const auto text =
+        value.typeId() == QMetaType::QDateTime ? value.toDateTime().toString(pattern) : QString();
+    result += text;
+    return !text.isEmpty(); // as that of an invalid time is
 }
 
 /// Whether the number is all of the value: the conversion rounds, and wraps around.
@@ -82,15 +69,10 @@ bool appendText(QString &result, const QVariant &value)
 {
     switch (value.typeId()) {
     case QMetaType::Double:
-    case QMetaType::Float:
         result += QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
         return std::isfinite(value.toDouble());
     case QMetaType::QDateTime:
         return appendTime(result, value, QStringLiteral("yyyy-MM-dd'T'hh:mm:ss"));
-    case QMetaType::QDate:
-        return appendTime(result, value, QStringLiteral("yyyy-MM-dd"));
-    case QMetaType::QTime:
-        return appendTime(result, value, QStringLiteral("hh:mm:ss"));
     default:
         result += value.toString();
         return value.canConvert<QString>();
@@ -114,7 +96,7 @@ Writer writerOf(const QString &format)
         return {};
     const auto pattern = QString(format).replace(QLatin1String("'"), QLatin1String("''"));
     return [pattern](QString &result, const QVariant &value) {
-        return hasUnitsOf(pattern, value) && appendTime(result, value, pattern);
+        return appendTime(result, value, pattern);
     };
 }
 

@@ -15,9 +15,9 @@
 ///
 /// "%(source.field[format])" stands for a field of a source; "%(name[format])" for an extra value.
 /// Formats: "s" (the value as text), "d" and "0Nd" (whole number, with zeros to N digits, N up to
-/// 99), and date and time patterns made of "yyyy", "yy", "MM", "dd", "hh", "mm", "ss", "zzz" and
-/// any punctuation. Without "[format]" the value is written as text. "%%" is a percent sign. All
-/// other text is copied as it stands; a percent sign that begins none of these is kept too, and
+/// 99), and patterns for a `QDateTime` made of "yyyy", "yy", "MM", "dd", "hh", "mm", "ss", "zzz"
+/// and any punctuation. Without "[format]" the value is written as text. "%%" is a percent sign.
+/// All other text is copied as it stands; a percent sign that begins none of these is kept too, and
 /// reported in the log. A value wider than N digits is written in full; the sign of a negative one
 /// counts as a digit.
 ///

@@ -13,7 +13,7 @@ constexpr auto valueKey = QLatin1String("value");
 /// A type that can be kept.
 struct Type
 {
-    QMetaType::Type id;
+    int id;             ///< One of `QMetaType::Type`.
     QLatin1String name; ///< Stands with receipts, so it never changes.
 };
 
@@ -50,8 +50,7 @@ QVariantMap mapFromJson(const QJsonObject &members)
 
 QJsonObject toJson(const QVariant &value, QString &error)
 {
-    const auto hasId = [&value](const Type &type) { return type.id == value.typeId(); };
-    const auto *const type = std::find_if(types.begin(), types.end(), hasId);
+    const auto *const type = std::ranges::find(types, value.typeId(), &Type::id);
     if (type == types.end()) {
         error = QStringLiteral("a value of the type %1 cannot be kept")
                     .arg(QLatin1String(value.typeName()));
@@ -69,8 +68,7 @@ QJsonObject toJson(const QVariant &value, QString &error)
 QVariant fromJson(const QJsonObject &object)
 {
     const auto name = object.value(typeKey).toString();
-    const auto hasName = [&name](const Type &type) { return type.name == name; };
-    const auto *const type = std::find_if(types.begin(), types.end(), hasName);
+    const auto *const type = std::ranges::find(types, name, &Type::name);
     if (type == types.end())
         return {};
     const auto content = object.value(valueKey);

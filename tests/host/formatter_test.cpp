@@ -70,9 +70,8 @@ TEST(SimpleFormatter, ExpandsValuesByTheirFormat)
         {"", 7, nullptr},
         {"d", std::numeric_limits<quint64>::max(), nullptr},
         {"dd.MM.yyyy hh:mm:ss.zzz", begun, "01.02.2024 09:05:07.000"},
-        {"yyMMdd", QDate(1905, 12, 31), "051231"},
-        {"hhmm", QDate(2024, 2, 1), nullptr},
-        {"yyyydd", QTime(9, 5), nullptr},
+        {"yyMMdd", QDateTime(QDate(1905, 12, 31), QTime()), "051231"},
+        {"hhmm", QStringLiteral("09:05"), nullptr},
         {"ddT", begun, nullptr},
         {"dddd", begun, nullptr}, // no names of days
         {"dd 'MM'", begun, "01 '02'"},
