@@ -210,7 +210,8 @@ QJsonArray checkBody(const QJsonObject &body, const QString &shape)
 {
     static const auto bodies = readBodies();
     const auto found = std::ranges::find(bodies.inside, shape, &Shape::name);
-    Q_ASSERT(found != bodies.inside.end());
+    if (found == bodies.inside.end())
+        qFatal("bodies.json does not describe %s", qPrintable(shape));
     Check check;
     check.check(body, *found, {});
     return check.messages;

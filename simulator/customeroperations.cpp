@@ -3,6 +3,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 namespace simulator {
 
 using namespace Qt::StringLiterals;
@@ -144,7 +146,9 @@ Answer Service::resendConfirmationCode(const QJsonObject &body)
 Answer Service::emailConfirmationLetter(const QJsonObject &body)
 {
     const auto email = body["customer"_L1]["email"_L1].toString();
-    if (!store.knowsEmail(email))
+    const auto customers = store.all(kept::customers);
+    if (std::none_of(customers.begin(), customers.end(),
+                     [&email](const auto &customer) { return customer["email"_L1] == email; }))
         return refusal(u"No customer has this e-mail address"_s, u"customer.email"_s);
     if (isLetterRefused(email))
         return refusal(u"The mailbox does not accept letters"_s, u"customer.email"_s);

@@ -81,13 +81,6 @@ QJsonObject Store::since(qint64 change) const
     return result;
 }
 
-bool Store::knowsEmail(const QString &email) const
-{
-    return std::ranges::any_of(collections.value(kept::customers), [&email](const auto &customer) {
-        return customer.content["email"_L1] == email;
-    });
-}
-
 void Store::put(QLatin1String collection, const QString &key, const QJsonObject &content)
 {
     const auto known = collections.value(collection).value(key).number;

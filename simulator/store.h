@@ -44,8 +44,6 @@ public:
     /// What became what it is after that change, of the latest of each collection, each with its
     /// "number"; and as "totals" how many each collection has.
     QJsonObject since(qint64 change) const;
-    /// Whether a customer has this e-mail address, compared exactly.
-    bool knowsEmail(const QString &email) const;
 
     void put(QLatin1String collection, const QString &key, const QJsonObject &content);
     /// Puts it under a key of its own.
