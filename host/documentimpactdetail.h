@@ -40,6 +40,8 @@ public:
         visit(QLatin1String("posnum"), impact.posnum);
     }
 
+    bool operator==(const DocumentImpactDetail &other) const = default;
+
 private:
     int posnum;
     int campaignCode;

@@ -4,35 +4,23 @@
 
 #include <QByteArray>
 
-#include <cstdio>
 #include <sstream>
 #include <string>
 #include <sys/mman.h>
 #include <unistd.h>
 
-/// What the console reads: these bytes, then the end of the input.
-class ScriptedDescriptor
-{
-public:
-    explicit ScriptedDescriptor(const QByteArray &bytes)
-        : number(memfd_create("script", 0))
-    {
-        if (::pwrite(number, bytes.constData(), bytes.size(), 0) != bytes.size())
-            std::abort();
-    }
-    ~ScriptedDescriptor() { ::close(number); }
-    Q_DISABLE_COPY_MOVE(ScriptedDescriptor)
-
-    const int number;
-};
-
-/// A console that reads a script and keeps what it shows.
+/// A console that reads a script, then the end of the input, and keeps what it shows.
 class ScriptedConsole
 {
 public:
     explicit ScriptedConsole(const QByteArray &script = {})
-        : descriptor(script)
-    {}
+        : descriptor(memfd_create("script", 0))
+    {
+        if (::pwrite(descriptor, script.constData(), script.size(), 0) != script.size())
+            std::abort();
+    }
+    ~ScriptedConsole() { ::close(descriptor); }
+    Q_DISABLE_COPY_MOVE(ScriptedConsole)
 
     /// All that was shown since the last call.
     std::string shown()
@@ -43,9 +31,9 @@ public:
     }
 
 private:
-    ScriptedDescriptor descriptor;
+    int descriptor;
     std::ostringstream output;
 
 public:
-    till::Console console{descriptor.number, output};
+    till::Console console{descriptor, output};
 };

@@ -42,12 +42,12 @@ QString heading(const DocumentHeader &header)
         .arg(header.dateTimeBeg.toString(u"dd.MM.yyyy HH:mm:ss"));
 }
 
-QString discountText(const DiscountView &discount)
+QString discountText(const DocumentImpactDetail &discount)
 {
     return ConsoleText::tr("discount, campaign %1, mode %2, source %3")
-        .arg(discount.campaign)
-        .arg(discount.mode)
-        .arg(discount.source);
+        .arg(discount.getCampaignCode())
+        .arg(discount.getDiscountMode())
+        .arg(discount.getImpactSource());
 }
 
 } // namespace
@@ -67,7 +67,8 @@ QString receiptText(const ReceiptView &receipt)
                          quantityText(position.quantity), moneyText(position.price),
                          moneyText(position.fullSum)));
         for (const auto &discount : position.discounts)
-            lines.append(sumLine(QStringLiteral("     ") + discountText(discount), -discount.sum));
+            lines.append(sumLine(QStringLiteral("     ") + discountText(discount),
+                                 -discount.getDiscountSum()));
     }
     lines.append(QString(width, u'-'));
     lines.append(sumLine(ConsoleText::tr("Total"), receipt.total));

@@ -15,8 +15,7 @@ PositionView viewOf(const AbstractDocument &document, const GoodsItem &item)
     view.fullSum = item.sumBeforeDiscounts();
     view.sum = item.getSumb();
     for (const auto &impact : document.getImpactDetails(item.getPosnum()))
-        view.discounts.append({impact->getCampaignCode(), impact->getDiscountMode(),
-                               impact->getImpactSource(), impact->getDiscountSum()});
+        view.discounts.append(*impact);
     return view;
 }
 

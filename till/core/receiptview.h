@@ -10,17 +10,6 @@
 
 namespace till {
 
-/// A discount on a position.
-struct DiscountView
-{
-    int campaign = 0;
-    int mode = 0;
-    int source = 0;
-    double sum = 0; ///< How much cheaper the position became.
-
-    bool operator==(const DiscountView &other) const = default;
-};
-
 /// A position of a receipt.
 struct PositionView
 {
@@ -31,7 +20,7 @@ struct PositionView
     double quantity = 0;
     double fullSum = 0; ///< Before the discounts.
     double sum = 0;     ///< What the customer pays for it.
-    QList<DiscountView> discounts;
+    QList<DocumentImpactDetail> discounts;
 
     bool operator==(const PositionView &other) const = default;
 };
@@ -45,8 +34,6 @@ struct ReceiptView
     QString cardNumber; ///< Empty without a card.
     /// The card's holder, whose phone was confirmed. Nothing without a card or when unknown.
     std::optional<Client> customer;
-
-    bool operator==(const ReceiptView &other) const = default;
 };
 
 ReceiptView viewOf(const AbstractDocument &document);

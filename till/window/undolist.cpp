@@ -60,7 +60,8 @@ void UndoList::takeBack(Sale &sale, const Step &step)
         return;
     const auto number = receipt->positions.constLast().number;
     for (const auto &discount : before.discounts)
-        sale.discount(number, discount.sum, discount.campaign, discount.mode, discount.source);
+        sale.discount(number, discount.getDiscountSum(), discount.getCampaignCode(),
+                      discount.getDiscountMode(), discount.getImpactSource());
 }
 
 } // namespace till
