@@ -94,31 +94,33 @@ QString problemWith(const QString &path)
     return QStringLiteral("%1: the log cannot be written: %2").arg(path, qt_error_string(errno));
 }
 
-/// Has the lines go there from now on.
-void setDestinations(const QString &path, int file, int standardError)
+/// Has the lines go there from now on; empty for no file. Nobody can ask for a renamed file to be
+/// opened anew between its opening and its use.
+std::optional<QString> setDestinations(const QString &path, int standardError)
 {
     auto &to = destinations();
     const std::scoped_lock lock(to.mutex);
+    const auto opened = path.isEmpty() ? none : openFile(path);
+    if (opened == none && !path.isEmpty())
+        return problemWith(path);
     if (to.file != none)
         ::close(to.file);
     to.path = path;
-    to.file = file;
+    to.file = opened;
     to.standardError = standardError;
+    return std::nullopt;
 }
 
 } // namespace
 
 std::optional<QString> start(const QString &file, bool toStandardError)
 {
-    auto opened = none;
     if (!file.isEmpty()) {
         if (auto error = privatefile::createDirectory(QFileInfo(file).path()))
             return error;
-        opened = openFile(file);
-        if (opened == none)
-            return problemWith(file);
     }
-    setDestinations(file, opened, toStandardError ? STDERR_FILENO : none);
+    if (auto error = setDestinations(file, toStandardError ? STDERR_FILENO : none))
+        return error;
     // Without effect when the environment has a pattern.
     qSetMessagePattern(
         QStringLiteral("%{time yyyy-MM-dd hh:mm:ss.zzz} %{type} %{category}: %{message}"));
@@ -142,7 +144,7 @@ std::optional<QString> reopen()
 void stop()
 {
     qInstallMessageHandler(nullptr);
-    setDestinations({}, none, none);
+    (void)setDestinations({}, none);
 }
 
 } // namespace logging

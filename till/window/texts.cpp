@@ -69,6 +69,28 @@ QString reportText(const SaleEvent &event)
                : QString();
 }
 
+/// What the store has done with a receipt.
+QString storeText(const SaleEvent &event)
+{
+    using Kind = SaleEvent::Kind;
+    switch (event.kind) {
+    case Kind::NotStored:
+        return WindowText::tr("What was done is not on the disk. Sell on, but do not switch the "
+                              "till off; call the one who looks after it.");
+    case Kind::StoredLate:
+        return WindowText::tr("Receipt %1 is on the disk now.").arg(event.number);
+    case Kind::StillToReport:
+        return WindowText::tr("%n receipt(s) of before are still to be reported; that happens by "
+                              "itself.",
+                              nullptr, event.number);
+    case Kind::ReceiptUnreadable:
+        return WindowText::tr("A stored receipt cannot be read. Call the one who looks after the "
+                              "till.");
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 QString moneyLabel(double sum)
@@ -133,17 +155,10 @@ QString eventText(const SaleEvent &event)
     case Kind::ShiftClosed:
         return WindowText::tr("Shift %1 is closed, the next one has begun.").arg(event.number);
     case Kind::NotStored:
-        return WindowText::tr("What was done is not on the disk. Sell on, but do not switch the "
-                              "till off; call the one who looks after it.");
     case Kind::StoredLate:
-        return WindowText::tr("Receipt %1 is on the disk now.").arg(event.number);
     case Kind::StillToReport:
-        return WindowText::tr("%n receipt(s) of before are still to be reported; that happens by "
-                              "itself.",
-                              nullptr, event.number);
     case Kind::ReceiptUnreadable:
-        return WindowText::tr("A stored receipt cannot be read. Call the one who looks after the "
-                              "till.");
+        return storeText(event);
     case Kind::Opened:
     case Kind::PositionAdded:
     case Kind::PositionChanged:
