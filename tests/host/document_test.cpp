@@ -137,9 +137,7 @@ TEST(ReceiptAsJson, KeepsEveryPlainValueWithItsTypeAndNothingInPlaceOfOthers)
     const auto read = readBack(jsonOf(document), error);
     ASSERT_TRUE(read) << error.toStdString();
     EXPECT_EQ(read->getPluginData(system), plain);
-    for (const auto &[key, value] : plain.toStdMap()) // those of different types may be equal
-        EXPECT_EQ(read->getPluginData(system).value(key).typeId(), value.typeId())
-            << key.toStdString();
+    EXPECT_EQ(jsonOf(*read), jsonOf(document)); // the types too: values of several may be equal
 
     for (const auto &value : {QVariant(qQNaN()), QVariant(QByteArray("1"))}) {
         document.setPluginData(system, {{QStringLiteral("strange"), value}});

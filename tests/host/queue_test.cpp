@@ -1,10 +1,9 @@
 #include "support.h"
 
+#include <host/database.h>
 #include <host/dbqueuebroker.h>
 
 #include <QElapsedTimer>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 
 #include <array>
 #include <thread>
@@ -26,29 +25,6 @@ QList<int> numbers(const QList<QueuedMessage> &messages)
         result += queued.message.value(QStringLiteral("number")).toInt();
     return result;
 }
-
-/// A plain SQLite connection to a file.
-class PlainDatabase
-{
-public:
-    explicit PlainDatabase(const QString &file)
-        : database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("plain")))
-    {
-        database.setDatabaseName(file);
-        EXPECT_TRUE(database.open());
-    }
-    ~PlainDatabase()
-    {
-        database = {};
-        QSqlDatabase::removeDatabase(QStringLiteral("plain"));
-    }
-    Q_DISABLE_COPY_MOVE(PlainDatabase)
-
-    void run(const QString &sql) const { EXPECT_TRUE(QSqlQuery(database).exec(sql)); }
-
-private:
-    QSqlDatabase database;
-};
 
 class Queue : public WithFiles
 {
@@ -136,8 +112,9 @@ TEST_F(Queue, LockedFileFailsInTimeAndServesAgain)
     DBQueueBroker broker(file());
     ASSERT_TRUE(broker.put(queueName, message(1), {}));
     {
-        const PlainDatabase other(file());
-        other.run(QStringLiteral("BEGIN IMMEDIATE"));
+        Database other(file());
+        const Transaction lock(other);
+        EXPECT_TRUE(lock.begun());
         QElapsedTimer timer;
         timer.start();
         broker.beginBatch();
@@ -170,17 +147,15 @@ TEST_F(Queue, FullDiskFailsAndServesAgain)
 
 TEST_F(Queue, FileOfSomethingElseIsReportedAndLeftAlone)
 {
-    {
-        ASSERT_TRUE(DBQueueBroker(file()).put(queueName, message(1), {}));
-    }
-    {
-        PlainDatabase(file()).run(QStringLiteral("PRAGMA user_version = 9"));
-    }
-    const auto newer = read(file());
-    {
-        PlainDatabase(path(QStringLiteral("foreign"))).run(QStringLiteral("CREATE TABLE t (x)"));
-    }
-    const auto foreign = read(path(QStringLiteral("foreign")));
+    const auto fileAfter = [this](const char *sql) {
+        EXPECT_TRUE(DBQueueBroker(file()).put(queueName, message(1), {}));
+        EXPECT_TRUE(Database(file()).write(sql));
+        const auto content = read(file());
+        EXPECT_TRUE(QFile::remove(file()));
+        return content;
+    };
+    const auto newer = fileAfter("PRAGMA user_version = 9");
+    const auto foreign = fileAfter("PRAGMA application_id = 0");
     struct Case
     {
         QByteArray content;
