@@ -28,8 +28,8 @@ struct DocumentHeader
 
     bool operator==(const DocumentHeader &other) const = default;
 
-    /// Calls `visit(name, member)` for each member, under the name that masks use and the receipts
-    /// that are kept.
+    /// Calls `visit(name, member)` for each member. The names stand in the masks of shops and in
+    /// the receipts that are kept, so they never change.
     template<typename Header, typename Visit>
     static void visitMembers(Header &header, const Visit &visit)
     {

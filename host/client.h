@@ -52,7 +52,8 @@ public:
 
     bool operator==(const Client &other) const = default;
 
-    /// Calls `visit(name, member)` for each member, under the name in the receipts that are kept.
+    /// Calls `visit(name, member)` for each member. The names stand in the receipts that are kept,
+    /// so they never change.
     template<typename Holder, typename Visit>
     static void visitMembers(Holder &holder, const Visit &visit)
     {

@@ -29,7 +29,8 @@ public:
     /// How much the position became cheaper, in the receipt's currency.
     double getDiscountSum() const { return discountSum; }
 
-    /// Calls `visit(name, member)` for each member, under the name in the receipts that are kept.
+    /// Calls `visit(name, member)` for each member. The names stand in the receipts that are kept,
+    /// so they never change.
     template<typename Impact, typename Visit>
     static void visitMembers(Impact &impact, const Visit &visit)
     {

@@ -34,8 +34,8 @@ public:
     QLatin1String sourceName() const override;
     QVariant field(QStringView name) const override { return memberOf(*this, name); }
 
-    /// Calls `visit(name, member)` for each member, under the name that masks use and the receipts
-    /// that are kept.
+    /// Calls `visit(name, member)` for each member. The names stand in the masks of shops and in
+    /// the receipts that are kept, so they never change.
     template<typename Item, typename Visit>
     static void visitMembers(Item &item, const Visit &visit)
     {
