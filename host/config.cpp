@@ -14,11 +14,6 @@ Q_LOGGING_CATEGORY(log, "till.config", QtInfoMsg)
 
 constexpr qint64 maximumFileSize = 1LL << 20;
 
-bool hasBlankEnd(const QString &text)
-{
-    return !text.isEmpty() && (text.front().isSpace() || text.back().isSpace());
-}
-
 /// Takes a line apart. \return What it should have been; empty when key and value are good.
 QString readLine(const QByteArray &line, QString &key, QString &value)
 {
@@ -39,9 +34,9 @@ QString readLine(const QByteArray &line, QString &key, QString &value)
         return QStringLiteral("expected key=value");
     key = text.left(separator);
     value = text.mid(separator + 1);
-    if (hasBlankEnd(key))
+    if (key != key.trimmed())
         return QStringLiteral("expected no blank around the key");
-    if (hasBlankEnd(value))
+    if (value != value.trimmed())
         return QStringLiteral("expected no blank at the ends of the value of \"%1\"").arg(key);
     return {};
 }

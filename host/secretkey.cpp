@@ -14,15 +14,11 @@ constexpr qsizetype shortestKey = 4;
 /// All repetitions are bounded and possessive: no text makes the search slow.
 QString anyFormOf(QStringView character)
 {
-    const auto inHex = [](int width, uint number) {
-        return QStringLiteral("%1").arg(number, width, 16, QLatin1Char('0'));
-    };
     QString inJson;
     for (const auto unit : character)
-        inJson += QLatin1String(R"(\\{0,8}+u)") + inHex(4, unit.unicode());
-    QString inUrl;
-    for (const auto byte : character.toUtf8())
-        inUrl += QLatin1Char('%') + inHex(2, static_cast<uchar>(byte));
+        inJson += QStringLiteral(R"(\\{0,8}+u%1)").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
+    const auto bytes = character.toUtf8();
+    const auto inUrl = QString::fromLatin1(bytes.toPercentEncoding({}, bytes));
     if (character == QLatin1String("\\")) // each level of JSON doubles them, wherever they stand
         return QStringLiteral(R"((?:%1|%2|\\){1,64}+)").arg(inJson, inUrl);
     return QStringLiteral(R"((?:%1|%2|\\{0,8}+%3))")
