@@ -13,6 +13,7 @@ import os
 import pathlib
 import random
 import re
+import signal
 import sqlite3
 import subprocess
 import tempfile
@@ -182,6 +183,13 @@ def sweep(binaries, workers, most, seed):
     source = pathlib.Path(__file__).with_name("faultyfiles.c")
     subprocess.run(["cc", "-shared", "-fPIC", "-O1", "-o", shim, source, "-ldl"], check=True)
     crew = [Worker(binaries, shim) for _ in range(workers)]
+
+    def end():
+        for worker in crew:
+            worker.simulator.process.kill()
+            worker.simulator.process.wait()
+
+    signal.signal(signal.SIGTERM, lambda *_: (end(), os._exit(128 + signal.SIGTERM)))
     try:
         cases = [Case(process, call, kind, length, is_up)
                  for process in ("till", "deliverer") for is_up in (True, False)
@@ -208,6 +216,4 @@ def sweep(binaries, workers, most, seed):
                 task.result()
         return counts, findings
     finally:
-        for worker in crew:
-            worker.simulator.process.kill()
-            worker.simulator.process.wait()
+        end()
