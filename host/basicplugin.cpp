@@ -1,5 +1,7 @@
 #include "host/basicplugin.h"
 
+BasicPlugin::~BasicPlugin() = default;
+
 bool BasicPlugin::init()
 {
     return true;

@@ -22,6 +22,8 @@ struct Trigger
 class HOST_EXPORT BasicPlugin : public HostObject
 {
 public:
+    ~BasicPlugin() override;
+
     /// Called once, when the till initialises its plugins. \return Whether the plugin is usable.
     virtual bool init();
     /// Called once, before the till lets go of the plugin.
