@@ -133,8 +133,9 @@ QString ExchangeLog::harmless(QString text) const
 {
     const auto &expression = confirmationCode();
     text.replace(expression, QStringLiteral("\\1\"***\""));
-    const auto isCodeSent = body.contains("ode\":"); // most bodies are long and hold none
-    const auto sent = isCodeSent ? QString::fromUtf8(body) : QString();
+    // So end the names of all codes; most bodies are long and hold none.
+    const auto mayHoldCode = body.contains("ode\":");
+    const auto sent = mayHoldCode ? QString::fromUtf8(body) : QString();
     for (auto found = expression.globalMatch(sent); found.hasNext();) {
         const auto code = found.next().captured(2).remove(QLatin1Char('"'));
         if (code.size() >= shortestCode)

@@ -16,22 +16,29 @@ namespace privatefile {
 Content read(const QString &path, qint64 limit)
 {
     const auto failure = [](const QString &reason) { return Content{{}, 0, reason}; };
-    struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+    // Without O_NONBLOCK a pipe would be waited for until somebody writes to it.
+    const auto descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
         return failure(qt_error_string(errno));
-    // Opening a pipe would wait until somebody writes to it.
+    QFile file;
+    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        return failure(file.errorString());
+    }
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0)
+        return failure(qt_error_string(errno));
     if (!S_ISREG(status.st_mode))
         return failure(QStringLiteral("expected a regular file"));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return failure(file.errorString());
     // The amount asked for is allocated, however short the file is.
-    const auto bytes = file.read(std::min<qint64>(status.st_size, limit) + 1);
+    Content content{
+        file.read(std::min<qint64>(status.st_size, limit) + 1), status.st_mode & 07777U, {}};
     if (file.error() != QFile::NoError)
         return failure(file.errorString());
-    if (bytes.size() > limit)
+    if (content.bytes.size() > limit)
         return failure(QStringLiteral("expected at most %1 bytes").arg(limit));
-    return {bytes, status.st_mode & 07777U, {}};
+    return content;
 }
 
 std::optional<QString> createDirectory(const QString &path)

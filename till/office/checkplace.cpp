@@ -55,6 +55,7 @@ void checkLog(const QString &file, Findings &findings)
 {
     constexpr auto check = "place.log";
     const auto there = existing(file);
+    // A directory is good to make the log in, but no log.
     const auto isGood = (there != file) == QFileInfo(there).isDir();
     if (file.isEmpty())
         findings.ok(check, Office::tr("standard error"));
