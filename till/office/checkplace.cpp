@@ -54,12 +54,14 @@ void checkDirectory(const QString &directory, Findings &findings)
 void checkLog(const QString &file, Findings &findings)
 {
     constexpr auto check = "place.log";
+    if (file.isEmpty()) {
+        findings.ok(check, Office::tr("standard error"));
+        return;
+    }
     const auto there = existing(file);
     // A directory is good to make the log in, but no log.
     const auto isGood = (there != file) == QFileInfo(there).isDir();
-    if (file.isEmpty())
-        findings.ok(check, Office::tr("standard error"));
-    else if (!isGood || ::access(QFile::encodeName(there).constData(), W_OK) != 0)
+    if (!isGood || ::access(QFile::encodeName(there).constData(), W_OK) != 0)
         findings.warn(check, Office::tr("%1 cannot be written").arg(there),
                       Office::tr("Give it to the till's user, or correct Till:log."));
     else
