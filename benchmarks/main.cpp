@@ -1,62 +1,37 @@
-#include "benchmarks/comparison.h"
-#include "benchmarks/setup.h"
+#include "benchmarks/measure.h"
+#include "benchmarks/rows.h"
 
-#include <benchmark/benchmark.h>
-
-#include <QCommandLineParser>
-#include <QCoreApplication>
+#include <QApplication>
 
 #include <cstdio>
 
-namespace {
-
-int refuse(const QString &reason)
-{
-    std::fputs(QStringLiteral("benchmarks: %1\n").arg(reason).toUtf8().constData(), stderr);
-    return 2;
-}
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 int main(int argc, char *argv[])
 {
-    // Takes its own options, "--benchmark_...", out of the arguments.
-    benchmark::Initialize(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    QCommandLineParser parser;
-    const QCommandLineOption quick(QStringLiteral("quick"),
-                                   QStringLiteral("Scales the long benchmarks down to seconds."));
-    const QCommandLineOption load(
-        QStringLiteral("load"),
-        QStringLiteral("Loads the plugin and prints the seconds that it took."),
-        QStringLiteral("file"));
-    const QCommandLineOption counted(
-        QStringLiteral("count"),
-        QStringLiteral("Does what bench::count knows for valgrind to count."),
-        QStringLiteral("what"));
-    parser.addOptions({quick, load, counted});
-    if (!parser.parse(QCoreApplication::arguments()) || !parser.positionalArguments().isEmpty())
-        return refuse(QStringLiteral(
-            "expected --quick, --load FILE, --count WHAT or --benchmark_... options"));
-    if (parser.isSet(load))
-        return bench::loadOnce(parser.value(load));
-
-    bench::Setup setup(parser.isSet(quick));
-    if (!setup.getError().isEmpty())
-        return refuse(setup.getError());
-    if (parser.isSet(counted))
-        return bench::count(parser.value(counted), setup) ? 0 : refuse(counted.description());
-    // The report looks for fewer figures then.
-    benchmark::AddCustomContext("quick", setup.isQuick() ? "yes" : "no");
-    bench::registerExchanges(setup);
-    bench::registerPayloads(setup);
-    bench::registerAnswers();
-    bench::registerMasks();
-    bench::registerQueue(setup);
-    bench::registerSale(setup);
-    bench::registerSyncs(setup);
-    bench::registerProcess(setup);
-    const auto count = benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return count == 0 || bench::anyFailed() ? 1 : 0;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    const auto arguments = QApplication::arguments().mid(1);
+    const auto isQuick = arguments == QStringList{u"--quick"_s};
+    if (arguments.value(0) == u"--paint"_s)
+        return bench::paintOnce(arguments.mid(1));
+    const bench::Service service;
+    if (!service.isThere()) {
+        std::fputs("benchmarks: the simulator does not start\n", stderr);
+        return 2;
+    }
+    if (arguments.value(0) == u"--count"_s && bench::count(arguments.value(1), service))
+        return 0;
+    if (!arguments.isEmpty() && !isQuick) {
+        std::fputs("benchmarks: expected --quick, --count WHAT or nothing\n", stderr);
+        return 2;
+    }
+    if (isQuick)
+        bench::setMostSamples(3);
+    bench::measureLookUp();
+    bench::measureTill(service);
+    bench::measurePayloads();
+    bench::measureWindow(service, isQuick);
+    bench::measureSales(service, isQuick ? 1'000 : 100'000);
+    return 0;
 }

@@ -1,14 +1,17 @@
 #pragma once
 
-#include "benchmarks/setup.h"
-
+#include "benchmarks/measure.h"
+#include "till/core/sale.h"
 #include "till/core/till.h"
 
+#include <host/abstractdocument.h>
 #include <host/dialogpresenter.h>
+
+#include <memory>
 
 namespace bench {
 
-/// Nobody is at the till.
+/// A presenter without a cashier: every dialog is cancelled.
 class NoFace : public DialogPresenter
 {
 public:
@@ -28,27 +31,45 @@ public:
     void hideProgress() override {}
 };
 
-/// A till with a new store and the built plugin, at which nobody answers a dialog.
+/// A till with the built plugin and no cashier.
 class TillAtWork
 {
 public:
-    explicit TillAtWork(Setup &setup, const till::BackoffRange &backoff = {});
-    ~TillAtWork();
-    Q_DISABLE_COPY_MOVE(TillAtWork)
+    explicit TillAtWork(const QString &directory)
+    {
+        settings.dataDirectory = directory;
+        settings.pluginFile = QStringLiteral(PLUGIN_FILE);
+        till = std::make_unique<till::Till>(settings, face);
+        if (!till->start())
+            fail(QStringLiteral("the till does not start"));
+    }
 
-    /// Why it cannot sell; empty when it can.
-    const QString &error() const { return problem; }
-    const QString &directory() const { return settings.dataDirectory; }
     till::Sale &sale() { return till->sale(); }
     void startDelivery() { till->startDelivery(); }
-    /// Opens a sale and adds so many positions with a discount each.
-    void sell(int positions);
+    /// Opens a sale and adds that many positions, each with a discount.
+    void sell(int positions)
+    {
+        sale().open(DocumentHeader::sale);
+        for (int position = 1; position <= positions; ++position) {
+            sale().add(QStringLiteral("4600"), QStringLiteral("Молоко 3,2 % 1 л"), 89.9, 1);
+            sale().discount(position, 7.5, 417, 1, 0);
+        }
+    }
+    /// \return Whether the receipt is committed.
+    bool commit()
+    {
+        sale().commit();
+        return !sale().receipt();
+    }
+    bool identify(const QString &phone)
+    {
+        sale().enterCard(phone);
+        return sale().receipt() && !sale().receipt()->cardNumber.isEmpty();
+    }
 
 private:
     NoFace face;
     till::Settings settings;
-    QString problem;
-    const QString queueBefore;
     std::unique_ptr<till::Till> till;
 };
 

@@ -7,13 +7,13 @@
 #include <cstdint>
 #include <span>
 
-/// What libFuzzer hands to a target.
+/// The input that libFuzzer passes to a target.
 using Bytes = std::span<const uint8_t>;
 
-/// Makes a finding of the input at hand when something that must always hold does not.
+/// Reports the current input as a finding unless the condition holds.
 void require(bool condition);
 
 QByteArray bytesOf(Bytes bytes);
 
-/// A directory in memory, empty at the start and removed at a regular end.
+/// A directory in memory, empty at the start and removed at a normal exit.
 QString scratchDirectory();

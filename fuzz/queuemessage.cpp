@@ -1,14 +1,11 @@
 #include "fuzz/fuzzing.h"
 #include "tests/support/fakehttp.h"
 
-#include "interface/interface.h"
 #include "till/core/deliverer.h"
+#include "till/core/store.h"
+#include "till/core/storeschema.h"
 #include "till/office/commands.h"
 
-#include <host/dbqueuebroker.h>
-
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QUrlQuery>
 
 #include <sstream>
@@ -17,70 +14,63 @@ namespace {
 
 const auto pointOfContact = QLatin1String("pointOfContact");
 
-/// A queue with its deliverer, and a service that answers as it is told.
+/// A queue with its deliverer, and a service with a chosen answer.
 class Delivery
 {
 public:
-    /// Leaves one message in the queue whose text is exactly these bytes.
+    /// Leaves one message in the queue with exactly these bytes as its text.
     void put(const QByteArray &text)
     {
-        require(broker.put(till::loyaltyQueue(), {}, {}));
-        // Past the broker, which writes nothing but JSON objects.
-        static const auto database = openDatabase(broker.file());
-        QSqlQuery update(database);
-        require(update.prepare(QStringLiteral("UPDATE messages SET message = CAST(? AS TEXT)")));
-        update.addBindValue(text);
-        require(update.exec());
+        till::QueuedMessage message;
+        message.queue = till::loyaltyQueue();
+        require(store.saveReport(receipt, {till::Report::Reported, {}, {}}, {message}).has_value());
+        // Written directly, because the store accepts only JSON objects.
+        require(database.run("UPDATE messages SET message = ?", {text}).has_value());
     }
-    /// One round while the service answers that way. \return How many messages it settled.
+    /// Delivers while the service gives that answer. \return How many messages were delivered or
+    /// parked.
     int deliver(int httpCode, const QByteArray &answer)
     {
+        using Outcome = till::Deliverer::Outcome;
         http.httpCode = httpCode;
         http.answer = answer;
-        const auto round = deliverer.deliver([] { return false; });
-        const auto isEmptied = round.outcome == till::Deliverer::Outcome::Emptied;
-        require(isEmptied || round.outcome == till::Deliverer::Outcome::Unreachable);
-        const auto state = broker.state(till::loyaltyQueue());
-        require(state && isEmptied == till::textOf(*state).startsWith(QLatin1String("waiting: 0")));
-        return round.settled;
+        auto outcome = Outcome::Settled;
+        int settled = -1;
+        for (; outcome == Outcome::Settled; ++settled)
+            outcome = deliverer.step().outcome;
+        require(outcome == Outcome::Empty || outcome == Outcome::Unreachable);
+        require((outcome == Outcome::Empty) == (store.deliveryState().waiting == 0));
+        return settled;
     }
-    /// What the integrator reads and does about a parked message.
+    /// Lists and retries a parked message as an engineer would.
     void retryParked()
     {
         std::ostringstream output;
         const auto run = [&](const QStringList &arguments) {
-            return till::runQueueCommand(broker, output, arguments, false);
+            return till::runQueueCommand(store, output, arguments, false);
         };
         require(run({QStringLiteral("parked")}) != 1);
         require(run({QStringLiteral("retry"), QStringLiteral("all")}) == 0);
     }
 
     FakeRestClient http;
-    DBQueueBroker broker{scratchDirectory() + QLatin1String("/till.db")};
+    till::Store store{scratchDirectory()};
 
 private:
-    static QSqlDatabase openDatabase(const QString &file)
-    {
-        auto database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
-        database.setDatabaseName(file);
-        require(database.open());
-        return database;
-    }
-
-    lmmindbox::Interface service;
-    till::Deliverer deliverer{broker, service};
+    Database database{till::Store::fileIn(scratchDirectory()), till::storeSchema()};
+    QSharedPointer<AbstractDocument> receipt = store.newReceipt({}, DocumentHeader::sale);
+    till::Deliverer deliverer{store, scratchDirectory(), {}};
 };
 
 } // namespace
 
-/// A message is never lost: it waits without an answer, is parked when refused, and leaves only
-/// when the service has accepted it, unchanged.
+/// A message is never lost or changed: it waits without an answer, is parked when refused, and is
+/// removed only when the service has accepted it.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    // Never destroyed: at the program's end Qt's list of databases goes before it.
-    static auto &delivery = *new Delivery;
+    static Delivery delivery;
     delivery.put(bytesOf({data, size}));
-    const auto message = delivery.broker.first(till::loyaltyQueue());
+    const auto message = delivery.store.nextMessage().value();
     require(message.has_value());
 
     const auto isMalformed = delivery.deliver(0, {}) == 1;
@@ -89,12 +79,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     require(delivery.deliver(
                 200, R"({"status":"Success","order":{"processingStatus":"Processed"}})") == 1);
 
-    const auto parked = delivery.broker.parked(till::loyaltyQueue());
+    const auto parked = delivery.store.messages(true, 9).value();
     require(parked.size() == (isMalformed ? 1 : 0));
-    if (isMalformed) {
-        require(delivery.broker.remove(parked.constFirst().id));
-        return 0;
-    }
+    if (isMalformed)
+        return 0; // the next report replaces it
     auto sent = delivery.http.sentBody;
     auto expected = message->message.value(QLatin1String("payload")).toObject();
     sent.remove(pointOfContact);

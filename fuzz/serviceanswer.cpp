@@ -9,7 +9,7 @@ using namespace lmmindbox;
 
 namespace {
 
-/// What holds for every answer, whatever the service sent.
+/// Conditions that hold for every answer.
 void checkResults(const OperationResult &result, int httpCode)
 {
     const auto hasMessage = result.response.contains(QLatin1String("errorMessage"));

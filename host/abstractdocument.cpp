@@ -22,7 +22,7 @@ QSharedPointer<GoodsItem> AbstractDocument::addGoodsItem(const QString &code, co
 {
     auto item = QSharedPointer<GoodsItem>::create(lastPosnum + 1, code, name, price, quantity);
     restoreGoodsItem(item);
-    ++revision;
+    noteChange(item->getPosnum());
     return item;
 }
 
@@ -40,7 +40,7 @@ bool AbstractDocument::removeGoodsItem(int posnum)
         return false;
     items.removeOne(item);
     impacts.remove(posnum);
-    ++revision;
+    noteChange(posnum);
     return true;
 }
 
@@ -59,7 +59,7 @@ bool AbstractDocument::changeQuantity(int posnum, double quantity)
         return false;
     item->setQuantity(quantity);
     item->setSumb(sum);
-    ++revision;
+    noteChange(posnum);
     return true;
 }
 
@@ -70,7 +70,7 @@ void AbstractDocument::addImpactDetail(const DocumentImpactDetail &detail)
         return;
     item->setSumb(roundToHundredths(item->getSumb() - detail.getDiscountSum()));
     restoreImpactDetail(detail);
-    ++revision;
+    noteChange(detail.getPosnum());
 }
 
 void AbstractDocument::restoreImpactDetail(const DocumentImpactDetail &detail)
@@ -87,6 +87,12 @@ void AbstractDocument::setCardRecord(const QSharedPointer<DocumentCardRecord> &r
 void AbstractDocument::setPluginData(const QString &system, const QVariantMap &data)
 {
     pluginData.insert(system, data);
+    ++revision;
+}
+
+void AbstractDocument::noteChange(int posnum)
+{
+    changedPositions.insert(posnum);
     ++revision;
 }
 

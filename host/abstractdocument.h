@@ -9,11 +9,14 @@
 #include <QDateTime>
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QSharedPointer>
 #include <QString>
 #include <QVariantMap>
 
-/// What identifies a receipt: it is written once, when the receipt is opened.
+#include <utility>
+
+/// The identity of a receipt, set once when the receipt is opened.
 struct DocumentHeader
 {
     static constexpr int sale = 1;
@@ -28,8 +31,8 @@ struct DocumentHeader
 
     bool operator==(const DocumentHeader &other) const = default;
 
-    /// Calls `visit(name, member)` for each member. The names stand in the masks of shops and in
-    /// the receipts that are kept, so they never change.
+    /// Calls `visit(name, member)` for each member. The names never change: shops use them in
+    /// masks, and saved receipts contain them.
     template<typename Header, typename Visit>
     static void visitMembers(Header &header, const Visit &visit)
     {
@@ -44,9 +47,8 @@ struct DocumentHeader
 
 /// A receipt.
 ///
-/// It keeps what it is told and checks little: whether a price, a quantity or a discount makes
-/// sense is for the till to say. As a mask's source it is "document" with the members of its header
-/// as fields, and "total".
+/// It checks little: the till decides whether a price, a quantity or a discount makes sense. Masks
+/// know it as the source "document"; its fields are the members of the header, and "total".
 class HOST_EXPORT AbstractDocument : public FormatterSource
 {
 public:
@@ -56,33 +58,33 @@ public:
     const DocumentHeader &getHeader() const { return header; }
     /// Kind code: `DocumentHeader::sale` or another.
     virtual int getKind() const { return header.kind; }
-    /// What the customer pays: the positions' sums after discounts, rounded to hundredths.
+    /// The amount to pay: the positions' sums after discounts, rounded to hundredths.
     virtual double getTotal() const;
 
     /// The positions in the receipt's order.
     virtual QList<QSharedPointer<GoodsItem>> getGoodsItems() const { return items; }
-    /// Adds a position behind the others, under the number after the highest one given so far, and
-    /// returns it. Its sum is that of the price of one unit times the quantity.
+    /// Adds a position at the end and returns it. Its number is one above the highest given so far,
+    /// its sum is the unit price times the quantity.
     QSharedPointer<GoodsItem> addGoodsItem(const QString &code, const QString &name, double price,
                                            double quantity);
-    /// Adds a position as it was kept, its number and sum included; the number must be free.
+    /// Adds a saved position with its number and sum; the number must be free.
     void restoreGoodsItem(const QSharedPointer<GoodsItem> &item);
-    /// The position of that number; null when there is none.
+    /// The position with that number; null when there is none.
     QSharedPointer<GoodsItem> findGoodsItem(int posnum) const
     {
         return itemsByPosnum.value(posnum);
     }
 
-    /// Takes a position off, and its discounts with it. Its number is not given again while the
-    /// receipt is open in this process. \return Whether there was one.
+    /// Removes a position and its discounts. Its number is not used again while the receipt is open
+    /// in this process. \return Whether the position existed.
     bool removeGoodsItem(int posnum);
-    /// Sells another quantity of a position; its discounts stay as they are.
-    /// \return False, with nothing changed, when there is no such position, when the quantity is
-    /// not above 0 or when the position would cost less than its discounts.
+    /// Changes the quantity of a position; its discounts stay.
+    /// \return False, and nothing changes, when the position does not exist, the quantity is not
+    /// above 0, or the discounts would exceed the new price.
     bool changeQuantity(int posnum, double quantity);
 
-    /// Adds a discount to its position and lowers the position's sum by it, also below 0; for a
-    /// position that the receipt does not have, nothing is done.
+    /// Adds a discount to its position and lowers the position's sum by it, even below 0. Does
+    /// nothing when the receipt has no such position.
     void addImpactDetail(const DocumentImpactDetail &detail);
     /// Adds a discount whose effect is already in the position's sum.
     void restoreImpactDetail(const DocumentImpactDetail &detail);
@@ -94,34 +96,38 @@ public:
 
     /// The card on the receipt; null when there is none.
     QSharedPointer<DocumentCardRecord> getCardRecord() const { return cardRecord; }
-    /// Puts the card onto the receipt in place of the one there; null takes it off.
+    /// Replaces the card on the receipt; null removes it.
     void setCardRecord(const QSharedPointer<DocumentCardRecord> &record);
 
-    /// Plugin data of one loyalty system, by key; empty when it keeps none here.
+    /// The plugin data of one loyalty system, by key; empty when it has none.
     QVariantMap getPluginData(const QString &system) const { return pluginData.value(system); }
-    /// Replaces a system's plugin data. Texts, truth values, numbers of 32 and 64 bits, dates, JSON
-    /// objects and arrays, and maps of these survive a restart; of others nothing is kept.
+    /// Replaces a system's plugin data. The receipt is saved as JSON, so after a restart a map is a
+    /// JSON object and a date is its ISO text; a value that JSON cannot hold becomes null.
     void setPluginData(const QString &system, const QVariantMap &data);
     /// The plugin data of all systems, by system.
     const QHash<QString, QVariantMap> &allPluginData() const { return pluginData; }
 
-    /// Tells the receipt that something that belongs to it, such as a card's holder, has changed.
+    /// Marks the receipt as changed after something that belongs to it has changed, such as a
+    /// card's holder.
     virtual void update() { ++revision; }
-    /// How often the receipt has changed since it was made or read.
+    /// How often the receipt has changed since it was created.
     int getRevision() const { return revision; }
-    /// Counts from here, as for a receipt just read.
-    void resetRevision() { revision = 0; }
+    /// The numbers of the positions that were added, changed or removed since the last call.
+    QSet<int> takeChangedPositions() { return std::exchange(changedPositions, {}); }
 
     QLatin1String sourceName() const override;
     QVariant field(QStringView name) const override;
 
 private:
+    void noteChange(int posnum);
+
     DocumentHeader header;
     QList<QSharedPointer<GoodsItem>> items;
     QHash<int, QSharedPointer<GoodsItem>> itemsByPosnum;
     QHash<int, QList<QSharedPointer<DocumentImpactDetail>>> impacts;
     QSharedPointer<DocumentCardRecord> cardRecord;
     QHash<QString, QVariantMap> pluginData;
-    int lastPosnum = 0; ///< Given last, also to a position that is gone.
+    int lastPosnum = 0; ///< The highest number given, also to a removed position.
     int revision = 0;
+    QSet<int> changedPositions;
 };

@@ -9,9 +9,9 @@ public:
     static constexpr int noType = 0;
     static constexpr int editCustomer = 170; ///< Lets the cashier edit the receipt's customer.
 
-    /// An action of no type: nothing at the till triggers one.
+    /// An action without a type; the till never triggers it.
     Action() = default;
-    /// An action of one of the till's type codes.
+    /// An action with one of the till's type codes.
     explicit Action(int type)
         : type(type)
     {}

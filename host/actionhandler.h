@@ -5,13 +5,13 @@
 
 #include <functional>
 
-/// Binds an action of the till to the code that serves it.
+/// Binds an action of the till to the code that handles it.
 struct ActionHandler
 {
-    /// In which of a till's contexts the handler is asked; 6 is the open receipt. This host has no
-    /// other one, and asks every handler.
+    /// The till's context in which the handler runs; 6 is the open receipt. This host has only that
+    /// one and asks every handler.
     int context = 0;
-    int actionCode = 0; ///< `control::Action::getType` of the actions it serves.
+    int actionCode = 0; ///< The `control::Action::getType` that it handles.
     std::function<EContext::Result(const control::Action &)> handle;
     bool enabled = false;
 };

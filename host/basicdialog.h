@@ -18,7 +18,7 @@ public:
         : data(std::move(text))
     {}
 
-    /// Whether the cashier closed it without an answer.
+    /// Whether the cashier closed the input without an answer.
     bool canceled() const { return !data.has_value(); }
     /// Whether nothing was entered; true for a cancelled input.
     bool isEmpty() const { return getData().isEmpty(); }

@@ -2,6 +2,8 @@
 
 #include "host/abstractdocument.h"
 
+using namespace Qt::StringLiterals;
+
 QSharedPointer<DocumentCardRecord> BasicLoyaltySystem::getCard() const
 {
     return currentDocument ? currentDocument->getCardRecord() : nullptr;
@@ -17,7 +19,7 @@ void BasicLoyaltySystem::setOption(LoyaltySystemOption option, bool on)
 
 QString BasicLoyaltySystem::getStoreDataKey() const
 {
-    return QStringLiteral("loyaltySystem%1").arg(systemType);
+    return u"loyaltySystem%1"_s.arg(systemType);
 }
 
 void BasicLoyaltySystem::setPluginData(const QString &key, const QVariant &value)

@@ -17,25 +17,25 @@ class Client;
 class DocumentCardRecord;
 class DocumentImpactDetail;
 
-/// Base of the till's loyalty systems: what the till asks of each of them, with neutral answers.
+/// Base of the till's loyalty systems: every call that the till may make, with neutral answers.
 ///
-/// A system overrides what it takes part in. The neutral answer stops no sale, finds nothing and
-/// changes nothing. What deals with points, coupons and slips is there for such systems on hosts
-/// that have them; the till of this project does not call it.
+/// A system overrides the calls it needs. A neutral answer stops no sale, finds nothing and changes
+/// nothing. The till of this project never calls the operations on points, coupons and slips; they
+/// are for hosts that have these.
 class HOST_EXPORT BasicLoyaltySystem : public virtual BasicPlugin, public DocumentWatcher
 {
 public:
     // Identification.
 
-    /// Identifies the holder of a card of the receipt; may put another record into the reference.
-    /// False, with the reason in `lastError`, when the card is not this system's or nobody was
-    /// found.
+    /// Identifies the holder of a card on the receipt; may replace the record behind the reference.
+    /// False, with the reason in `lastError`, when the card is not this system's or has no known
+    /// holder.
     virtual bool identifyByCard(QSharedPointer<DocumentCardRecord> & /*card*/,
                                 ECardNumberType /*type*/)
     {
         return false;
     }
-    /// Asks the system for the state of the receipt's holder.
+    /// Asks the system for the state of the card's holder.
     virtual bool request() { return true; }
 
     // The receipt's end.
@@ -45,9 +45,9 @@ public:
     {
         return true;
     }
-    /// The receipt is paid; what the system has to report, it reports now.
+    /// The receipt is paid: the system reports it now.
     virtual bool commit(const QSharedPointer<AbstractDocument> & /*document*/) { return true; }
-    /// The receipt stays open although `requestCommit` was asked.
+    /// The receipt stays open after `requestCommit`.
     virtual bool rollback(const QSharedPointer<AbstractDocument> & /*document*/) { return true; }
     /// The cashier abandons the receipt.
     virtual bool cancel(const QSharedPointer<AbstractDocument> & /*document*/) { return true; }
@@ -72,14 +72,14 @@ public:
     virtual bool hasPointsForEarn() const { return getPointsForEarn() > 0; }
     virtual double getPointsForEarn() const { return 0; }
     virtual bool hasBonusImpacts() const { return !getBonusImpactsForSpend().isEmpty(); }
-    /// The discounts this system gives on the receipt at hand.
+    /// The discounts this system gives on the current receipt.
     virtual QList<QSharedPointer<DocumentImpactDetail>> getDiscountImpacts() const { return {}; }
-    /// What the spent points made cheaper.
+    /// The discounts paid for with points.
     virtual QList<QSharedPointer<DocumentImpactDetail>> getBonusImpactsForSpend() const
     {
         return {};
     }
-    /// What the receipt earns, by position.
+    /// The points that the receipt earns, by position.
     virtual QList<loyalty::BonusRecord> getBonusRecords() const { return {}; }
 
     // Texts.
@@ -109,29 +109,29 @@ public:
     /// Whether the till's own discounts go together with this system.
     virtual bool isAllowInternalDiscount() const { return true; }
     virtual bool useDiscOnChangeWithBonusPayment() const { return false; }
-    /// Fills in what the system knows of the card's holder.
+    /// Fills in the card's holder as the system knows them.
     virtual void fillCardOwnerInfo(const QSharedPointer<Client> & /*client*/) const {}
-    /// What the receipt's card is at this system.
+    /// The kind of the receipt's card at this system.
     virtual CardMode getCardMode() const { return CardMode::Unknown; }
-    /// Texts to print behind the receipt, one slip each.
+    /// Texts to print after the receipt, one slip each.
     virtual QList<loyalty::Slip> getSlips() const { return {}; }
-    /// Gives the holder of one card number another. \return Whether it could.
+    /// Replaces a holder's card number. \return Whether it could.
     virtual bool cardReplace(const QString & /*oldNumber*/, const QString & /*newNumber*/)
     {
         return false;
     }
-    /// How a card number counts that is entered when the receipt is already totalled.
+    /// The meaning of a card number entered after the receipt was totalled.
     virtual ECardNumberType getCardNumberTypeToAddCardInSubtotal() const
     {
         return ECardNumberType::Typed;
     }
-    /// Takes a card number out of an input. The neutral system finds none and says nothing.
+    /// Reads a card number out of an input. The neutral system finds none and gives no reason.
     virtual loyalty::CardNumberAnswer getCardNumber(const loyalty::CardNumberInputData & /*input*/)
     {
         return {};
     }
 
-    // Moments of the receipt. False, where it can be answered, keeps the till from going on.
+    // Moments of the receipt. The answer false stops the till.
 
     /// Whether `setOption` has switched the option on.
     virtual bool checkOption(LoyaltySystemOption option) const { return options.contains(option); }
@@ -153,32 +153,32 @@ public:
 
     // The system and its receipt.
 
-    /// The card record of the receipt at hand; null when there is none.
+    /// The card record of the current receipt; null when there is none.
     virtual QSharedPointer<DocumentCardRecord> getCard() const;
     virtual bool hasCard() const { return !getCard().isNull(); }
     /// Called by the till after `init`.
     virtual void registerLoyaltySystem() { registered = true; }
-    /// From here on the till does not ask it; called before `deinit`.
+    /// The till stops asking the system; called before `deinit`.
     virtual void deregisterLoyaltySystem() { registered = false; }
-    /// Whether the till asks this system at all.
+    /// Whether the till asks this system.
     bool isRegistered() const { return registered; }
-    /// Switches an option; none is on at first. It means something only to who asks `checkOption`.
+    /// Switches an option; all are off at first. Only callers of `checkOption` act on it.
     virtual void setOption(LoyaltySystemOption option, bool on);
-    /// Under which key a receipt keeps this system's plugin data.
+    /// The key of this system's plugin data in a receipt.
     virtual QString getStoreDataKey() const;
-    /// Keeps a value with the receipt at hand, as `setPluginData` of the receipt does; without a
-    /// receipt nothing is kept.
+    /// Stores a value with the current receipt, as the receipt's `setPluginData` does; does nothing
+    /// without a receipt.
     virtual void setPluginData(const QString &key, const QVariant &value);
-    /// Replaces all that this system keeps with the receipt at hand.
+    /// Replaces all of this system's data in the current receipt.
     virtual void setPluginData(const QVariantMap &data);
-    /// What `setPluginData` kept under the key, also before a restart of the till, else
+    /// The value that `setPluginData` stored under the key, also before a restart; else
     /// `defaultValue`.
     virtual QVariant getPluginData(const QString &key, const QVariant &defaultValue) const;
-    /// All that this system keeps with the receipt at hand; empty without one.
+    /// All of this system's data in the current receipt; empty without a receipt.
     virtual QVariantMap getPluginData() const;
-    /// Discards what the system knows of the receipt's holder. The plugin data stays.
+    /// Forgets the card's holder. The plugin data stays.
     virtual void clearLoyaltyData() { clearLastErrorString(); }
-    /// Removes everything this system keeps with the receipt at hand.
+    /// Removes all of this system's data from the current receipt.
     virtual void clearData() { setPluginData(QVariantMap()); }
 
 protected:

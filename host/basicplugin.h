@@ -11,7 +11,7 @@
 
 #include <functional>
 
-/// Something that happens at the till and that a plugin wants to hear of.
+/// An event at the till that a plugin wants to hear of.
 struct Trigger
 {
     int event = 0;
@@ -29,27 +29,27 @@ public:
     /// Called once, before the till lets go of the plugin.
     virtual void deinit() {}
 
-    /// Whether every feature named is one of the plugin's; true for none.
+    /// Whether the plugin has all of these features; true for an empty list.
     virtual bool isFeatureMatched(const QSet<QString> &wanted) const
     {
         return features.contains(wanted);
     }
-    /// Names one more thing that the plugin can do; for hosts that choose plugins by it.
+    /// Adds a feature of the plugin, for hosts that choose plugins by feature.
     void setFeature(const QString &feature) { features.insert(feature); }
 
-    /// Has the plugin serve an action. Several handlers may serve the same one.
+    /// Adds a handler for an action. An action may have several handlers.
     void addHandler(const ActionHandler &handler) { handlers.append(handler); }
     const QList<ActionHandler> &getHandlers() const { return handlers; }
-    /// Runs the enabled handlers for the action in the order they were added, until one does not
-    /// answer `Unhandled`. `Unhandled` when there is none.
+    /// Runs the action's enabled handlers in the order of addition until one answers other than
+    /// `Unhandled`. Returns `Unhandled` when none does.
     EContext::Result handle(const control::Action &action) const;
 
-    /// Has the plugin hear of an event.
+    /// Adds a trigger for an event.
     void addTrigger(const Trigger &trigger) { triggers.append(trigger); }
-    /// Keeps all triggers, which are enabled at first, from being run by `fire`.
+    /// Disables all triggers, so that `fire` runs none; they are enabled at first.
     void disableTriggers() { triggersEnabled = false; }
     void enableTriggers() { triggersEnabled = true; }
-    /// Runs the triggers for an event, in order, unless they are disabled.
+    /// Runs the triggers for an event in the order of addition, unless they are disabled.
     void fire(int event) const;
 
 private:

@@ -9,9 +9,9 @@
 class HOST_EXPORT Card
 {
 public:
-    /// Null for nobody.
+    /// Null removes the holder.
     void setClient(const QSharedPointer<Client> &newClient) { client = newClient; }
-    /// The card's holder; null while nobody is known.
+    /// The card's holder; null while not known.
     QSharedPointer<Client> getClient() const { return client; }
 
 private:

@@ -8,7 +8,7 @@
 #include <QObject>
 #include <QString>
 
-/// What the holder of a card agreed to.
+/// The consents of a card's holder.
 enum class ClientOptions {
     NoPaperReceipt = 1,
     ElectronicReceipt = 2,
@@ -25,13 +25,13 @@ public:
     };
     Q_ENUM(Sex)
 
-    /// First and last name as the till shows them; empty when not known.
+    /// First and last name for display; empty when not known.
     void setName(const QString &newName) { name = newName; }
     QString getName() const { return name; }
-    /// In the spelling of whoever set it; empty when not known.
+    /// In the caller's spelling; empty when not known.
     void setPhoneNumber(const QString &phone) { phoneNumber = phone; }
     QString getPhoneNumber() const { return phoneNumber; }
-    /// Checked by nobody; empty when not known.
+    /// Not checked; empty when not known.
     void setEmail(const QString &newEmail) { email = newEmail; }
     QString getEmail() const { return email; }
     /// Switches one option on; options once on stay on.
@@ -41,28 +41,29 @@ public:
             options.append(option);
     }
     bool hasOption(ClientOptions option) const { return options.contains(option); }
-    /// Those that are on, in the order in which they were switched.
+    /// The options that are on, in the order they were switched.
     const QList<ClientOptions> &getOptions() const { return options; }
-    /// Male until set: a till knows no third value.
+    /// Male until set: the till has no third value.
     void setSex(Sex newSex) { sex = newSex; }
     Sex getSex() const { return sex; }
-    /// An invalid date means that the birthday is not known.
+    /// An invalid date is an unknown birthday.
     void setBirthday(const QDate &date) { birthday = date; }
     QDate getBirthday() const { return birthday; }
 
     bool operator==(const Client &other) const = default;
 
-    /// Calls `visit(name, member)` for each member. The names stand in the receipts that are kept,
-    /// so they never change.
+    /// Calls `visit(name, member)` for each member. The names never change: saved receipts contain
+    /// them.
     template<typename Holder, typename Visit>
     static void visitMembers(Holder &holder, const Visit &visit)
     {
-        visit(QLatin1String("birthday"), holder.birthday);
-        visit(QLatin1String("email"), holder.email);
-        visit(QLatin1String("name"), holder.name);
-        visit(QLatin1String("options"), holder.options);
-        visit(QLatin1String("phoneNumber"), holder.phoneNumber);
-        visit(QLatin1String("sex"), holder.sex);
+        using namespace Qt::StringLiterals;
+        visit("birthday"_L1, holder.birthday);
+        visit("email"_L1, holder.email);
+        visit("name"_L1, holder.name);
+        visit("options"_L1, holder.options);
+        visit("phoneNumber"_L1, holder.phoneNumber);
+        visit("sex"_L1, holder.sex);
     }
 
 private:

@@ -2,43 +2,60 @@
 
 #include "host/privatefile.h"
 
-#include <QLoggingCategory>
+#include <QDir>
 #include <QStandardPaths>
 #include <QStringDecoder>
+
+#include <log4qt/logger.h>
+#include <log4qt/logmanager.h>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 template class Singleton<Config>;
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "till.config", QtInfoMsg)
-
 constexpr qint64 maximumFileSize = 1LL << 20;
 
-/// Takes a line apart. \return What it should have been; empty when key and value are good.
-QString readLine(const QByteArray &line, QString &key, QString &value)
+void warn(const QString &text)
 {
-    if (line.contains('\0'))
-        return QStringLiteral("expected text, found a null character");
+    Log4Qt::LogManager::logger(u"till.config"_s)->warn(text);
+}
+
+struct Line
+{
+    QString key;
+    QString value;
+};
+
+/// Takes a line apart, or says what it should have been.
+tl::expected<Line, QString> parse(const QByteArray &bytes)
+{
+    const auto expected = [](const QString &what) { return tl::unexpected(what); };
+    if (bytes.contains('\0'))
+        return expected(Config::tr("expected text, found a null character"));
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
                                                      QStringDecoder::Flag::ConvertInitialBom);
-    const QString text = decoder(line);
+    const QString text = decoder(bytes);
     if (decoder.hasError())
-        return QStringLiteral("expected UTF-8");
+        return expected(Config::tr("expected UTF-8"));
     if (text.startsWith(QChar::ByteOrderMark))
-        return QStringLiteral("expected no byte order mark");
-    if (text.endsWith(QLatin1Char('\r')))
-        return QStringLiteral("expected the line to end with a line feed alone, "
-                              "found a carriage return before it");
-    const auto separator = text.indexOf(QLatin1Char('='));
+        return expected(Config::tr("expected no byte order mark"));
+    if (text.endsWith(u'\r'))
+        return expected(Config::tr("expected the line to end with a line feed alone, found a "
+                                   "carriage return before it"));
+    const auto separator = text.indexOf(u'=');
     if (separator < 1)
-        return QStringLiteral("expected key=value");
-    key = text.left(separator);
-    value = text.mid(separator + 1);
-    if (key != key.trimmed())
-        return QStringLiteral("expected no blank around the key");
-    if (value != value.trimmed())
-        return QStringLiteral("expected no blank at the ends of the value of \"%1\"").arg(key);
-    return {};
+        return expected(Config::tr("expected key=value"));
+    Line line{text.left(separator), text.mid(separator + 1)};
+    if (line.key != line.key.trimmed())
+        return expected(Config::tr("expected no blank around the key"));
+    if (line.value != line.value.trimmed())
+        return expected(
+            Config::tr("expected no blank at the ends of the value of \"%1\"").arg(line.key));
+    return line;
 }
 
 } // namespace
@@ -50,42 +67,74 @@ QString Config::filePath(const QString &option)
     auto environment = qEnvironmentVariable("TILL_CONFIG");
     if (!environment.isEmpty())
         return environment;
-    const auto name = QStringLiteral("till/till.conf");
+    const auto name = u"till/till.conf"_s;
     const auto found = QStandardPaths::locate(QStandardPaths::ConfigLocation, name);
-    return found.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) +
-                                 QLatin1Char('/') + name
-                           : found;
+    return found.isEmpty()
+               ? QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) + u'/' + name
+               : found;
 }
 
-std::optional<QString> Config::load(const QString &path)
+QString Config::Refusal::text() const
 {
-    const auto [content, mode, error] = privatefile::read(path, maximumFileSize);
-    if (!error.isEmpty())
-        return QStringLiteral("%1: the settings cannot be read: %2").arg(path, error);
-    if ((mode & 077U) != 0)
-        qCWarning(log, "%s: others may read the secret key: the mode is %04o, expected 0600",
-                  qUtf8Printable(path), mode);
+    const auto place = line == 0 ? file : u"%1:%2"_s.arg(file, QString::number(line));
+    return u"%1: %2"_s.arg(place, reason);
+}
 
-    QHash<QString, QString> loaded;
+tl::expected<void, Config::Refusal> Config::load(const QString &path)
+{
+    QStringList files{path};
+    const QDir beside(path + ".d"_L1);
+    for (const auto &name : beside.entryList({u"*.conf"_s}, QDir::Files | QDir::System, QDir::Name))
+        files.append(beside.filePath(name));
+    Config loaded;
+    for (const auto &file : std::as_const(files)) {
+        if (auto added = loaded.add(file); !added)
+            return added;
+    }
+    *this = loaded;
+    return {};
+}
+
+tl::expected<void, Config::Refusal> Config::add(const QString &path)
+{
+    const auto content = privatefile::read(path, maximumFileSize);
+    if (!content)
+        return tl::unexpected(
+            Refusal{path, 0, tr("the settings cannot be read: %1").arg(content.error())});
+    read.append(path);
     QHash<QString, int> lineOfKey;
     int number = 0;
-    for (const auto &line : content.split('\n')) {
+    for (const auto &bytes : content->split('\n')) {
         ++number;
-        if (line.isEmpty() || line.startsWith('#'))
+        if (bytes.isEmpty() || bytes.startsWith('#'))
             continue;
-        QString key;
-        QString value;
-        auto refusal = readLine(line, key, value);
-        if (refusal.isEmpty() && lineOfKey.contains(key))
-            refusal = QStringLiteral("expected each key once, \"%1\" already stands in line %2")
-                          .arg(key, QString::number(lineOfKey.value(key)));
-        if (!refusal.isEmpty())
-            return QStringLiteral("%1:%2: %3").arg(path, QString::number(number), refusal);
+        const auto line = parse(bytes);
+        if (!line)
+            return tl::unexpected(Refusal{path, number, line.error()});
+        const auto &[key, value] = *line;
+        if (const auto first = lineOfKey.value(key))
+            return tl::unexpected(
+                Refusal{path, number,
+                        tr("expected each key once, \"%1\" already stands in line %2")
+                            .arg(key, QString::number(first))});
         lineOfKey.insert(key, number);
-        loaded.insert(key, value);
+        set(key, value, u"%1:%2"_s.arg(path, QString::number(number)));
+        if (value.isEmpty())
+            values.remove(key);
     }
-    values = loaded;
-    return std::nullopt;
+    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                            QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    if ((QFile::permissions(path) & others) != 0 && lineOfKey.contains(u"LmMindbox:secretKey"_s)) {
+        exposed.append(path);
+        warn(u"%1: others may read the secret key: expected mode 0600"_s.arg(path));
+    }
+    return {};
+}
+
+void Config::set(const QString &key, const QString &value, const QString &origin)
+{
+    values.insert(key, value);
+    origins.insert(key, origin);
 }
 
 int Config::getInt(const QString &key, int defaultValue) const
@@ -97,7 +146,7 @@ int Config::getInt(const QString &key, int defaultValue) const
     const auto value = found->toInt(&ok);
     if (ok)
         return value;
-    qCWarning(log, "the setting \"%s\" is no 32-bit integer, using %d", qUtf8Printable(key),
-              defaultValue);
+    warn(u"the setting \"%1\" is no 32-bit integer, using %2"_s.arg(key,
+                                                                    QString::number(defaultValue)));
     return defaultValue;
 }

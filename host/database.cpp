@@ -1,283 +1,284 @@
 #include "host/database.h"
 
 #include "host/privatefile.h"
-#include "host/schema.h"
 
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QSqlError>
-#include <QSqlRecord>
 #include <QThread>
 
-#include <atomic>
+#include <SQLiteCpp/SQLiteCpp.h>
+
 #include <cerrno>
 #include <fcntl.h>
 #include <mutex>
-#include <sys/stat.h>
+#include <sqlite3.h>
 #include <unistd.h>
+#include <unordered_map>
+#include <utility>
 
 namespace {
 
-constexpr int busyMilliseconds = 2000;
+using Kind = DatabaseError::Kind;
 
-Database::Problem problemOf(const QSqlError &error)
+Kind kindOf(int extendedCode)
 {
-    constexpr int primaryCode = 0xFF; // the rest of SQLite's code says where it came from
-    constexpr int corrupt = 11;
-    constexpr int notADatabase = 26;
-    const auto code = error.nativeErrorCode().toInt() & primaryCode;
-    return code == corrupt || code == notADatabase ? Database::Problem::Damaged
-                                                   : Database::Problem::Unavailable;
+    constexpr int primaryCode = 0xFF; // the higher bits of the code give the detail
+    const auto code = extendedCode & primaryCode;
+    switch (code) {
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR:      // the statements are fixed, so a table has changed
+    case SQLITE_CONSTRAINT: // and so has a value
+        return Kind::Damaged;
+    default:
+        return Kind::Unavailable;
+    }
+}
+
+void bind(SQLite::Statement &statement, int index, const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::UnknownType:
+        statement.bind(index);
+        break;
+    case QMetaType::Double:
+        statement.bind(index, value.toDouble());
+        break;
+    case QMetaType::QString:
+    case QMetaType::QByteArray:
+        statement.bind(index, value.toByteArray().toStdString());
+        break;
+    default:
+        statement.bind(index, static_cast<int64_t>(value.toLongLong()));
+    }
+}
+
+QVariant valueOf(const SQLite::Column &column)
+{
+    if (column.isInteger())
+        return static_cast<qint64>(column.getInt64());
+    if (column.isFloat())
+        return column.getDouble();
+    return QByteArray(static_cast<const char *>(column.getBlob()), column.getBytes());
 }
 
 } // namespace
 
-Database::Database(QString file)
+struct Database::Connection
+{
+    explicit Connection(const QString &path)
+        // SQLite takes ":memory:" for no file at all, but an absolute path always for a file.
+        : database(QFile::encodeName(QFileInfo(path).absoluteFilePath()).toStdString(),
+                   SQLite::OPEN_READWRITE)
+    {}
+
+    /// The statement with its values, prepared once.
+    SQLite::Statement &prepare(const char *sql, const QVariantList &values)
+    {
+        const auto found = statements.try_emplace(sql, database, sql).first;
+        auto &statement = found->second;
+        for (qsizetype i = 0; i < values.size(); ++i)
+            bind(statement, static_cast<int>(i) + 1, values.at(i));
+        return statement;
+    }
+
+    SQLite::Database database;
+    std::unordered_map<const char *, SQLite::Statement> statements;
+};
+
+Database::Database(QString file, Schema schema)
     : path(std::move(file))
-{
-    static std::atomic<int> number = 0;
-    connectionName = QStringLiteral("till-%1").arg(++number);
-}
+    , schema(std::move(schema))
+{}
 
-Database::~Database()
-{
-    close();
-}
+Database::~Database() = default;
 
-bool Database::open()
+void Database::setPatience(int milliseconds)
 {
-    if (connection.isOpen())
-        return true;
-    if (transactions > 0)
-        return false; // it has failed already: what is left of it must not be done on its own
-    if (path.isEmpty())
-        return fail(Problem::Unavailable, QStringLiteral("no file is set"));
-    // SQLite's locks belong to the process: closing a descriptor that is not SQLite's own drops
-    // them, so a file must not be created while another thread opens it.
-    static std::mutex opening;
-    const std::scoped_lock lock(opening);
-    if (openFile())
-        return true;
-    close();
-    return false;
+    patience = milliseconds;
+    if (connection)
+        connection->database.setBusyTimeout(patience);
 }
 
 void Database::close()
 {
-    queries.clear();
-    if (!connection.isValid())
-        return;
-    connection.close();
-    connection = {};
-    QSqlDatabase::removeDatabase(connectionName);
+    connection.reset();
 }
 
-std::optional<QList<Database::Row>> Database::read(const char *sql, const QVariantList &values)
+/// Runs `work` and turns its exceptions into errors.
+template<typename Work>
+auto Database::guarded(const Work &work) -> decltype(work())
 {
-    auto *const query = run(sql, values);
-    if (!query)
-        return std::nullopt;
-    QList<Row> rows;
-    const auto columns = query->record().count();
-    while (query->next()) {
+    try {
+        return work();
+    } catch (const SQLite::Exception &exception) {
+        const auto kind = kindOf(exception.getExtendedErrorCode());
+        return fail(kind, QString::fromUtf8(exception.what()));
+    }
+}
+
+DatabaseResult<void> Database::open()
+{
+    if (connection)
+        return {};
+    // SQLite's locks belong to the process: closing any other descriptor of the file drops them. So
+    // no thread may create the file while another one opens it.
+    static std::mutex opening;
+    const std::scoped_lock lock(opening);
+    return createFile().and_then([this] {
+        return guarded([this]() -> DatabaseResult<void> {
+            connection = std::make_unique<Connection>(path);
+            connection->database.setBusyTimeout(patience);
+            return checkOwner();
+        });
+    });
+}
+
+DatabaseResult<Database::Rows> Database::run(const char *sql, const QVariantList &values)
+{
+    return open().and_then(
+        [&] { return guarded([&] { return DatabaseResult<Rows>(execute(sql, values)); }); });
+}
+
+DatabaseResult<void> Database::transact(const std::function<void(Transaction &)> &work)
+{
+    return open().and_then([&] {
+        return guarded([&] {
+            SQLite::Transaction begun(connection->database, SQLite::TransactionBehavior::IMMEDIATE);
+            Transaction transaction(*this);
+            work(transaction);
+            begun.commit();
+            return DatabaseResult<void>();
+        });
+    });
+}
+
+DatabaseResult<void> Database::check()
+{
+    return run("PRAGMA quick_check(1)").and_then([this](const Rows &rows) -> DatabaseResult<void> {
+        const auto found = rows.value(0).value(0).toString();
+        if (found == QLatin1String("ok"))
+            return {};
+        return fail(Kind::Damaged, QStringLiteral("damaged: ") + found.simplified());
+    });
+}
+
+/// Runs a statement on the open file; throws after a failure.
+Database::Rows Database::execute(const char *sql, const QVariantList &values)
+{
+    auto &statement = connection->prepare(sql, values);
+    Rows rows;
+    while (statement.executeStep()) {
         Row row;
-        for (int column = 0; column < columns; ++column)
-            row.append(query->value(column));
+        for (int column = 0; column < statement.getColumnCount(); ++column)
+            row.append(valueOf(statement.getColumn(column)));
         rows.append(row);
     }
-    const auto failure = query->lastError();
-    query->finish();
-    if (!failure.isValid())
-        return rows;
-    fail(failure);
-    close();
-    return std::nullopt;
+    statement.reset();
+    return rows;
 }
 
-std::optional<QString> Database::findDamage()
-{
-    const auto rows = open() ? read("PRAGMA quick_check(1)") : std::nullopt;
-    const auto said = rows && !rows->isEmpty() ? rows->first().first().toString() : QString();
-    if (said == QLatin1String("ok"))
-        return QString();
-    if (!said.isEmpty())
-        fail(Problem::Damaged, QStringLiteral("damaged: ") + said.simplified());
-    return kind == Problem::Damaged ? std::optional(error) : std::nullopt;
-}
-
-std::optional<int> Database::write(const char *sql, const QVariantList &values)
-{
-    auto *const query = run(sql, values);
-    if (!query)
-        return std::nullopt;
-    insertedRow = query->lastInsertId().toLongLong();
-    const auto changed = query->numRowsAffected();
-    query->finish();
-    return changed;
-}
-
-/// Null after a failure, which closes the file.
-QSqlQuery *Database::run(const char *sql, const QVariantList &values)
-{
-    if (!open())
-        return nullptr;
-    auto found = queries.find(sql);
-    if (found == queries.end()) {
-        QSqlQuery query(connection);
-        query.setForwardOnly(true);
-        if (query.prepare(QLatin1String(sql)))
-            found = queries.insert(sql, query);
-        else
-            fail(query.lastError());
-    }
-    if (found != queries.end()) {
-        for (qsizetype i = 0; i < values.size(); ++i)
-            found->bindValue(static_cast<int>(i), values.at(i));
-        if (found->exec()) {
-            error.clear();
-            kind = Problem::None;
-            return &*found;
-        }
-        fail(found->lastError());
-    }
-    close();
-    return nullptr;
-}
-
-bool Database::openFile()
-{
-    if (!createFile())
-        return false;
-    connection = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
-    // An absolute path means to SQLite what it says; ":memory:" would not.
-    connection.setDatabaseName(QFileInfo(path).absoluteFilePath());
-    connection.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(busyMilliseconds));
-    if (!connection.open())
-        return fail(connection.lastError());
-    return checkOwner() && switchToWal() && execute(QStringLiteral("PRAGMA synchronous = FULL"));
-}
-
-bool Database::createFile()
+DatabaseResult<void> Database::createFile()
 {
     const auto unavailable = [this](const QString &reason) {
-        return fail(Problem::Unavailable, reason);
+        return fail(Kind::Unavailable, reason);
     };
     const auto directory = QFileInfo(path).absolutePath();
-    if (const auto reason = privatefile::createDirectory(directory))
-        return unavailable(*reason);
-    const auto name = QFile::encodeName(QFileInfo(path).absoluteFilePath());
-    struct stat status = {};
-    if (::stat(name.constData(), &status) == 0) {
-        if (!S_ISREG(status.st_mode))
-            return unavailable(QStringLiteral("expected a regular file"));
-        // Not through a descriptor, for the locks' sake.
-        const auto narrow =
-            (status.st_mode & 07777) == 0600 || ::chmod(name.constData(), 0600) == 0;
-        return narrow ||
-               unavailable(QStringLiteral("the mode 0600 cannot be set: ") + qt_error_string());
-    }
+    const auto fine = privatefile::createDirectory(directory).and_then(
+        [this] { return privatefile::examine(path); });
+    if (!fine)
+        return unavailable(fine.error());
     // SQLite gives its other files the mode of this one.
-    const auto descriptor = privatefile::open(path, O_RDWR | O_CREAT | O_EXCL);
-    if (descriptor < 0)
-        return errno == EEXIST ||
-               unavailable(QStringLiteral("cannot be created: ") + qt_error_string());
-    ::close(descriptor);
-    return privatefile::syncDirectory(directory) || unavailable(qt_error_string());
-}
-
-/// Whether the file is one of ours; a file with nothing in it becomes one.
-bool Database::checkOwner()
-{
-    const auto id = number(QStringLiteral("PRAGMA application_id"));
-    const auto version = number(QStringLiteral("PRAGMA user_version"));
-    if (!id || !version)
-        return false;
-    // Whoever has signed the file has put something into it.
-    const auto objects =
-        *id == 0 ? number(QStringLiteral("SELECT count(*) FROM sqlite_schema")) : 1;
-    if (!objects)
-        return false;
-    const auto isNew = *objects == 0;
-    if (!isNew && *id != schema::applicationId)
-        return fail(Problem::Foreign, QStringLiteral("expected a till's store, found a database of "
-                                                     "something else"));
-    if (!isNew && *version < 1)
-        return fail(Problem::Damaged, QStringLiteral("damaged: there is no version"));
-    if (*version > schema::version)
-        return fail(Problem::Newer,
-                    QStringLiteral("written by a newer version: version %1, expected at most %2")
-                        .arg(*version)
-                        .arg(schema::version));
-    return *version == schema::version || bringForward();
-}
-
-/// Brings the file to this version in one transaction.
-bool Database::bringForward()
-{
-    // Of no use in a file that has tables.
-    if (!execute(QStringLiteral("PRAGMA auto_vacuum = INCREMENTAL")) ||
-        !execute(QStringLiteral("BEGIN IMMEDIATE")))
-        return false;
-    // Another process may have been faster.
-    const auto version = number(QStringLiteral("PRAGMA user_version"));
-    if (!version)
-        return false;
-    for (const auto *statement : schema::changesSince(*version)) {
-        if (!execute(QLatin1String(statement)))
-            return false;
+    if (QFileInfo::exists(path)) {
+        // By path: closing a descriptor would drop SQLite's locks.
+        if (!QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner))
+            return unavailable(QStringLiteral("the mode 0600 cannot be set"));
+        return {};
     }
-    return execute(QStringLiteral("PRAGMA application_id = %1").arg(schema::applicationId)) &&
-           execute(QStringLiteral("PRAGMA user_version = %1").arg(schema::version)) &&
-           execute(QStringLiteral("COMMIT"));
+    const auto descriptor = privatefile::open(path, O_RDWR | O_CREAT | O_EXCL);
+    if (descriptor >= 0)
+        ::close(descriptor);
+    else if (errno != EEXIST)
+        return unavailable(QStringLiteral("cannot be created: ") + qt_error_string());
+    if (!privatefile::syncDirectory(directory))
+        return unavailable(qt_error_string());
+    return {};
 }
 
-bool Database::switchToWal()
+int Database::number(const char *sql)
 {
-    // SQLite does not wait for others here as it does elsewhere.
-    constexpr int pause = 20;
-    const QDeadlineTimer deadline(busyMilliseconds);
-    do {
-        QSqlQuery query(connection);
-        if (query.exec(QStringLiteral("PRAGMA journal_mode = WAL")) && query.next()) {
-            const auto mode = query.value(0).toString();
-            return mode == QLatin1String("wal") ||
-                   fail(Problem::Unavailable,
-                        QStringLiteral("expected the journal mode wal, found ") + mode);
+    return connection->database.execAndGet(sql).getInt();
+}
+
+/// Checks that the file is the owner's; an empty file becomes one.
+DatabaseResult<void> Database::checkOwner()
+{
+    const auto id = number("PRAGMA application_id");
+    const auto version = number("PRAGMA user_version");
+    // A file with an application id is in use, even without tables.
+    const auto isNew = id == 0 && number("SELECT count(*) FROM sqlite_schema") == 0;
+    if (!isNew && id != schema.applicationId)
+        return fail(Kind::Foreign, QStringLiteral("expected a till's store, found a database of "
+                                                  "something else"));
+    if (!isNew && version < 1)
+        return fail(Kind::Damaged, QStringLiteral("damaged: there is no version"));
+    if (version > schema.version && readOnly) {
+        connection->database.exec("PRAGMA query_only = ON");
+        return {};
+    }
+    if (version > schema.version)
+        return fail(Kind::Newer,
+                    QStringLiteral("written by a newer version: version %1, expected at most %2")
+                        .arg(version)
+                        .arg(schema.version));
+    if (isNew)
+        connection->database.exec("PRAGMA auto_vacuum = INCREMENTAL");
+    switchToWal();
+    connection->database.exec("PRAGMA synchronous = FULL");
+    // A killed process may have written what it could not sync: nobody may act on that before.
+    connection->database.exec("PRAGMA wal_checkpoint");
+    if (isNew)
+        makeTables();
+    return {};
+}
+
+/// Switches to WAL; SQLite itself does not wait for a lock here.
+void Database::switchToWal()
+{
+    constexpr unsigned long pause = 20;
+    for (const QDeadlineTimer deadline(patience);; QThread::msleep(pause)) {
+        try {
+            connection->database.exec("PRAGMA journal_mode = WAL");
+            return;
+        } catch (const SQLite::Exception &exception) {
+            if (exception.getErrorCode() != SQLITE_BUSY || deadline.hasExpired())
+                throw;
         }
-        fail(query.lastError());
-        QThread::msleep(pause);
-    } while (!deadline.hasExpired());
-    return false;
+    }
 }
 
-bool Database::execute(const QString &sql)
+void Database::makeTables()
 {
-    QSqlQuery query(connection);
-    return query.exec(sql) || fail(query.lastError());
+    SQLite::Transaction transaction(connection->database, SQLite::TransactionBehavior::IMMEDIATE);
+    // Another process may have created the tables meanwhile.
+    if (number("PRAGMA user_version") == schema.version)
+        return;
+    for (const auto *statement : schema.statements)
+        connection->database.exec(statement);
+    const auto sign = QStringLiteral("PRAGMA application_id = %1; PRAGMA user_version = %2")
+                          .arg(schema.applicationId)
+                          .arg(schema.version);
+    connection->database.exec(sign.toStdString());
+    transaction.commit();
 }
 
-std::optional<int> Database::number(const QString &sql)
+/// Closes the file and marks a damaged one.
+tl::unexpected<DatabaseError> Database::fail(DatabaseError::Kind kind, const QString &reason)
 {
-    QSqlQuery query(connection);
-    if (query.exec(sql) && query.next())
-        return query.value(0).toInt();
-    fail(query.lastError());
-    return std::nullopt;
-}
-
-bool Database::fail(Problem problem, const QString &reason)
-{
-    kind = problem;
-    if (problem == Problem::Damaged && !QFileInfo::exists(damageMark()))
+    close();
+    if (kind == Kind::Damaged && !QFileInfo::exists(damageMark()))
         (void)privatefile::write(damageMark(), {});
-    error = path.isEmpty() ? reason : QStringLiteral("%1: the store: %2").arg(path, reason);
-    return false;
-}
-
-bool Database::fail(const QSqlError &reason)
-{
-    // SQLite's own words; Qt's say no more than which call failed.
-    const auto words = reason.databaseText();
-    return fail(problemOf(reason), words.isEmpty() ? reason.text() : words);
+    return tl::unexpected(
+        DatabaseError{kind, QStringLiteral("%1: the store: %2").arg(path, reason)});
 }

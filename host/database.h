@@ -2,110 +2,115 @@
 
 #include "host/export.h"
 
-#include <QHash>
+#include <QByteArray>
 #include <QList>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QString>
 #include <QVariantList>
 
-#include <optional>
+#include <functional>
+#include <memory>
+#include <tl/expected.hpp>
 
-class QSqlError;
+/// The reason why a call on a database failed.
+struct DatabaseError
+{
+    enum class Kind {
+        Unavailable, ///< Locked, full, not readable or not writable; a later call may succeed.
+        Damaged,
+        Foreign, ///< Created by another program.
+        Newer,   ///< Written by a newer version.
+    };
 
-/// A till's store: one SQLite file (mode 0600) with its receipts, their numbers and its queues.
+    Kind kind = Kind::Unavailable;
+    QString text; ///< Names the file.
+
+    operator QString() const { return text; }
+};
+
+template<typename T>
+using DatabaseResult = tl::expected<T, DatabaseError>;
+
+/// One SQLite file (mode 0600, WAL, synchronous=FULL) with its owner's tables.
 ///
-/// The file is opened on first use and created when missing, its directory (0700) included; one of
-/// an older version is brought forward. A failure closes it, which undoes a transaction under way,
-/// and the next call outside of one finds it afresh. A file that somebody else keeps locked makes a
-/// call fail after about two seconds. A damaged file, a foreign one and one of a newer version are
-/// left as they are.
+/// The first call opens the file and creates it and its directory (0700) when missing. A failure
+/// closes the file, which rolls back a transaction under way; the next call opens it again. A file
+/// that is damaged, foreign or newer is not changed.
 ///
-/// One object belongs to one thread; objects of several threads and processes share a file.
+/// One thread at a time may use an object. Several threads and processes may use one file, each
+/// through its own object.
 class HOST_EXPORT Database
 {
 public:
+    /// Texts are UTF-8 in byte arrays, which QVariant reads as texts too.
     using Row = QVariantList;
+    using Rows = QList<Row>;
 
-    /// Why the last call failed.
-    enum class Problem {
-        None,
-        Unavailable, ///< Locked, full, not readable or not writable: may pass.
-        Damaged,
-        Foreign, ///< Made for something else.
-        Newer,   ///< Made by a newer version.
+    /// The purpose and the tables of the file.
+    struct Schema
+    {
+        int applicationId; ///< Written in the file's header.
+        int version;       ///< Written in the file; a higher one is `Newer`.
+        /// The statements that turn an empty file into this version.
+        QList<const char *> statements;
     };
 
-    /// Empty for no file: every call fails.
-    explicit Database(QString file = {});
+    /// Runs the statements of a transaction; the first failure leaves the transaction's function.
+    class HOST_EXPORT Transaction
+    {
+    public:
+        /// The statement's rows.
+        Rows run(const char *sql, const QVariantList &values = {})
+        {
+            return database.execute(sql, values);
+        }
+
+    private:
+        friend class Database;
+        explicit Transaction(Database &database)
+            : database(database)
+        {}
+
+        Database &database;
+    };
+
+    Database(QString file, Schema schema);
     ~Database();
     Q_DISABLE_COPY_MOVE(Database)
 
     const QString &file() const { return path; }
-    /// Remembers beside the file that damage was met in it, for one who looks into it later.
+    /// The marker beside a file that was found damaged, for a later check or repair.
     QString damageMark() const { return path + QLatin1String("-damaged"); }
-    /// Whether the file is open and ours; opens it if it is not.
-    [[nodiscard]] bool open();
-    /// Undoes a transaction under way. The next call outside of one opens the file again.
+    /// How long a call waits for another process's lock, in milliseconds; 2,000 until set.
+    void setPatience(int milliseconds);
+    /// Makes the object read-only; it then also reads a newer file as far as its tables are known.
+    void setReadOnly() { readOnly = true; }
     void close();
 
-    /// The rows that a query answers. `sql` must be a literal: it is prepared once.
-    [[nodiscard]] std::optional<QList<Row>> read(const char *sql, const QVariantList &values = {});
-    /// Runs a statement, which is a transaction of its own outside `Transaction`.
-    /// \return How many rows it changed; nothing after a failure.
-    [[nodiscard]] std::optional<int> write(const char *sql, const QVariantList &values = {});
-    /// Reads all of the file. \return What is damaged in it, empty for nothing; no value when that
-    /// cannot be told.
-    [[nodiscard]] std::optional<QString> findDamage();
-    /// The number of the row inserted last.
-    qint64 lastRow() const { return insertedRow; }
-
-    /// What kept the last call from its work; `None` after a success.
-    Problem problem() const { return kind; }
-    /// Why the last call failed, naming the file; empty after a success.
-    const QString &lastError() const { return error; }
+    /// Runs a statement. \return Its rows. `sql` must be a literal, because the statement is
+    /// prepared once.
+    [[nodiscard]] DatabaseResult<Rows> run(const char *sql, const QVariantList &values = {});
+    /// Runs the statements of `work` as one transaction; the first failure undoes them all.
+    [[nodiscard]] DatabaseResult<void> transact(const std::function<void(Transaction &)> &work);
+    /// Reads the whole file; the error is `Damaged` when its pages do not fit together.
+    [[nodiscard]] DatabaseResult<void> check();
 
 private:
-    friend class Transaction;
+    struct Connection;
 
-    QSqlQuery *run(const char *sql, const QVariantList &values);
-    bool openFile();
-    bool createFile();
-    bool checkOwner();
-    bool bringForward();
-    bool switchToWal();
-    bool execute(const QString &sql);
-    std::optional<int> number(const QString &sql);
-    bool fail(Problem problem, const QString &reason);
-    bool fail(const QSqlError &reason);
+    [[nodiscard]] DatabaseResult<void> open();
+    [[nodiscard]] DatabaseResult<void> createFile();
+    [[nodiscard]] DatabaseResult<void> checkOwner();
+    Rows execute(const char *sql, const QVariantList &values);
+    void switchToWal();
+    void makeTables();
+    int number(const char *sql);
+    tl::unexpected<DatabaseError> fail(DatabaseError::Kind kind, const QString &reason);
+    template<typename Work>
+    auto guarded(const Work &work) -> decltype(work());
 
     QString path;
-    QString connectionName;
-    QSqlDatabase connection;
-    QHash<const char *, QSqlQuery> queries;
-    qint64 insertedRow = 0;
-    int transactions = 0; ///< How deep they are nested.
-    Problem kind = Problem::None;
-    QString error;
-};
-
-/// Several statements as one: all of them or, unless `commit` answers true, none. A transaction
-/// inside another one is part of it.
-class HOST_EXPORT Transaction
-{
-public:
-    /// Begins it, waiting about two seconds for one of somebody else. The database must outlive it.
-    explicit Transaction(Database &database);
-    ~Transaction();
-    Q_DISABLE_COPY_MOVE(Transaction)
-
-    /// Whether statements may be run.
-    [[nodiscard]] bool begun() const { return isBegun; }
-    /// Whether all is on the disk or, inside another transaction, nothing of it has failed.
-    [[nodiscard]] bool commit();
-
-private:
-    Database &database;
-    bool isBegun;
-    bool isOpen;
+    Schema schema;
+    std::unique_ptr<Connection> connection;
+    int patience = 2'000;
+    bool readOnly = false;
 };

@@ -2,11 +2,22 @@
 
 #include "host/dialogpresenter.h"
 
+#include <utility>
+
 template class MockFactory<Dialog>;
 
 namespace {
 
 DialogPresenter *currentPresenter = nullptr;
+Dialog::Listener currentListener;
+
+/// The presenter of a dialog with that text; null for none.
+DialogPresenter *presenterOf(const tr::Tr &text, bool isNotice)
+{
+    if (currentPresenter && currentListener)
+        currentListener(text.toString(), isNotice);
+    return currentPresenter;
+}
 
 class PresentedProgress : public SimpleProgress
 {
@@ -16,7 +27,7 @@ public:
     {}
     ~PresentedProgress() override
     {
-        // The till may have taken its presenter away while the message was up.
+        // The till may have removed its presenter while the message was shown.
         if (currentPresenter == presenter)
             presenter->hideProgress();
     }
@@ -28,38 +39,41 @@ private:
 
 } // namespace
 
-void Dialog::setPresenter(DialogPresenter *presenter)
+void Dialog::setPresenter(DialogPresenter *presenter, Listener listener)
 {
     currentPresenter = presenter;
+    currentListener = std::move(listener);
 }
 
 void Dialog::showError(const tr::Tr &text, int /*code*/, int /*flags*/)
 {
-    if (currentPresenter)
-        currentPresenter->showError(text);
+    if (auto *const presenter = presenterOf(text, true))
+        presenter->showError(text);
 }
 
 void Dialog::showMessage(const tr::Tr &text, int /*code*/, int /*flags*/)
 {
-    if (currentPresenter)
-        currentPresenter->showMessage(text);
+    if (auto *const presenter = presenterOf(text, true))
+        presenter->showMessage(text);
 }
 
 bool Dialog::showChoice(const tr::Tr &question, int /*kind*/, const tr::Tr &ok,
                         const tr::Tr &cancel, int /*defaultAnswer*/)
 {
-    return currentPresenter && currentPresenter->showChoice(question, ok, cancel);
+    auto *const presenter = presenterOf(question, false);
+    return presenter && presenter->showChoice(question, ok, cancel);
 }
 
 core::BasicDialog::Result Dialog::showInputText(const InputTextRequest &request)
 {
-    return currentPresenter ? currentPresenter->showInputText(request)
-                            : core::BasicDialog::Result();
+    auto *const presenter = presenterOf(request.message, false);
+    return presenter ? presenter->showInputText(request) : core::BasicDialog::Result();
 }
 
 QVariantMap Dialog::showForm(const FormRequest &request)
 {
-    return currentPresenter ? currentPresenter->showForm(request) : QVariantMap();
+    auto *const presenter = presenterOf(request.title, false);
+    return presenter ? presenter->showForm(request) : QVariantMap();
 }
 
 QSharedPointer<SimpleProgress> Dialog::showProgress(const ProgressRequest &request)

@@ -7,7 +7,10 @@
 #include "host/mockfactory.h"
 
 #include <QSharedPointer>
+#include <QString>
 #include <QVariantMap>
+
+#include <functional>
 
 class DialogPresenter;
 
@@ -15,15 +18,17 @@ class DialogPresenter;
 class HOST_EXPORT SimpleProgress : public HostObject
 {};
 
-/// Everything a plugin may show to the cashier or ask of them.
+/// The plugin's dialogs with the cashier.
 ///
-/// Each call blocks until the cashier has answered. What it looks like is up to the presenter that
-/// the till sets once; with none, every question is answered as if it had been cancelled.
+/// Each call blocks until the cashier answers. The till sets the presenter that draws the dialogs;
+/// without one, every question counts as cancelled.
 class HOST_EXPORT Dialog : public HostObject
 {
 public:
-    /// The till's presenter, not owned; null for none.
-    static void setPresenter(DialogPresenter *presenter);
+    /// Hears the text of each dialog before it is drawn; `isNotice` for an error or a message.
+    using Listener = std::function<void(const QString &text, bool isNotice)>;
+    /// The till's presenter, not owned; null for none. The listener may be empty.
+    static void setPresenter(DialogPresenter *presenter, Listener listener = {});
 
     /// An error to be acknowledged. `code` and `flags` are for hosts that number their errors.
     virtual void showError(const tr::Tr &text, int code, int flags);
@@ -32,11 +37,11 @@ public:
     /// A question with two answers. \return Whether the cashier chose `ok`.
     virtual bool showChoice(const tr::Tr &question, int kind, const tr::Tr &ok,
                             const tr::Tr &cancel, int defaultAnswer);
-    /// A line of text. The result tells an empty text from a cancelled input.
+    /// A line of text. The result distinguishes an empty text from a cancelled input.
     virtual core::BasicDialog::Result showInputText(const InputTextRequest &request);
     /// A form. \return The answers by field key; empty when the cashier cancelled.
     virtual QVariantMap showForm(const FormRequest &request);
-    /// A message while something is under way, which is not waited for. Never null.
+    /// A progress message; the call does not block. Never null.
     virtual QSharedPointer<SimpleProgress> showProgress(const ProgressRequest &request);
     /// The same, with `text` as the message and `details` as the title.
     virtual QSharedPointer<SimpleProgress> showProgress(const tr::Tr &text, const tr::Tr &details);

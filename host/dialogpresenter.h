@@ -7,9 +7,9 @@
 
 #include <QVariantMap>
 
-/// How a till shows its dialogs. See `Dialog` for what each call means.
+/// Draws the till's dialogs. `Dialog` explains each call.
 ///
-/// Every call comes in the plugin's thread and, where it has an answer, returns with the cashier's.
+/// Calls come in the plugin's thread. A call with a result blocks until the cashier answers.
 class HOST_EXPORT DialogPresenter : public HostObject
 {
 public:

@@ -17,7 +17,7 @@ struct ProgressRequest
     bool showsTime = false;
 };
 
-/// One line of text to be entered.
+/// An input of one line of text.
 struct InputTextRequest
 {
     tr::Tr title;
@@ -29,7 +29,7 @@ struct InputTextRequest
     QString validator; ///< Regular expression the whole text must match; empty for any text.
     QString inputMask; ///< In Qt's input-mask syntax; empty for none.
     bool scanAllowed = false;
-    int inputSources = 0xFFF; ///< Bit set of the devices the text may come from.
+    int inputSources = 0xFFF; ///< Bit set of the allowed input devices.
     qint8 hidden = 0;
     qint8 selectsInitialText = 1;
     qint8 upperCase = 0;
@@ -47,7 +47,7 @@ struct InputTextRequest
     QString hint;
 };
 
-/// What a form asks for in one field.
+/// The kind of a form's field.
 enum class FormFieldKind {
     None = 0,
     Choice = 2, ///< Answered by the index of the option.
@@ -58,23 +58,23 @@ enum class FormFieldKind {
 /// One field of a form.
 struct FormField
 {
-    QString key; ///< Names the field's answer.
+    QString key; ///< The key of the field's answer.
     FormFieldKind kind = FormFieldKind::None;
     tr::Tr label;
     QString validator; ///< Regular expression the whole text must match; empty for any text.
     QString inputMask; ///< In Qt's input-mask syntax; empty for none.
     tr::TrList options;
-    QString value; ///< Shown at first: a text, "dd.MM.yyyy", or an option's index.
+    QString value; ///< The initial value: a text, "dd.MM.yyyy", or an option's index.
     QString hint;
     QDate minDate;
     QDate maxDate;
-    bool mandatory = true;      ///< Whether the answer may not be left empty.
+    bool mandatory = true;      ///< Whether an answer is required.
     bool editable = true;       ///< Whether the value may be changed.
     bool keyboardDigits = true; ///< Whether the field is entered on the digit keys alone.
-    int order = -1; ///< Fields of one number stand side by side; -1 for the order of the list.
+    int order = -1; ///< Neighbours of the same number stand side by side; -1 stands alone.
 };
 
-/// Fields to be filled in together.
+/// A form of several fields.
 struct FormRequest
 {
     tr::Tr title;

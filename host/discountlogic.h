@@ -10,7 +10,7 @@
 
 class AbstractDocument;
 
-/// Questions about the discounts of a receipt.
+/// Queries on the discounts of a receipt.
 class HOST_EXPORT DiscountLogic : public HostObject
 {
 public:

@@ -10,12 +10,12 @@
 class HOST_EXPORT DocumentCardRecord
 {
 public:
-    /// A card with its number, as yet without a holder.
+    /// A card with its number and no holder.
     explicit DocumentCardRecord(QVariant number = {})
         : number(std::move(number))
     {}
 
-    /// A text, or whatever the host reads its cards as; invalid for none.
+    /// A text, or the host's own type of card number; invalid for none.
     QVariant getNumber() const { return number; }
     void setNumber(const QVariant &newNumber) { number = newNumber; }
     /// Never null.

@@ -4,11 +4,11 @@
 
 #include <QLatin1String>
 
-/// One discount as it fell on one position.
+/// The share of a discount on one position.
 class HOST_EXPORT DocumentImpactDetail
 {
 public:
-    /// Nothing is checked; see the queries for what each value means.
+    /// Checks nothing; the queries explain the values.
     DocumentImpactDetail(int posnum, int campaignCode, int discountMode, int impactSource,
                          double discountSum)
         : posnum(posnum)
@@ -18,27 +18,28 @@ public:
         , discountSum(discountSum)
     {}
 
-    /// Number of the position on which it fell.
+    /// The position's number.
     int getPosnum() const { return posnum; }
-    /// Which of the shop's campaigns gave it; 0 for none.
+    /// The shop's campaign that gave the discount; 0 for none.
     int getCampaignCode() const { return campaignCode; }
     /// How the discount came about; 6 is the rounding of the change in the customer's favour.
     int getDiscountMode() const { return discountMode; }
     /// Who gave the discount; 0 is the till's own discount campaigns.
     int getImpactSource() const { return impactSource; }
-    /// How much the position became cheaper, in the receipt's currency.
+    /// The amount taken off the position, in the receipt's currency.
     double getDiscountSum() const { return discountSum; }
 
-    /// Calls `visit(name, member)` for each member. The names stand in the receipts that are kept,
-    /// so they never change.
+    /// Calls `visit(name, member)` for each member. The names never change: saved receipts contain
+    /// them.
     template<typename Impact, typename Visit>
     static void visitMembers(Impact &impact, const Visit &visit)
     {
-        visit(QLatin1String("campaignCode"), impact.campaignCode);
-        visit(QLatin1String("discountMode"), impact.discountMode);
-        visit(QLatin1String("discountSum"), impact.discountSum);
-        visit(QLatin1String("impactSource"), impact.impactSource);
-        visit(QLatin1String("posnum"), impact.posnum);
+        using namespace Qt::StringLiterals;
+        visit("campaignCode"_L1, impact.campaignCode);
+        visit("discountMode"_L1, impact.discountMode);
+        visit("discountSum"_L1, impact.discountSum);
+        visit("impactSource"_L1, impact.impactSource);
+        visit("posnum"_L1, impact.posnum);
     }
 
     bool operator==(const DocumentImpactDetail &other) const = default;

@@ -1,12 +1,9 @@
 #include "host/documentjson.h"
 
 #include "host/abstractdocument.h"
-#include "host/variantjson.h"
 
 #include <QJsonArray>
 #include <QTimeZone>
-
-#include <cmath>
 
 namespace documentjson {
 
@@ -16,9 +13,11 @@ constexpr auto formatName = QLatin1String("till-receipt");
 constexpr int formatVersion = 1;
 constexpr auto formatKey = QLatin1String("format");
 constexpr auto versionKey = QLatin1String("version");
+constexpr auto positionsKey = QLatin1String("positions");
+constexpr auto impactsKey = QLatin1String("impacts");
 
-// How a member of each type is written and read. What is read of a value that cannot stand there is
-// written in another way.
+// How each type of member is written and read. A value of the wrong type is read as some default,
+// so writing it again gives another text: that is how such a value is found.
 
 template<typename Value>
 QJsonValue valueToJson(const Value &numberOrText)
@@ -36,7 +35,7 @@ QJsonValue valueToJson(QDateTime time)
 {
     if (!time.isValid())
         return {};
-    // Asks the system for nothing but the offset: it looks that up in a file, each time.
+    // Asks the system only once, for the offset, because each question reads the time zone's file.
     time.setTimeZone(QTimeZone(time.offsetFromUtc()));
     return time.toString(Qt::ISODateWithMs);
 }
@@ -60,11 +59,11 @@ void readValue(const QJsonValue &json, Value &value)
     value = json.toVariant().value<Value>();
 }
 
-/// The same time of day even when the till's time zone has changed since.
+/// Keeps the time of day even when the till's time zone has changed since.
 void readValue(const QJsonValue &json, QDateTime &time)
 {
     time = QDateTime::fromString(json.toString(), Qt::ISODateWithMs);
-    // An hour that comes twice in autumn is told apart by the offset alone.
+    // In autumn one hour comes twice; only the offset distinguishes the two.
     const auto local = time.toLocalTime();
     if (local.offsetFromUtc() == time.offsetFromUtc())
         time = local;
@@ -87,14 +86,11 @@ void readValue(const QJsonValue &json, QList<ClientOptions> &options)
 }
 
 template<typename Record>
-QJsonObject recordToJson(const Record &record, QString &error)
+QJsonObject recordToJson(const Record &record)
 {
     QJsonObject json;
     Record::visitMembers(record, [&](QLatin1String name, const auto &member) {
-        const auto value = valueToJson(member);
-        if (value.isDouble() && !std::isfinite(value.toDouble()))
-            error = QStringLiteral("a price, quantity or sum is not finite");
-        json.insert(name, value);
+        json.insert(name, valueToJson(member));
     });
     return json;
 }
@@ -106,14 +102,30 @@ void readRecord(const QJsonValue &json, Record &record)
                          [&](QLatin1String name, auto &member) { readValue(json[name], member); });
 }
 
-QJsonValue cardToJson(const QSharedPointer<DocumentCardRecord> &record, QString &error)
+/// The object's members as variants; nested objects and arrays stay JSON.
+QVariantMap mapFromJson(const QJsonObject &json)
+{
+    QVariantMap map;
+    for (auto member = json.begin(); member != json.end(); ++member) {
+        const QJsonValue value = member.value();
+        auto kept = value.toVariant();
+        if (value.isObject())
+            kept = value.toObject();
+        else if (value.isArray())
+            kept = value.toArray();
+        map.insert(member.key(), kept);
+    }
+    return map;
+}
+
+QJsonValue cardToJson(const QSharedPointer<DocumentCardRecord> &record)
 {
     if (!record)
         return {};
     const auto client = record->getCard()->getClient();
     return QJsonObject{
-        {QLatin1String("number"), variantjson::toJson(record->getNumber(), error)},
-        {QLatin1String("client"), client ? QJsonValue(recordToJson(*client, error)) : QJsonValue()},
+        {QLatin1String("number"), QJsonValue::fromVariant(record->getNumber())},
+        {QLatin1String("client"), client ? QJsonValue(recordToJson(*client)) : QJsonValue()},
     };
 }
 
@@ -121,8 +133,8 @@ QSharedPointer<DocumentCardRecord> cardFromJson(const QJsonValue &json)
 {
     if (json.isNull())
         return {};
-    const auto number = json[QLatin1String("number")].toObject();
-    auto record = QSharedPointer<DocumentCardRecord>::create(variantjson::fromJson(number));
+    const auto number = json[QLatin1String("number")].toVariant();
+    auto record = QSharedPointer<DocumentCardRecord>::create(number);
     const auto client = json[QLatin1String("client")];
     if (!client.isNull()) {
         record->getCard()->setClient(QSharedPointer<Client>::create());
@@ -131,99 +143,84 @@ QSharedPointer<DocumentCardRecord> cardFromJson(const QJsonValue &json)
     return record;
 }
 
-/// The receipt that the object describes where it describes one.
+/// Reads the parts of the object that describe a receipt and skips the rest.
 QSharedPointer<AbstractDocument> read(const QJsonObject &object)
 {
     DocumentHeader header;
     readRecord(object.value(QLatin1String("header")), header);
     auto document = QSharedPointer<AbstractDocument>::create(header);
-    for (const auto &json : object.value(QLatin1String("items")).toArray()) {
+    for (const auto &json : object.value(positionsKey).toArray()) {
         const auto item = QSharedPointer<GoodsItem>::create(0, QString(), QString(), 0, 0);
         readRecord(json, *item);
-        if (item->getPosnum() > 0 && !document->findGoodsItem(item->getPosnum()))
-            document->restoreGoodsItem(item);
-    }
-    for (const auto &json : object.value(QLatin1String("impacts")).toArray()) {
-        DocumentImpactDetail impact(0, 0, 0, 0, 0);
-        readRecord(json, impact);
-        document->restoreImpactDetail(impact);
+        if (item->getPosnum() <= 0 || document->findGoodsItem(item->getPosnum()))
+            continue; // not a position, or its number is taken
+        document->restoreGoodsItem(item);
+        for (const auto &impact : json[impactsKey].toArray()) {
+            DocumentImpactDetail detail(0, 0, 0, 0, 0);
+            readRecord(impact, detail);
+            document->restoreImpactDetail(detail);
+        }
     }
     document->setCardRecord(cardFromJson(object.value(QLatin1String("card"))));
     const auto systems = object.value(QLatin1String("pluginData")).toObject();
     for (auto system = systems.begin(); system != systems.end(); ++system)
-        document->setPluginData(system.key(),
-                                variantjson::fromJson(system.value().toObject()).toMap());
-    document->resetRevision();
+        document->setPluginData(system.key(), mapFromJson(system.value().toObject()));
     return document;
-}
-
-/// The way to the first value in which the two differ.
-QString firstDifference(const QJsonValue &one, const QJsonValue &other, const QString &path = {})
-{
-    if (one.isArray() && other.isArray()) {
-        for (qsizetype i = 0; i < one.toArray().size(); ++i) {
-            if (one[i] != other[i])
-                return firstDifference(one[i], other[i], QStringLiteral("%1[%2]").arg(path).arg(i));
-        }
-    } else if (one.isObject() && other.isObject()) {
-        const auto dot = path.isEmpty() ? QString() : QStringLiteral(".");
-        for (const auto &key : one.toObject().keys() + other.toObject().keys()) {
-            if (one[key] != other[key])
-                return firstDifference(one[key], other[key], path + dot + key);
-        }
-    }
-    return path;
-}
-
-/// Why the object is no receipt that this version reads; empty when it may be one.
-QString formatError(const QJsonObject &object)
-{
-    if (object.value(formatKey) != formatName)
-        return QStringLiteral("format: expected \"%1\"").arg(formatName);
-    if (object.value(versionKey).toInt() > formatVersion)
-        return QStringLiteral("version: written by a newer version, expected at most %1")
-            .arg(formatVersion);
-    return {};
 }
 
 } // namespace
 
-QJsonObject toJson(const AbstractDocument &document, QString &error)
+QJsonObject headToJson(const AbstractDocument &document)
 {
-    QJsonArray items;
-    QJsonArray impacts;
-    for (const auto &item : document.getGoodsItems()) {
-        items.append(recordToJson(*item, error));
-        for (const auto &impact : document.getImpactDetails(item->getPosnum()))
-            impacts.append(recordToJson(*impact, error));
-    }
     QJsonObject pluginData;
     const auto &systems = document.allPluginData();
     for (auto system = systems.cbegin(); system != systems.cend(); ++system)
-        pluginData.insert(system.key(), variantjson::toJson(system.value(), error));
+        pluginData.insert(system.key(), QJsonObject::fromVariantMap(system.value()));
     return {
         {formatKey, formatName},
         {versionKey, formatVersion},
-        {QLatin1String("header"), recordToJson(document.getHeader(), error)},
-        {QLatin1String("items"), items},
-        {QLatin1String("impacts"), impacts},
-        {QLatin1String("card"), cardToJson(document.getCardRecord(), error)},
+        {QLatin1String("header"), recordToJson(document.getHeader())},
+        {QLatin1String("card"), cardToJson(document.getCardRecord())},
         {QLatin1String("pluginData"), pluginData},
     };
 }
 
-QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error)
+QJsonObject positionToJson(const AbstractDocument &document, int posnum)
 {
-    error = formatError(object);
-    if (!error.isEmpty())
+    const auto item = document.findGoodsItem(posnum);
+    if (!item)
         return {};
+    auto json = recordToJson(*item);
+    QJsonArray impacts;
+    for (const auto &impact : document.getImpactDetails(posnum))
+        impacts.append(recordToJson(*impact));
+    json.insert(impactsKey, impacts);
+    return json;
+}
+
+QJsonObject toJson(const AbstractDocument &document)
+{
+    QJsonArray positions;
+    for (const auto &item : document.getGoodsItems())
+        positions.append(positionToJson(document, item->getPosnum()));
+    auto json = headToJson(document);
+    json.insert(positionsKey, positions);
+    return json;
+}
+
+tl::expected<QSharedPointer<AbstractDocument>, QString> fromJson(const QJsonObject &object)
+{
+    if (object.value(formatKey) != formatName)
+        return tl::unexpected(QStringLiteral("format: expected \"%1\"").arg(formatName));
+    if (object.value(versionKey).toInt() > formatVersion)
+        return tl::unexpected(
+            QStringLiteral("version: written by a newer version, expected at most %1")
+                .arg(formatVersion));
     auto document = read(object);
-    // Whatever is missing, mistyped, damaged or unknown would be written in another way.
-    const auto written = toJson(*document, error);
-    if (written != object)
-        error = QStringLiteral("%1: expected a value that a receipt can have there")
-                    .arg(firstDifference(object, written));
-    return error.isEmpty() ? document : nullptr;
+    // A missing, mistyped, damaged or unknown value is not written back the same.
+    if (toJson(*document) != object)
+        return tl::unexpected(QStringLiteral("expected values that a receipt can have"));
+    return document;
 }
 
 } // namespace documentjson

@@ -6,18 +6,23 @@
 #include <QSharedPointer>
 #include <QString>
 
+#include <tl/expected.hpp>
+
 class AbstractDocument;
 
-/// The JSON form in which receipts are kept.
+/// The JSON form of saved receipts.
 namespace documentjson {
 
-/// The whole receipt. Where a value of the plugin data or the card's number cannot be kept, `error`
-/// tells why and nothing stands there; with a sum or quantity that is not finite the receipt cannot
-/// be read back.
-HOST_EXPORT QJsonObject toJson(const AbstractDocument &document, QString &error);
+/// The whole receipt. A sum, price or quantity that is not finite cannot be read back.
+HOST_EXPORT QJsonObject toJson(const AbstractDocument &document);
+/// The receipt without its member "positions".
+HOST_EXPORT QJsonObject headToJson(const AbstractDocument &document);
+/// An element of "positions"; empty when the receipt has no position with that number.
+HOST_EXPORT QJsonObject positionToJson(const AbstractDocument &document, int posnum);
 
-/// The receipt that `toJson` made the object of.
-/// \return Null, with the member and what was expected in `error`, for any other object.
-HOST_EXPORT QSharedPointer<AbstractDocument> fromJson(const QJsonObject &object, QString &error);
+/// Reads a receipt that `toJson` wrote.
+/// \return Never null. The error says what was expected of any other object.
+[[nodiscard]] HOST_EXPORT tl::expected<QSharedPointer<AbstractDocument>, QString>
+fromJson(const QJsonObject &object);
 
 } // namespace documentjson

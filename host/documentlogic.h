@@ -9,12 +9,12 @@
 #include <QSharedPointer>
 #include <QVariantMap>
 
-/// Questions about the receipt at hand.
+/// Queries on the current receipt.
 class HOST_EXPORT DocumentLogic : public HostObject
 {
 public:
-    /// The sources that masks about the current receipt are expanded over. `parameters` is kept
-    /// for hosts with sources of their own and is not read. Empty when no receipt is open.
+    /// The sources for masks about the current receipt; empty when no receipt is open. `parameters`
+    /// is not read: it is for hosts with more sources.
     virtual QList<QSharedPointer<FormatterSource>>
     getFormatterSources(const QVariantMap &parameters) const;
 };

@@ -11,7 +11,7 @@ class AbstractDocument;
 class HOST_EXPORT DocumentWatcher : public HostObject
 {
 public:
-    /// Called by the till whenever another receipt is at hand; null for none.
+    /// The till calls it when the current receipt changes; null for none.
     void setDocument(const QSharedPointer<AbstractDocument> &document)
     {
         currentDocument = document;

@@ -2,12 +2,12 @@
 
 namespace EContext {
 
-/// What an action handler did.
+/// The outcome of an action handler.
 enum class Result {
     Failed = 0,
     Unhandled = 1,
     Done = 2,
-    Skipped = 3, ///< Nothing was to be done, or the cashier cancelled.
+    Skipped = 3, ///< There was nothing to do, or the cashier cancelled.
 };
 
 } // namespace EContext

@@ -1,145 +1,95 @@
 #include "host/exchangelog.h"
 
-#include "host/httpresponse.h"
 #include "host/secretkey.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QStringList>
+#include <QUrl>
 #include <QUrlQuery>
 
 #include <log4qt/logger.h>
 
-#include <utility>
+#include <chrono>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestBody = 1LL << 16;
-constexpr qsizetype longestText = 300; ///< Of what an answer says, in the one line.
-constexpr qsizetype shortestCode = 4;  ///< A shorter one stands in every other number.
-
-constexpr auto mask = QLatin1String("***");
-
-/// A confirmation code in compact JSON: what stands before its value, and the value.
-const QRegularExpression &confirmationCode()
+/// The answer's status and that of each entity in it: "status Success, order Processed: ...".
+QString summaryOf(const QJsonObject &answer)
 {
-    static const QRegularExpression expression(QStringLiteral(
-        R"re(("(?:code|authenti(?:fi)?cationCode)":)("(?:[^"\\]|\\.)*+"|[\[{][^\]}]*+[\]}]|[^,\]}]++))re"));
-    return expression;
-}
-
-QString shortened(const QString &text, qsizetype longest)
-{
-    return text.size() <= longest
-               ? text
-               : text.left(longest) + QStringLiteral("... (%1 in all)").arg(text.size());
-}
-
-/// "status Success, order Processed": what the answer says of itself and of each thing in it.
-QStringList statuses(const QJsonObject &answer)
-{
-    QStringList result{QLatin1String("status ") +
-                       answer.value(QLatin1String("status")).toString(QStringLiteral("-"))};
+    QStringList statuses{"status "_L1 + answer["status"_L1].toString(u"-"_s)};
     for (auto member = answer.begin(); member != answer.end(); ++member) {
-        const auto status = member->toObject().value(QLatin1String("processingStatus"));
+        const auto status = member->toObject().value("processingStatus"_L1);
         if (status.isString())
-            result += member.key() + QLatin1Char(' ') + status.toString();
+            statuses += member.key() + u' ' + status.toString();
     }
-    return result;
+    QStringList messages;
+    if (const auto message = answer["errorMessage"_L1]; !message.isUndefined())
+        messages += message.toString();
+    for (const auto &message : answer["validationMessages"_L1].toArray())
+        messages += message["message"_L1].toString();
+    return statuses.join(", "_L1) + (messages.isEmpty() ? u""_s : u": "_s + messages.join("; "_L1));
 }
 
-QString messages(const QJsonObject &answer)
+/// Such as "sale Offline.CreateOrder 00120300017"; the identifier is "-" without an order.
+QString subjectOf(const LoggedRequest &request, const QUrl &url)
 {
-    QStringList result;
-    if (const auto message = answer.constFind(QLatin1String("errorMessage"));
-        message != answer.constEnd())
-        result += message->toString();
-    for (const auto &message : answer.value(QLatin1String("validationMessages")).toArray())
-        result += message[QLatin1String("message")].toString();
-    return result.join(QLatin1String("; "));
+    const auto operation = QUrlQuery(url).queryItemValue(u"operation"_s, QUrl::FullyDecoded);
+    const auto ids = request.object["order"_L1]["ids"_L1].toObject();
+    const auto id = ids.isEmpty() ? QString() : ids.begin()->toVariant().toString();
+    return u"%1 %2 %3"_s.arg(request.purpose, operation.isEmpty() ? u"-"_s : operation,
+                             id.isEmpty() ? u"-"_s : id);
+}
+
+/// The text without the secret key and the typed code, shortened.
+QString harmless(QString text, const QJsonObject &request, qsizetype longest)
+{
+    constexpr qsizetype shortestCode = 4; // a shorter code would also match other numbers
+    for (const auto &code :
+         {request["authentificationCode"_L1], request["smsConfirmation"_L1]["code"_L1]})
+        if (code.toString().size() >= shortestCode)
+            text.replace(code.toString(), u"***"_s);
+    text = withoutSecretKey(text);
+    return text.size() <= longest ? text
+                                  : text.left(longest) + u"... (%1 in all)"_s.arg(text.size());
+}
+
+QString bodyText(const QJsonObject &object, const QJsonObject &request)
+{
+    constexpr qsizetype longestBody = 1LL << 16;
+    return harmless(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)),
+                    request, longestBody);
 }
 
 } // namespace
 
-ExchangeLog::ExchangeLog(const Log4Qt::Logger *logger, bool compact, Request request)
-    : logger(logger)
-    , detailed(logger && !compact && logger->isDebugEnabled())
-    , request(std::move(request))
+void logExchange(const Log4Qt::Logger &logger, const LoggedRequest &request,
+                 const RestClient::Exchange &exchange, const QString &note)
 {
-    duration.start();
-}
-
-void ExchangeLog::writeRequest(const QByteArray &sentBody)
-{
-    body = sentBody;
-    if (detailed)
-        logger->debug(QStringLiteral("POST %1 %2"),
-                      request.url.toString(QUrl::RemoveUserInfo | QUrl::FullyEncoded),
-                      shortened(harmless(QString::fromUtf8(body)), longestBody));
-}
-
-void ExchangeLog::writeAnswer(const http::Response &response, const QString &note) const
-{
-    if (!logger)
-        return;
     constexpr int success = 200;
-    const auto elapsed = duration.elapsed();
+    constexpr qsizetype longestSummary = 300;
+    const auto &[url, response, duration] = exchange;
+    const auto subject = subjectOf(request, url);
+    const auto took = duration_cast<std::chrono::milliseconds>(duration).count();
     const auto answer = response.responseObject();
-    const auto size = response.getBody().size();
-    auto text = answer.isEmpty() ? QStringLiteral("%1 bytes that are no JSON object").arg(size)
-                                 : statuses(answer).join(QLatin1String(", "));
-    if (const auto told = messages(answer); !told.isEmpty())
-        text += QLatin1String(": ") + told;
-    text = shortened(harmless(text), longestText);
-    if (response.getHttpCode() != success)
-        text += note;
-    logger->info(QStringLiteral("%1: HTTP %2 in %3 ms, %4"), subject(), response.getHttpCode(),
-                 elapsed, text);
-    if (detailed && !answer.isEmpty())
-        logger->debug(QStringLiteral("answer: %1"),
-                      shortened(harmless(QString::fromUtf8(
-                                    QJsonDocument(answer).toJson(QJsonDocument::Compact))),
-                                longestBody));
-}
-
-void ExchangeLog::writeFailure(const QString &reason, int transportCode) const
-{
-    if (logger)
-        logger->warn(QStringLiteral("%1: no answer from %2 in %3 ms, transport code %4: %5"),
-                     subject(), address(), duration.elapsed(), transportCode,
-                     withoutSecretKey(reason));
-}
-
-/// "sale Offline.CreateOrder 00120300017", with "-" for the identifier where there is no order.
-QString ExchangeLog::subject() const
-{
-    const auto operation =
-        QUrlQuery(request.url).queryItemValue(QStringLiteral("operation"), QUrl::FullyDecoded);
-    const auto ids =
-        request.object[QLatin1String("order")][QLatin1String("ids")].toObject().toVariantMap();
-    return QStringLiteral("%1 %2 %3")
-        .arg(request.purpose, operation.isEmpty() ? QStringLiteral("-") : operation,
-             ids.isEmpty() ? QStringLiteral("-") : ids.first().toString());
-}
-
-QString ExchangeLog::address() const
-{
-    return request.url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::FullyEncoded);
-}
-
-/// The text, part of a body, without the key and the codes.
-QString ExchangeLog::harmless(QString text) const
-{
-    const auto &expression = confirmationCode();
-    text.replace(expression, QStringLiteral("\\1\"***\""));
-    // So end the names of all codes; most bodies are long and hold none.
-    const auto mayHoldCode = body.contains("ode\":");
-    const auto sent = mayHoldCode ? QString::fromUtf8(body) : QString();
-    for (auto found = expression.globalMatch(sent); found.hasNext();) {
-        const auto code = found.next().captured(2).remove(QLatin1Char('"'));
-        if (code.size() >= shortestCode)
-            text.replace(code, mask);
+    if (const auto code = response.getTransportCode(); code != 0) {
+        const auto service = QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::FullyEncoded;
+        logger.warn(u"%1: no answer from %2 in %3 ms, transport code %4: %5"_s, subject,
+                    url.toString(service), took, code, withoutSecretKey(note));
+    } else {
+        const auto text = answer.isEmpty()
+                              ? u"%1 bytes that are no JSON object"_s.arg(response.getBody().size())
+                              : harmless(summaryOf(answer), request.object, longestSummary);
+        logger.info(u"%1: HTTP %2 in %3 ms, %4"_s, subject, response.getHttpCode(), took,
+                    response.getHttpCode() == success ? text : text + note);
     }
-    return withoutSecretKey(text);
+    const auto isSent = response.getTransportCode() != RestClient::notSent;
+    if (request.isCompact || !isSent || !logger.isDebugEnabled())
+        return;
+    logger.debug(u"POST %1 %2"_s, url.toString(QUrl::RemoveUserInfo | QUrl::FullyEncoded),
+                 bodyText(request.object, request.object));
+    if (!answer.isEmpty())
+        logger.debug(u"answer: %1"_s, bodyText(answer, request.object));
 }

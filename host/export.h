@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-/// Marks what crosses the border of the host's shared library.
+/// Marks the symbols that the host's shared library exports.
 #if defined(TILLHOST_LIBRARY)
 #    define HOST_EXPORT Q_DECL_EXPORT
 #else

@@ -10,13 +10,13 @@
 class HOST_EXPORT FormatterSource : public HostObject
 {
 public:
-    /// The name before the point.
+    /// The part of the placeholder before the point.
     virtual QLatin1String sourceName() const = 0;
     /// The value of a field; invalid for an unknown one.
     virtual QVariant field(QStringView name) const = 0;
 
 protected:
-    /// The record's member that `visitMembers` shows under the name; invalid when there is none.
+    /// The record's member with this name, found by `visitMembers`; invalid when there is none.
     template<typename Record>
     static QVariant memberOf(const Record &record, QStringView name)
     {

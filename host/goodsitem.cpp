@@ -4,6 +4,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 GoodsItem::GoodsItem(int posnum, QString code, QString name, double price, double quantity)
     : posnum(posnum)
     , code(std::move(code))
@@ -20,5 +22,5 @@ double GoodsItem::sumBeforeDiscounts() const
 
 QLatin1String GoodsItem::sourceName() const
 {
-    return QLatin1String("position");
+    return "position"_L1;
 }

@@ -5,28 +5,29 @@
 
 #include <QString>
 
-/// A position of a receipt. As a mask's source it is "position" with its members as fields.
+/// A position of a receipt. Masks know it as the source "position"; its fields are the members.
 class HOST_EXPORT GoodsItem : public FormatterSource
 {
 public:
-    /// A position with the sum of its price and quantity, without discounts.
+    /// A position without discounts: its sum is price times quantity.
     GoodsItem(int posnum, QString code, QString name, double price, double quantity);
 
-    /// Number of the position on its receipt, from 1; it stays when other positions go.
+    /// The position's number on its receipt, from 1; it stays the same when other positions are
+    /// removed.
     int getPosnum() const { return posnum; }
-    /// The goods' code in the shop's list; what the default product identifier consists of.
+    /// The product's code in the shop's list; the default product identifier.
     QString getCode() const { return code; }
-    /// What the receipt calls it; may be empty.
+    /// The name on the receipt; may be empty.
     QString getName() const { return name; }
     /// Price of one unit, in the receipt's currency.
     double getPrice() const { return price; }
-    /// In the goods' own unit: pieces, kilograms.
+    /// In the product's unit: pieces, kilograms.
     double getQuantity() const { return quantity; }
-    /// The sum stays as it is; see `AbstractDocument::changeQuantity`.
+    /// Leaves the sum alone; `AbstractDocument::changeQuantity` adjusts it.
     void setQuantity(double newQuantity) { quantity = newQuantity; }
     /// The position's sum after its discounts, in the receipt's currency.
     double getSumb() const { return sumb; }
-    /// Rounded and checked by nobody; for discounts see `AbstractDocument::addImpactDetail`.
+    /// Neither rounds nor checks; `AbstractDocument::addImpactDetail` adds a discount.
     void setSumb(double sum) { sumb = sum; }
     /// Price times quantity, rounded to hundredths.
     double sumBeforeDiscounts() const;
@@ -34,17 +35,18 @@ public:
     QLatin1String sourceName() const override;
     QVariant field(QStringView name) const override { return memberOf(*this, name); }
 
-    /// Calls `visit(name, member)` for each member. The names stand in the masks of shops and in
-    /// the receipts that are kept, so they never change.
+    /// Calls `visit(name, member)` for each member. The names never change: shops use them in
+    /// masks, and saved receipts contain them.
     template<typename Item, typename Visit>
     static void visitMembers(Item &item, const Visit &visit)
     {
-        visit(QLatin1String("code"), item.code);
-        visit(QLatin1String("name"), item.name);
-        visit(QLatin1String("posnum"), item.posnum);
-        visit(QLatin1String("price"), item.price);
-        visit(QLatin1String("quantity"), item.quantity);
-        visit(QLatin1String("sumb"), item.sumb);
+        using namespace Qt::StringLiterals;
+        visit("code"_L1, item.code);
+        visit("name"_L1, item.name);
+        visit("posnum"_L1, item.posnum);
+        visit("price"_L1, item.price);
+        visit("quantity"_L1, item.quantity);
+        visit("sumb"_L1, item.sumb);
     }
 
 private:

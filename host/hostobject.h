@@ -2,8 +2,8 @@
 
 #include "host/export.h"
 
-/// Base of everything that the host offers through virtual operations: deleted through a pointer to
-/// it, never copied.
+/// Base of the host's classes with virtual operations. Objects may be deleted through it and are
+/// never copied.
 class HOST_EXPORT HostObject
 {
 public:

@@ -11,13 +11,13 @@ namespace http {
 class HOST_EXPORT Response
 {
 public:
-    /// Before any exchange: both codes 0, which together no exchange leaves.
+    /// The state before any exchange: both codes are 0, as no exchange leaves them.
     Response() = default;
     Response(int httpCode, int transportCode, QByteArray content);
 
     /// HTTP status code; 0 when no complete answer arrived.
     int getHttpCode() const { return httpCode; }
-    /// The transport's own error code (libcurl's CURLcode); 0 when the exchange went through.
+    /// The transport's error code (libcurl's CURLcode); 0 after a complete exchange.
     int getTransportCode() const { return transportCode; }
     const QByteArray &getBody() const { return body; }
     /// The body as a JSON object; empty when the body is missing or no JSON object.

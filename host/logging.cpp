@@ -3,27 +3,26 @@
 #include "host/privatefile.h"
 #include "host/secretkey.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QtGlobal>
 
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <mutex>
-#include <unistd.h>
-#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace logging {
 
 namespace {
 
-constexpr int none = -1;
-
 struct Destinations
 {
     std::mutex mutex;
-    QString path;
-    int file = none;
-    int standardError = none;
+    QFile file;
+    bool toStandardError = false;
 };
 
 Destinations &destinations()
@@ -33,40 +32,26 @@ Destinations &destinations()
     return *object;
 }
 
-/// What ends a line or hides one, escaped.
+/// Escapes the characters that could end or hide a log line.
 QString onOneLine(const QString &message)
 {
     QString result;
     result.reserve(message.size());
     for (const auto character : message) {
         const auto category = character.category();
-        if (character == QLatin1Char('\n'))
-            result += QLatin1String("\\n");
-        else if (character == QLatin1Char('\r'))
-            result += QLatin1String("\\r");
-        else if (character == QLatin1Char('\t'))
-            result += QLatin1String("\\t");
+        if (character == u'\n')
+            result += R"(\n)"_L1;
+        else if (character == u'\r')
+            result += R"(\r)"_L1;
+        else if (character == u'\t')
+            result += R"(\t)"_L1;
         else if (category == QChar::Other_Control || category == QChar::Separator_Line ||
                  category == QChar::Separator_Paragraph)
-            result += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+            result += u"\\u%1"_s.arg(uint(character.unicode()), 4, 16, QChar(u'0'));
         else
             result += character;
     }
     return result;
-}
-
-void writeLine(int descriptor, const QByteArray &line)
-{
-    auto rest = line.size();
-    while (descriptor != none && rest > 0) {
-        const auto written =
-            ::write(descriptor, line.constData() + line.size() - rest, static_cast<size_t>(rest));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return; // there is no place to say so
-        rest -= written;
-    }
 }
 
 void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
@@ -77,74 +62,49 @@ void handle(QtMsgType type, const QMessageLogContext &context, const QString &me
     {
         auto &to = destinations();
         const std::scoped_lock lock(to.mutex);
-        writeLine(to.standardError, line);
-        writeLine(to.file, line);
+        if (to.toStandardError)
+            std::fputs(line.constData(), stderr);
+        if (to.file.isOpen())
+            to.file.write(line);
     }
     errno = reason;
 }
 
-/// \return The descriptor, `none` after a failure.
-int openFile(const QString &path)
-{
-    return privatefile::open(path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK);
-}
-
-QString problemWith(const QString &path)
-{
-    return QStringLiteral("%1: the log cannot be written: %2").arg(path, qt_error_string(errno));
-}
-
-/// Has the lines go there from now on; empty for no file. Nobody can ask for a renamed file to be
-/// opened anew between its opening and its use.
-std::optional<QString> setDestinations(const QString &path, int standardError)
-{
-    auto &to = destinations();
-    const std::scoped_lock lock(to.mutex);
-    const auto opened = path.isEmpty() ? none : openFile(path);
-    if (opened == none && !path.isEmpty())
-        return problemWith(path);
-    if (to.file != none)
-        ::close(to.file);
-    to.path = path;
-    to.file = opened;
-    to.standardError = standardError;
-    return std::nullopt;
-}
-
 } // namespace
 
-std::optional<QString> start(const QString &file, bool toStandardError)
+tl::expected<void, QString> start(const QString &file, bool toStandardError)
 {
+    auto opened = -1;
     if (!file.isEmpty()) {
-        if (auto error = privatefile::createDirectory(QFileInfo(file).path()))
-            return error;
+        auto fine = privatefile::createDirectory(QFileInfo(file).path()).and_then([&] {
+            return privatefile::examine(file);
+        });
+        if (!fine)
+            return fine;
+        opened = privatefile::open(file, O_WRONLY | O_APPEND | O_CREAT);
+        if (opened < 0)
+            return tl::unexpected(
+                u"%1: the log cannot be written: %2"_s.arg(file, qt_error_string(errno)));
     }
-    if (auto error = setDestinations(file, toStandardError ? STDERR_FILENO : none))
-        return error;
-    // Without effect when the environment has a pattern.
-    qSetMessagePattern(
-        QStringLiteral("%{time yyyy-MM-dd hh:mm:ss.zzz} %{type} %{category}: %{message}"));
-    qInstallMessageHandler(handle);
-    return std::nullopt;
-}
-
-std::optional<QString> reopen()
-{
+    stop();
     auto &to = destinations();
     const std::scoped_lock lock(to.mutex);
-    if (to.path.isEmpty())
-        return std::nullopt;
-    const auto opened = openFile(to.path);
-    if (opened == none)
-        return problemWith(to.path);
-    ::close(std::exchange(to.file, opened));
-    return std::nullopt;
+    to.toStandardError = toStandardError;
+    if (opened >= 0)
+        to.file.open(opened, QFile::Append | QFile::Unbuffered, QFile::AutoCloseHandle);
+    // A pattern in the environment takes precedence.
+    qSetMessagePattern(u"%{time yyyy-MM-dd hh:mm:ss.zzz} %{type} %{category}: %{message}"_s);
+    qInstallMessageHandler(handle);
+    return {};
 }
 
 void stop()
 {
     qInstallMessageHandler(nullptr);
-    (void)setDestinations({}, none);
+    auto &to = destinations();
+    const std::scoped_lock lock(to.mutex);
+    to.toStandardError = false;
+    to.file.close();
 }
 
 } // namespace logging

@@ -4,30 +4,25 @@
 
 #include <QString>
 
-#include <optional>
+#include <tl/expected.hpp>
 
-/// Where the process's log goes.
+/// Destination of the process's log.
 ///
-/// Every message of Qt's logging, and of Log4Qt's where it stands on it, becomes one line written
-/// at once. Levels and the pattern are Qt's: QT_LOGGING_RULES, QT_MESSAGE_PATTERN. Line breaks and
-/// other control characters inside a message are written as \n, \r, \t or \uXXXX, so that a
-/// text typed somewhere cannot pass for a line of its own. The secret key is written as "***",
-/// whoever wrote the message.
+/// Every message of Qt's logging becomes one line, written at once; so do those of Log4Qt loggers
+/// built on Qt's logging. QT_LOGGING_RULES and QT_MESSAGE_PATTERN set the levels and the pattern.
+/// Line breaks and other control characters in a message become \n, \r, \t or \uXXXX, so that typed
+/// text cannot forge a log line. The secret key becomes "***" in every message. Rotate the file by
+/// copying and truncating it.
 namespace logging {
 
-/// Starts writing to the file (appended to, mode 0600, its directory created with 0700 when
-/// missing; empty for no file), to standard error, to both or to nothing. Replaces what an earlier
-/// call started.
-/// \return Why the file cannot be written, nothing when it can. After a failure all is as before.
-[[nodiscard]] HOST_EXPORT std::optional<QString> start(const QString &file, bool toStandardError);
+/// Starts logging to the file, to standard error, to both or to neither; an earlier call's log
+/// ends. The file is appended to, with mode 0600; a missing directory is created with 0700. An
+/// empty name means no file.
+/// \return The reason why the file cannot be written; after a failure the earlier log continues.
+[[nodiscard]] HOST_EXPORT tl::expected<void, QString> start(const QString &file,
+                                                            bool toStandardError);
 
-/// Opens the file anew by its name, so that one that was renamed is let go. Not to be called within
-/// a signal's handler.
-/// \return Why the file cannot be opened, nothing when it could. After a failure the lines go where
-///         they went before.
-[[nodiscard]] HOST_EXPORT std::optional<QString> reopen();
-
-/// Gives the messages back to Qt's own handler and closes the file.
+/// Restores Qt's own message handler and closes the file.
 HOST_EXPORT void stop();
 
 } // namespace logging

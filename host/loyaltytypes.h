@@ -4,21 +4,21 @@
 
 #include <QString>
 
-/// How a card number reached the till.
+/// The way in which a card number reached the till.
 enum class ECardNumberType {
     Typed = 0,
     Scanned = 1,
     MagneticStripe = 2,
 };
 
-/// What a card is at a loyalty system.
+/// The kind of a card at a loyalty system.
 enum class CardMode {
     Unknown = 0,
     Discount = 1,
     Bonus = 2,
 };
 
-/// Switches of a loyalty system.
+/// Options of a loyalty system.
 enum class LoyaltySystemOption {
     EarnsPoints = 1,
     SpendsPoints = 2,
@@ -38,12 +38,12 @@ struct CardNumberInputData
     QString text;
 };
 
-/// What a loyalty system read out of an input.
+/// The card number that a loyalty system found in an input.
 struct CardNumberAnswer
 {
     bool success = false;
     QString number;
-    tr::Tr message; ///< Why there is no number.
+    tr::Tr message; ///< The reason when there is no number.
 };
 
 /// Points that a receipt earns or spends.
@@ -53,7 +53,7 @@ struct BonusRecord
     double points = 0;
 };
 
-/// A text of a loyalty system to print behind the receipt.
+/// A loyalty system's text to print after the receipt.
 struct Slip
 {
     QString text;

@@ -2,15 +2,14 @@
 
 #include <QSharedPointer>
 
-/// Where host services come from: a new one for each call, unless a substitute is registered.
+/// Creates the host's services: a new one for each call, unless a substitute is set.
 ///
-/// Instantiated only inside the host library, so that a substitute set by the program is the one
-/// that a loaded plugin sees.
+/// Instantiated only inside the host library, so that program and plugin share the substitute.
 template<typename T>
 class MockFactory
 {
 public:
-    /// The substitute handed out instead of new objects; never owned, null for none.
+    /// The substitute returned instead of new objects; not owned, null for none.
     static T *mocked;
 
     /// The substitute when one is set, otherwise a new object owned by the returned pointer.

@@ -3,77 +3,84 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <QTemporaryFile>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace privatefile {
 
-Content read(const QString &path, qint64 limit)
+namespace {
+
+/// Whether it is a regular file of this user or of its directory's owner: root may read a till's
+/// files.
+bool isOwn(const struct stat &file, const QString &path)
 {
-    const auto failure = [](const QString &reason) { return Content{{}, 0, reason}; };
-    // Without O_NONBLOCK a pipe would be waited for until somebody writes to it.
-    const auto descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return failure(qt_error_string(errno));
-    QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
-        return failure(file.errorString());
-    }
-    struct stat status = {};
-    if (::fstat(descriptor, &status) != 0)
-        return failure(qt_error_string(errno));
-    if (!S_ISREG(status.st_mode))
-        return failure(QStringLiteral("expected a regular file"));
-    // The amount asked for is allocated, however short the file is.
-    Content content{
-        file.read(std::min<qint64>(status.st_size, limit) + 1), status.st_mode & 07777U, {}};
-    if (file.error() != QFile::NoError)
-        return failure(file.errorString());
-    if (content.bytes.size() > limit)
-        return failure(QStringLiteral("expected at most %1 bytes").arg(limit));
-    return content;
+    const auto owner = QFileInfo(QFileInfo(path).absolutePath()).ownerId();
+    return S_ISREG(file.st_mode) && (file.st_uid == ::geteuid() || file.st_uid == owner);
 }
 
-std::optional<QString> createDirectory(const QString &path)
+} // namespace
+
+tl::expected<QByteArray, QString> read(const QString &path, qint64 limit)
+{
+    const QFileInfo info(path);
+    QFile file(path);
+    if (info.exists() && !info.isFile()) // opening a pipe blocks
+        return tl::unexpected(u"expected a regular file"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return tl::unexpected(file.errorString());
+    // read() allocates the size it is asked for, even for a short file.
+    auto bytes = file.read(std::min(file.size(), limit) + 1);
+    if (file.error() != QFile::NoError)
+        return tl::unexpected(file.errorString());
+    if (bytes.size() > limit)
+        return tl::unexpected(u"expected at most %1 bytes"_s.arg(limit));
+    return bytes;
+}
+
+tl::expected<void, QString> createDirectory(const QString &path)
 {
     const auto absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
     const QFileInfo info(absolute);
     if (info.isDir())
-        return std::nullopt;
-    if (!info.dir().exists()) {
-        if (auto error = createDirectory(info.path()))
-            return error;
-    }
-    const auto name = QFile::encodeName(absolute);
-    // The umask may take rights away from mkdir, and another process may have been faster.
-    if (::mkdir(name.constData(), 0700) == 0) {
-        // A new name survives a power cut only when the directory that holds it is written out.
-        if (::chmod(name.constData(), 0700) == 0 && syncDirectory(info.path()))
-            return std::nullopt;
-    } else if (errno == EEXIST && QFileInfo(absolute).isDir()) {
-        return std::nullopt;
-    }
-    return QStringLiteral("%1: the directory cannot be created: %2")
-        .arg(absolute, qt_error_string(errno));
+        return {};
+    if (auto made = createDirectory(info.path()); !made)
+        return made;
+    // Another process may have created it meanwhile. A new name survives a power cut only when its
+    // parent directory is synced.
+    const auto mode = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+    if ((QDir().mkdir(absolute, mode) && syncDirectory(info.path())) || QFileInfo(absolute).isDir())
+        return {};
+    return tl::unexpected(
+        u"%1: the directory cannot be created: %2"_s.arg(absolute, qt_error_string()));
+}
+
+tl::expected<void, QString> examine(const QString &path)
+{
+    struct stat status = {};
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0 || isOwn(status, path))
+        return {};
+    return tl::unexpected(u"%1: expected a regular file of the till's user"_s.arg(path));
 }
 
 int open(const QString &path, int flags)
 {
-    const auto descriptor = ::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, 0600);
+    // Opening a pipe blocks.
+    const auto descriptor = ::open(QFile::encodeName(path).constData(),
+                                   flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
     if (descriptor < 0)
         return -1;
     struct stat status = {};
-    const auto narrow = ::fstat(descriptor, &status) == 0 &&
-                        (!S_ISREG(status.st_mode) || (status.st_mode & 07777) == 0600 ||
-                         ::fchmod(descriptor, 0600) == 0);
-    if (narrow)
+    errno = EPERM;
+    if (::fstat(descriptor, &status) == 0 && isOwn(status, path) &&
+        ((status.st_mode & 07777) == 0600 || ::fchmod(descriptor, 0600) == 0))
         return descriptor;
     const auto reason = errno;
     ::close(descriptor);
@@ -81,18 +88,23 @@ int open(const QString &path, int flags)
     return -1;
 }
 
-std::optional<QString> write(const QString &path, const QByteArray &content)
+tl::expected<void, QString> write(const QString &path, const QByteArray &content)
 {
-    QSaveFile file(path);
-    // Its own commit does not notice that the last bytes did not fit on the disk.
-    if (!file.open(QIODevice::WriteOnly) ||
-        !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
-        file.write(content) != content.size() || !file.flush() || !file.commit())
-        return file.errorString();
-    // The file itself is synchronised by now, its new name is not.
+    if (auto fine = examine(path); !fine)
+        return fine;
+    // QSaveFile follows links, and misses that the last bytes did not fit on the disk.
+    QTemporaryFile file(path + ".XXXXXX"_L1);
+    if (!file.open() || file.write(content) != content.size() || !file.flush() ||
+        ::fsync(file.handle()) != 0)
+        return tl::unexpected(file.errorString());
+    if (std::rename(QFile::encodeName(file.fileName()).constData(),
+                    QFile::encodeName(path).constData()) != 0)
+        return tl::unexpected(qt_error_string());
+    file.setAutoRemove(false);
+    // The file is synced by now, its new name is not.
     if (!syncDirectory(QFileInfo(path).path()))
-        return qt_error_string();
-    return std::nullopt;
+        return tl::unexpected(qt_error_string());
+    return {};
 }
 
 bool syncDirectory(const QString &path)

@@ -7,11 +7,11 @@
 
 class AbstractDocument;
 
-/// Where the receipt at hand is kept: the till's store, or whatever a host has instead.
+/// Saves the current receipt: the till's store, or another host's.
 class HOST_EXPORT ReceiptKeeper : public HostObject
 {
 public:
-    /// Keeps the receipt as it is now, its plugin data included, so that it survives a power cut.
-    /// \return Whether it does; a failure is the keeper's to tell.
+    /// Saves the receipt with its plugin data, so that it survives a power cut.
+    /// \return Whether it is saved; the keeper itself reports a failure.
     virtual bool keep(const QSharedPointer<AbstractDocument> &document) = 0;
 };

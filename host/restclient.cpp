@@ -1,5 +1,6 @@
 #include "host/restclient.h"
 
+#include "host/clock.h"
 #include "host/exchangelog.h"
 #include "host/restconnection.h"
 #include "host/serviceavailability.h"
@@ -13,14 +14,13 @@
 #include <curl/curl.h>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 template class MockFactory<RestClient>;
 
 namespace {
 
-thread_local http::Response lastOfThread;
 thread_local auto purposeOfThread = RestClient::Purpose::Sale;
-
-using Clock = std::chrono::steady_clock;
 
 std::function<void(const RestClient::Exchange &)> &exchangeObserver()
 {
@@ -61,37 +61,28 @@ void RestClient::send(const QUrl &url, const QJsonDocument &document,
                       const QHash<QString, QString> &headers)
 {
     const auto isDelivery = purposeOfThread == Purpose::Delivery;
-    ExchangeLog exchangeLog(
-        logger, compactLogs,
-        {QLatin1String(isDelivery ? "delivery" : "sale"), url, document.object()});
-    auto &services = *Singleton<ServiceAvailability>::instance();
-    const auto begin = Clock::now();
+    auto &service = *Singleton<ServiceAvailability>::instance();
+    const auto begin = Clock::steady();
     const std::chrono::milliseconds usual(timeout);
-    if (const auto patience = isDelivery ? usual : services.patience(url, usual);
-        patience.count() > 0) {
-        const auto body = document.toJson(QJsonDocument::Compact);
-        exchangeLog.writeRequest(body);
-        response = connection->exchange(url, body, headers, patience.count());
-        services.note(url, outcomeOf(response.getTransportCode()), connection->getRetryAfter());
-        if (const auto error = connection->getError(); !error.isEmpty())
-            exchangeLog.writeFailure(error, response.getTransportCode());
-        else
-            exchangeLog.writeAnswer(response, connection->getProxy().note());
+    QString note;
+    if (const auto patience = isDelivery ? usual : service.patience(usual); patience.count() > 0) {
+        response = connection->exchange(url, document.toJson(QJsonDocument::Compact), headers,
+                                        patience.count());
+        service.note(outcomeOf(response.getTransportCode()), connection->getRetryAfter());
+        note = connection->note();
     } else {
         response = {0, notSent, {}};
-        const auto since = services.state(url).unreachableSince.toLocalTime();
-        exchangeLog.writeFailure(QStringLiteral("not sent, without an answer since %1")
-                                     .arg(since.toString(QStringLiteral("hh:mm:ss"))),
-                                 notSent);
+        const auto since = service.state().unreachableSince.toLocalTime();
+        note = u"not sent, without an answer since %1"_s.arg(since.toString(u"hh:mm:ss"_s));
     }
-    lastOfThread = response;
+    const Exchange exchange{url, response,
+                            duration_cast<std::chrono::microseconds>(Clock::steady() - begin)};
+    if (logger)
+        logExchange(*logger,
+                    {isDelivery ? "delivery"_L1 : "sale"_L1, document.object(), compactLogs},
+                    exchange, note);
     if (const auto &observer = exchangeObserver())
-        observer({url, response, duration_cast<std::chrono::microseconds>(Clock::now() - begin)});
-}
-
-http::Response RestClient::lastResponse()
-{
-    return lastOfThread;
+        observer(exchange);
 }
 
 void RestClient::setPurpose(Purpose purpose)
@@ -107,6 +98,6 @@ void RestClient::setObserver(std::function<void(const Exchange &)> observer)
 QString RestClient::transportErrorText(int transportCode)
 {
     if (transportCode == notSent)
-        return QStringLiteral("Not sent, the service has not answered before");
+        return u"Not sent, the service has not answered before"_s;
     return QString::fromUtf8(curl_easy_strerror(static_cast<CURLcode>(transportCode)));
 }

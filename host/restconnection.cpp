@@ -5,18 +5,27 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QLoggingCategory>
+#include <QRegularExpression>
 #include <QUrl>
+
+#include <log4qt/logger.h>
+#include <log4qt/logmanager.h>
 
 #include <algorithm>
 #include <limits>
 #include <memory>
 #include <poll.h>
+#include <tl/expected.hpp>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "till.http", QtInfoMsg)
+void warn(const QString &text)
+{
+    Log4Qt::LogManager::logger(u"till.http"_s)->warn(text);
+}
 
 struct ListDeleter
 {
@@ -24,51 +33,30 @@ struct ListDeleter
 };
 using HeaderList = std::unique_ptr<curl_slist, ListDeleter>;
 
-/// Whether it may be a header's name.
-bool isToken(const QByteArray &name)
+/// The headers in libcurl's form, or the reason why one must not be sent.
+tl::expected<HeaderList, QString> headerList(const QHash<QString, QString> &headers)
 {
-    constexpr QByteArrayView allowed("!#$%&'*+-.^_`|~0123456789"
-                                     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
-    return !name.isEmpty() &&
-           std::ranges::all_of(name, [&](char character) { return allowed.contains(character); });
-}
-
-/// Whether the character may not stand in a header's value.
-bool isControl(char character)
-{
-    constexpr char lastControl = '\x1F';
-    constexpr char deletion = '\x7F';
-    return (character >= 0 && character <= lastControl && character != '\t') ||
-           character == deletion;
-}
-
-/// The headers as libcurl takes them; null, with the reason, when one must not be sent.
-HeaderList headerList(const QHash<QString, QString> &headers, QString &error)
-{
-    // Waiting for "100 Continue" would cost a round trip.
+    static const QRegularExpression token(uR"(^[!#$%&'*+.^_`|~0-9A-Za-z-]+\z)"_s);
+    const auto isControl = [](QChar character) {
+        return (character < u' ' && character != u'\t') || character == u'\x7F';
+    };
+    // An empty "Expect" saves the round trip of "100 Continue".
     HeaderList list(curl_slist_append(nullptr, "Expect:"));
-    auto hasContentType = false;
-    const auto append = [&list](const QByteArray &line) {
-        // libcurl answers null when there is no memory, and keeps the list as it was.
-        if (auto *const longer = curl_slist_append(list.get(), line.constData())) {
+    const auto append = [&list](const QString &line) {
+        // Without memory libcurl returns null and keeps the list as it was.
+        if (auto *const longer = curl_slist_append(list.get(), line.toUtf8().constData())) {
             [[maybe_unused]] auto *const shorter = list.release();
             list.reset(longer);
         }
     };
     for (auto header = headers.cbegin(); header != headers.cend(); ++header) {
-        const auto name = header.key().toUtf8();
-        const auto value = header.value().toUtf8();
-        if (!isToken(name) || std::ranges::any_of(value, isControl)) {
-            error =
-                QStringLiteral("a header's name or value holds a character that is not allowed");
-            return {};
-        }
-        hasContentType = hasContentType || name.compare("content-type", Qt::CaseInsensitive) == 0;
-        // With a colon and nothing behind it libcurl would leave the header out.
-        append(value.trimmed().isEmpty() ? name + ';' : name + ": " + value);
+        const auto &value = header.value();
+        if (!token.match(header.key()).hasMatch() || std::ranges::any_of(value, isControl))
+            return tl::unexpected(
+                u"a header's name or value holds a character that is not allowed"_s);
+        // libcurl drops a header with nothing after the colon; a semicolon sends it empty.
+        append(header.key() + (value.trimmed().isEmpty() ? u";"_s : u": "_s + value));
     }
-    if (!hasContentType)
-        append("Content-Type: application/json; charset=utf-8");
     return list;
 }
 
@@ -87,15 +75,15 @@ RestClient::Connection::Connection()
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-    // HTTP/2 has repetitions of its own that could send a body twice.
+    // HTTP/2 has its own retries, which could send a body twice.
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    // A connection found dead would otherwise stay beside the fresh one and be taken again.
+    // Otherwise libcurl would keep a dead connection beside the fresh one and use it again.
     set(CURLOPT_MAXCONNECTS, 1L);
     set(CURLOPT_TCP_NODELAY, 1L);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
     set(CURLOPT_TCP_KEEPIDLE, 20L);
     set(CURLOPT_TCP_KEEPINTVL, 5L);
-    // Without this a time-out while a name is resolved would wait for the resolver all the same.
+    // Without this, a time-out during name resolution would still wait for the resolver.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_POST, 1L);
     set(CURLOPT_PREREQFUNCTION, refuseRepetition);
@@ -105,25 +93,37 @@ RestClient::Connection::Connection()
     set(CURLOPT_WRITEFUNCTION, receiveBody);
     set(CURLOPT_WRITEDATA, this);
     trustConfiguredAuthority();
+    setProxy();
 }
 
 void RestClient::Connection::warnOfOption(CURLoption option, CURLcode code)
 {
-    qCWarning(log, "libcurl refuses option %d: %s", option, curl_easy_strerror(code));
+    warn(u"libcurl refuses option %1: %2"_s.arg(option).arg(
+        QLatin1String(curl_easy_strerror(code))));
 }
 
 void RestClient::Connection::trustConfiguredAuthority()
 {
-    const auto file = Singleton<Config>::instance()->getText(QStringLiteral("Http:caFile"));
+    const auto file = Singleton<Config>::instance()->getText(u"Http:caFile"_s);
     if (file.isEmpty())
         return;
-    // The system's directory of authorities stays in force beside the file.
+    // The system's directory of authorities stays in use too.
     set(CURLOPT_CAINFO, QFile::encodeName(file).constData());
     if (const QFileInfo info(file); !info.isFile() || !info.isReadable())
-        qCWarning(log,
-                  "%ls: the certificate authority of the setting \"Http:caFile\" cannot be "
-                  "read, https will not work",
-                  qUtf16Printable(file));
+        warn(u"%1: the certificate authority of the setting \"Http:caFile\" cannot be read, https "
+             "will not work"_s.arg(file));
+}
+
+/// Without the setting libcurl uses the environment, whose proxy may cover loopback too.
+void RestClient::Connection::setProxy()
+{
+    const auto setting = Singleton<Config>::instance()->getText(u"Http:proxy"_s);
+    if (!setting.isEmpty())
+        set(CURLOPT_PROXY, setting.toUtf8().constData());
+    auto exceptions = qgetenv(qEnvironmentVariableIsSet("no_proxy") ? "no_proxy" : "NO_PROXY");
+    if (exceptions != "*")
+        exceptions = "localhost,127.0.0.0/8,::1," + exceptions;
+    set(CURLOPT_NOPROXY, exceptions.constData());
 }
 
 http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArray &body,
@@ -132,26 +132,24 @@ http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArra
 {
     error.clear();
     retryAfter = {};
-    proxy = Proxy::of(url);
     if (!handle) {
-        error = QStringLiteral("libcurl cannot be initialised");
+        error = u"libcurl cannot be initialised"_s;
         return {0, CURLE_FAILED_INIT, {}};
     }
     const auto scheme = url.scheme();
-    if (!url.isValid() || url.host().isEmpty() ||
-        (scheme != QLatin1String("http") && scheme != QLatin1String("https"))) {
-        error = QStringLiteral("expected an http or https URL with a host");
+    if (!url.isValid() || url.host().isEmpty() || (scheme != "http"_L1 && scheme != "https"_L1)) {
+        error = u"expected an http or https URL with a host"_s;
         return {0, CURLE_URL_MALFORMAT, {}};
     }
-    const auto list = headerList(headers, error);
-    if (!list)
+    const auto list = headerList(headers);
+    if (!list) {
+        error = list.error();
         return {0, CURLE_BAD_FUNCTION_ARGUMENT, {}};
+    }
 
     set(CURLOPT_URL, url.toEncoded(QUrl::RemoveFragment).constData());
-    set(CURLOPT_HTTPHEADER, list.get());
-    // An empty one keeps libcurl from asking the environment, which it does for loopback too.
-    set(CURLOPT_PROXY, proxy.address.constData());
-    // Given in one piece, a body of usual size leaves in one segment with the head.
+    set(CURLOPT_HTTPHEADER, list->get());
+    // As one piece, a body of usual size leaves in one segment with the head.
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
     set(CURLOPT_POSTFIELDS, body.constData());
     set(CURLOPT_TIMEOUT_MS,
@@ -162,8 +160,8 @@ http::Response RestClient::Connection::exchange(const QUrl &url, const QByteArra
     return response;
 }
 
-/// Whether something has arrived on the kept connection since the last answer. Nothing may, so it
-/// is the connection's end, which libcurl overlooks behind a TLS record.
+/// Whether anything has arrived on the kept connection since the last answer. That can only be the
+/// connection's end, which libcurl overlooks behind a TLS record.
 bool RestClient::Connection::idleConnectionIsDirty() const
 {
     auto socket = CURL_SOCKET_BAD;
@@ -182,19 +180,20 @@ http::Response RestClient::Connection::perform()
     headComplete = false;
     errorText.front() = '\0';
     auto code = curl_easy_perform(handle);
-    if (code == CURLE_ABORTED_BY_CALLBACK) { // a repetition was refused
+    if (code == CURLE_ABORTED_BY_CALLBACK) { // a retry was refused
         code = CURLE_GOT_NOTHING;
         errorText.front() = '\0';
     }
+    // An "@" may stand behind a proxy's password.
+    const auto isTold = errorText.front() && !std::ranges::count(errorText, '@');
     if (received > maximumAnswerSize)
-        error = QStringLiteral("the answer is longer than %1 bytes").arg(maximumAnswerSize);
+        error = u"the answer is longer than %1 bytes"_s.arg(maximumAnswerSize);
     else if (code != CURLE_OK)
-        error = proxy.harmless(
-            QString::fromUtf8(errorText.front() ? errorText.data() : curl_easy_strerror(code)));
+        error = QString::fromUtf8(isTold ? errorText.data() : curl_easy_strerror(code));
     else if (isAnswerCut())
-        error = QStringLiteral("the answer is cut");
+        error = u"the answer is cut"_s;
     if (!error.isEmpty()) {
-        error += proxy.note();
+        error += peerNote();
         return {0, code == CURLE_OK ? CURLE_PARTIAL_FILE : code, {}};
     }
     long httpCode = 0;
@@ -202,7 +201,7 @@ http::Response RestClient::Connection::perform()
     constexpr long tooManyRequests = 429;
     constexpr long unavailable = 503;
     if (httpCode == tooManyRequests ||
-        httpCode == unavailable) { // elsewhere it means another thing
+        httpCode == unavailable) { // with other codes Retry-After means something else
         curl_off_t seconds = 0;
         curl_easy_getinfo(handle, CURLINFO_RETRY_AFTER, &seconds);
         retryAfter = std::chrono::seconds(seconds);
@@ -210,8 +209,19 @@ http::Response RestClient::Connection::perform()
     return {static_cast<int>(httpCode), code, std::exchange(answer, {})};
 }
 
-/// Whether the connection ended inside the answer where libcurl cannot know or does not mind: in
-/// the head, or in a body that lasts until the connection ends.
+QString RestClient::Connection::peerNote() const
+{
+    const char *address = nullptr;
+    long port = 0;
+    curl_easy_getinfo(handle, CURLINFO_PRIMARY_IP, &address);
+    curl_easy_getinfo(handle, CURLINFO_PRIMARY_PORT, &port);
+    return address && *address
+               ? u"; the peer is %1 port %2"_s.arg(QLatin1String(address), QString::number(port))
+               : QString();
+}
+
+/// Whether the connection broke inside the answer where libcurl does not notice: in the head, or in
+/// a body without a length.
 bool RestClient::Connection::isAnswerCut() const
 {
     if (!headComplete)
@@ -228,9 +238,9 @@ bool RestClient::Connection::hasHeader(const char *name) const
     return curl_easy_header(handle, name, 0, CURLH_HEADER, -1, &found) == CURLHE_OK;
 }
 
-/// libcurl repeats a request by itself on a fresh connection when a kept one turns out to be dead.
-/// It may while nothing of it has gone out, unlike what a proxy was told before: a request that the
-/// service may have executed is never sent twice.
+/// libcurl retries a request on a fresh connection when a kept one turns out to be dead. Allowed
+/// only while no byte of the request has been sent (bytes to a proxy before it do not count),
+/// because the service might execute a second copy.
 int RestClient::Connection::refuseRepetition(void *connection, char * /*peerAddress*/,
                                              char * /*ownAddress*/, int /*peerPort*/,
                                              int /*ownPort*/)
@@ -257,8 +267,11 @@ size_t RestClient::Connection::receiveHeader(char *from, size_t size, size_t cou
     if (!self->countReceived(length))
         return 0;
     const QByteArrayView line(from, static_cast<qsizetype>(length));
-    // Several heads come when the first ones are interim.
-    self->headComplete = line == "\r\n" || line == "\n";
+    // There may be interim heads before the final one, and trailers after a chunked body.
+    if (line.startsWith("HTTP/"))
+        self->headComplete = false;
+    else if (line == "\r\n" || line == "\n")
+        self->headComplete = true;
     return length;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/proxy.h"
 #include "host/restclient.h"
 
 #include <QByteArray>
@@ -15,7 +14,7 @@
 
 class QUrl;
 
-/// The libcurl handle with the exchange it is busy with.
+/// The libcurl handle with its current exchange.
 class RestClient::Connection
 {
 public:
@@ -25,24 +24,26 @@ public:
 
     http::Response exchange(const QUrl &url, const QByteArray &body,
                             const QHash<QString, QString> &headers, qint64 timeout);
-    /// Why the last exchange has no answer; empty when it has one.
-    QString getError() const { return error; }
-    /// How long the last answer asked to be left alone; 0 when it did not.
+    /// The reason why the last exchange has no answer, or the peer of the one that has.
+    QString note() const { return error.isEmpty() ? peerNote() : error; }
+    /// The last answer's Retry-After; 0 without one.
     std::chrono::seconds getRetryAfter() const { return retryAfter; }
-    const Proxy &getProxy() const { return proxy; }
 
 private:
     template<typename Value>
     void set(CURLoption option, Value value)
     {
-        // A libcurl without the option would fail on every exchange in silence.
+        // With a libcurl that lacks the option every exchange would fail without a reason.
         if (const auto code = curl_easy_setopt(handle, option, value); code != CURLE_OK)
             warnOfOption(option, code);
     }
     static void warnOfOption(CURLoption option, CURLcode code);
     void trustConfiguredAuthority();
+    void setProxy();
     bool idleConnectionIsDirty() const;
     http::Response perform();
+    /// The peer of the last exchange, possibly a proxy; empty when there was none.
+    QString peerNote() const;
 
     static size_t receiveHeader(char *from, size_t size, size_t count, void *connection);
     static size_t receiveBody(char *from, size_t size, size_t count, void *connection);
@@ -55,9 +56,8 @@ private:
     CURL *handle = nullptr;
     std::array<char, CURL_ERROR_SIZE> errorText{};
     QString error;
-    Proxy proxy;
     std::chrono::seconds retryAfter{0};
-    std::optional<long> sentBefore; ///< Bytes that went out before the request's first try.
+    std::optional<long> sentBefore; ///< Bytes sent before the request's first try.
     QByteArray answer;
     qint64 received = 0;
     bool headComplete = false;

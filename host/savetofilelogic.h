@@ -9,12 +9,12 @@
 
 class AbstractDocument;
 
-/// Keeps receipts on behalf of plugins.
+/// Saves receipts on behalf of plugins.
 class HOST_EXPORT SaveToFileLogic : public HostObject
 {
 public:
-    /// Has the session's keeper keep the receipt, its plugin data included. The name, for hosts
-    /// that keep receipts in files of several names, is not read.
+    /// Lets the session's keeper save the receipt with its plugin data. The name is not read: it is
+    /// for hosts that save receipts to named files.
     /// \return Whether the receipt is on disk; false for a null document or without a keeper.
     virtual bool save(const QSharedPointer<AbstractDocument> &document, const QString &fileName);
 };

@@ -4,11 +4,10 @@
 
 #include <QString>
 
-/// The text with "***" in each place where it holds the configured secret key
-/// ("LmMindbox:secretKey"), each of whose characters may be escaped as in JSON, or in JSON within
-/// JSON, or percent-encoded.
+/// The text with "***" in place of the configured secret key ("LmMindbox:secretKey"): as it is,
+/// escaped for JSON, or percent-encoded.
 ///
-/// For everything that a log, a file or a screen gets and that may repeat what a service has said.
-/// A key of less than four characters protects nothing and stands in every other word, so it stays.
-/// To be called before a text is shortened: a part of the key is not found.
+/// Use it for every text that may repeat a service's answer in a log, a file or on a screen. A key
+/// of less than four characters protects nothing and would match ordinary words, so it is not
+/// replaced. Call it before shortening a text: a part of the key is not found.
 HOST_EXPORT QString withoutSecretKey(QString text);

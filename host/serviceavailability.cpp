@@ -1,25 +1,13 @@
 #include "host/serviceavailability.h"
 
+#include "host/clock.h"
 #include "host/config.h"
-
-#include <QUrl>
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 template class Singleton<ServiceAvailability>;
-
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-QString nameOf(const QUrl &url)
-{
-    const auto isSecure = url.scheme() == QLatin1String("https");
-    return QStringLiteral("%1://%2:%3")
-        .arg(url.scheme(), url.host(), QString::number(url.port(isSecure ? 443 : 80)));
-}
-
-} // namespace
 
 CircuitBreaker::Range ServiceAvailability::configuredRange()
 {
@@ -28,48 +16,39 @@ CircuitBreaker::Range ServiceAvailability::configuredRange()
         return CircuitBreaker::Duration(Singleton<Config>::instance()->getInt(key, count));
     };
     const CircuitBreaker::Range range;
-    return {read(QStringLiteral("Http:retryFirst"), range.first),
-            read(QStringLiteral("Http:retryMax"), range.longest)};
+    return {read(u"Http:retryFirst"_s, range.first), read(u"Http:retryMax"_s, range.longest)};
 }
 
-std::chrono::milliseconds ServiceAvailability::patience(const QUrl &service,
-                                                        std::chrono::milliseconds usual)
+std::chrono::milliseconds ServiceAvailability::patience(std::chrono::milliseconds usual)
 {
     const std::scoped_lock lock(mutex);
-    return entries[nameOf(service)].breaker.patience(Clock::now(), usual);
+    return breaker.patience(Clock::steady(), usual);
 }
 
-void ServiceAvailability::note(const QUrl &service, Outcome outcome,
-                               std::chrono::seconds retryAfter)
+void ServiceAvailability::note(Outcome outcome, std::chrono::seconds retryAfter)
 {
     const std::scoped_lock lock(mutex);
-    auto &[breaker, state, leftAloneUntil] = entries[nameOf(service)];
+    known.isAsked = true;
     if (outcome == Outcome::Answered) {
         breaker.noteAnswer();
-        state = {Reach::Reachable, {}, QDateTime::currentDateTimeUtc()};
-        leftAloneUntil = Clock::now() +
+        known.unreachableSince = {};
+        leftAloneUntil = Clock::steady() +
                          std::clamp<std::chrono::seconds>(retryAfter, std::chrono::seconds::zero(),
                                                           longestRetryAfter);
         return;
     }
     if (outcome == Outcome::Unreachable)
-        breaker.noteFailure(Clock::now());
-    else
-        breaker.noteNothing();
-    state.reach = Reach::Unreachable;
-    if (state.unreachableSince.isNull())
-        state.unreachableSince = QDateTime::currentDateTimeUtc();
+        breaker.noteFailure(Clock::steady());
+    if (known.unreachableSince.isNull())
+        known.unreachableSince = Clock::now();
 }
 
-ServiceAvailability::State ServiceAvailability::state(const QUrl &service) const
+ServiceAvailability::State ServiceAvailability::state() const
 {
     using std::chrono::milliseconds;
     const std::scoped_lock lock(mutex);
-    const auto entry = entries.constFind(nameOf(service));
-    if (entry == entries.constEnd())
-        return {};
-    auto state = entry->state;
-    const auto rest = std::chrono::ceil<milliseconds>(entry->leftAloneUntil - Clock::now());
+    auto state = known;
+    const auto rest = std::chrono::ceil<milliseconds>(leftAloneUntil - Clock::steady());
     state.retryAfter = std::max(rest, milliseconds::zero());
     return state;
 }
@@ -77,5 +56,7 @@ ServiceAvailability::State ServiceAvailability::state(const QUrl &service) const
 void ServiceAvailability::clear()
 {
     const std::scoped_lock lock(mutex);
-    entries.clear();
+    breaker = CircuitBreaker(configuredRange());
+    known = {};
+    leftAloneUntil = {};
 }

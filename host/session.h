@@ -10,34 +10,34 @@
 class AbstractDocument;
 class ReceiptKeeper;
 
-/// Where the till shows how far a step has come.
+/// The till's progress display.
 class HOST_EXPORT ProgressDisplay : public HostObject
 {
 public:
-    /// Shows a text and the share done in percent.
+    /// Shows a text and the progress in percent.
     virtual void setProgress(const tr::Tr & /*text*/, int /*value*/) {}
 };
 
-/// The cashier's session: the receipt at hand and the progress display.
+/// The cashier's session: the current receipt and the progress display.
 class HOST_EXPORT Session
 {
 public:
     /// The receipt the till is working on; null between receipts.
     QSharedPointer<AbstractDocument> getCurrentDocument() const { return currentDocument; }
-    /// Null between receipts; the till calls it before it tells the plugins.
+    /// The till calls it before it tells the plugins; null between receipts.
     void setCurrentDocument(const QSharedPointer<AbstractDocument> &document)
     {
         currentDocument = document;
     }
 
-    /// Who keeps the receipt at hand; null when it is not kept at all. Not owned.
+    /// The keeper of the current receipt, not owned; null when receipts are not saved.
     ReceiptKeeper *getReceiptKeeper() const { return receiptKeeper; }
-    /// Null for nobody; must outlive its use here.
+    /// Null removes the keeper. It is not owned and must live until then.
     void setReceiptKeeper(ReceiptKeeper *keeper) { receiptKeeper = keeper; }
 
     /// Never null; a display that shows nothing until the till sets its own.
     QSharedPointer<ProgressDisplay> getProgressDisplay() const { return progressDisplay; }
-    /// Null for one that shows nothing.
+    /// Null restores the display that shows nothing.
     void setProgressDisplay(const QSharedPointer<ProgressDisplay> &display)
     {
         progressDisplay = display ? display : QSharedPointer<ProgressDisplay>::create();

@@ -1,19 +1,18 @@
 #pragma once
 
-/// The one object of its kind in the process, created on first use.
+/// The process's only object of a class, created on first use.
 ///
-/// Instantiated only inside the host library, so that a plugin and the program that loads it
-/// reach the same object. It is never destroyed: what it holds may be needed by others that end
-/// after the program's own objects.
+/// Instantiated only inside the host library, so that program and plugin share the object. It is
+/// never destroyed, because static objects that end later may still use it.
 template<typename T>
 class Singleton
 {
 public:
-    /// Never null; created by whichever thread asks first.
+    /// Never null; the first caller creates it, in any thread.
     static T *instance();
 };
 
-// Not inline, so that a module cannot make an object of its own out of it.
+// Not inline, so that a module cannot instantiate its own copy.
 template<typename T>
 T *Singleton<T>::instance()
 {

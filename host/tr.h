@@ -7,13 +7,13 @@
 
 namespace tr {
 
-/// A text for people: a message identifier and the text used where no translation is installed.
+/// A text for people: a message identifier, and the text to show without a translation.
 class HOST_EXPORT Tr
 {
 public:
     /// No text.
     Tr() = default;
-    /// A message of that identifier; with an empty one the text is never translated.
+    /// A message with that identifier; with an empty one the text is never translated.
     Tr(QString id, QString defaultText);
 
     /// Whether there is neither an identifier nor a text.

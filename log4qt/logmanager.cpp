@@ -9,7 +9,7 @@ namespace Log4Qt {
 Logger *LogManager::logger(const QString &name, const QString & /*setup*/)
 {
     static std::mutex mutex;
-    // Never destroyed: what ends last may still log.
+    // Never destroyed: static objects may log while they end.
     static auto &loggers = *new std::unordered_map<QString, std::unique_ptr<Logger>>;
     const std::scoped_lock lock(mutex);
     auto &logger = loggers[name];

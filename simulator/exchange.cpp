@@ -1,164 +1,150 @@
-#include "simulator/envelope.h"
-#include "simulator/pause.h"
+#include "simulator/bodycheck.h"
+#include "simulator/presets.h"
 #include "simulator/simulator.h"
-#include "simulator/wire.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace simulator {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
-namespace {
-
-/// A body as the log keeps it.
-QString cut(const QByteArray &body)
-{
-    constexpr qsizetype mostBytes = 4000;
-    return QString::fromUtf8(body.left(mostBytes)) +
-           (body.size() > mostBytes ? u" …"_s : QString());
-}
-
-/// Writes from the answer's body, from the offset on; returns false to close the connection.
-using Writer =
-    std::function<bool(const std::string &body, std::size_t offset, httplib::DataSink &sink)>;
-
-/// Has the body of the response written piece by piece.
-void sendInPieces(httplib::Response &response, const Writer &write)
-{
-    const auto body = std::exchange(response.body, {});
-    // The library wants no writer for nothing.
-    if (body.empty())
-        return;
-    response.headers.erase("Content-Type");
-    response.set_content_provider(
-        body.size(), jsonType,
-        [body, write](std::size_t offset, std::size_t, httplib::DataSink &sink) {
-            return write(body, offset, sink);
-        });
-}
-
-/// What the fault makes of the operation's answer.
-Answer asPlayed(const Fault &fault, const Answer &answer)
-{
-    const auto status = answer.body["smsConfirmation"_L1]["processingStatus"_L1];
-    const auto nothing = [&fault](int usualCode) {
-        return Answer{.httpCode = fault.httpCode > 0 ? fault.httpCode : usualCode};
-    };
-    switch (fault.kind) {
-    case FaultKind::EmptyBody:
-        return nothing(200);
-    case FaultKind::Http500:
-        return nothing(500);
-    case FaultKind::Busy:
-        return nothing(503);
-    case FaultKind::WrongCodeAsValidationError:
-        // The code is wrong all the same, only said in the other form that services use.
-        return status == "IncorrectConfirmationCode"_L1
-                   ? refusal(u"The code is wrong"_s, u"smsConfirmation"_s)
-                   : answer;
-    default:
-        return answer;
-    }
-}
-
-void sendFaulty(const Fault &fault, const Answer &answer, const httplib::Request &request,
-                httplib::Response &response, const std::stop_token &stop)
-{
-    send(asPlayed(fault, answer), response);
-    if (fault.kind == FaultKind::Drop) {
-        shutConnections(request.local_port, request.remote_port);
-    } else if (fault.kind == FaultKind::Busy) {
-        response.set_header("Retry-After", std::to_string(fault.retryAfter));
-    } else if (fault.kind == FaultKind::Html) {
-        response.status = 200;
-        response.set_content("<html><body>Service is being repaired</body></html>", "text/html");
-    } else if (fault.kind == FaultKind::Cut) {
-        sendInPieces(response, [](const auto &body, auto, auto &sink) {
-            sink.write(body.data(), body.size() / 2);
-            return false;
-        });
-    } else if (fault.kind == FaultKind::SlowDrip) {
-        sendInPieces(response, [=](const auto &body, auto offset, auto &sink) {
-            pause(stop, std::chrono::milliseconds(fault.milliseconds));
-            return sink.write(body.data() + offset, 1);
-        });
-    }
-}
-
-} // namespace
-
-void Simulator::answer(const httplib::Request &request, httplib::Response &response)
+void Simulator::answer(const Request &request, Connection &connection)
 {
     QElapsedTimer timer;
     timer.start();
-    const auto stop = stopping.get_token();
-    const auto query = readQuery(request.target);
-    const auto operation = query.queryItemValue(u"operation"_s, QUrl::FullyDecoded);
-    const auto connection = log.count(operation);
-    const auto fault = nextFault(operation, stop);
-    const auto delay = [&](bool isDone) {
-        if (fault.kind == FaultKind::Delay && fault.executed == isDone)
-            pause(stop, std::chrono::milliseconds(fault.milliseconds));
-    };
-    delay(false);
-    const auto answer = fault.isDone() ? carryOut(request, query, operation) : success();
-    delay(true);
-    const auto sent = bytes(request.body);
-    print(operation, fault, sent, answer);
-    sendFaulty(fault, answer, request, response, stop);
-    log.add({{"at"_L1, QDateTime::currentMSecsSinceEpoch()},
-             {"operation"_L1, operation},
-             {"connection"_L1, connection},
-             {"milliseconds"_L1, std::round(double(timer.nsecsElapsed()) / 100'000) / 10},
-             {"fault"_L1, faultName(fault.kind)},
-             {"isDone"_L1, fault.isDone()},
-             // 0 when no answer was sent.
-             {"httpCode"_L1, fault.kind == FaultKind::Drop ? 0 : response.status},
-             {"sent"_L1, cut(sent)},
-             {"answer"_L1, cut(bodyBytes(answer.body))}});
+    const auto operation = request.item(u"operation"_s);
+    const auto fault = begin(operation);
+    const bool isDelayed = fault["kind"_L1] == "delay"_L1;
+    const bool isFirst = fault["executed"_L1].toBool(true);
+    const std::chrono::milliseconds delay(isDelayed ? fault["milliseconds"_L1].toInt(usualDelay)
+                                                    : 0);
+    server->pause(isFirst ? 0ms : delay);
+    const bool isDone = isFirst || isDelayed;
+    const auto given = isDone ? carryOut(request, operation) : success();
+    server->pause(isFirst ? delay : 0ms);
+    const auto sent = asPlayed(fault, given);
+    // Before the answer, because its receiver may ask for the exchange at once.
+    note({{"at"_L1, QDateTime::currentMSecsSinceEpoch()},
+          {"operation"_L1, operation},
+          {"connection"_L1, connection.number},
+          {"milliseconds"_L1, std::round(double(timer.nsecsElapsed()) / 100'000) / 10},
+          {"fault"_L1, fault["kind"_L1].toString()},
+          {"isDone"_L1, isDone}},
+         request, sent);
+    play(fault, sent, connection);
 }
 
-Fault Simulator::nextFault(const QString &operation, const std::stop_token &stop)
+QJsonObject Simulator::begin(const QString &operation)
 {
-    const auto wait = capacity.enter();
-    if (wait > Capacity::longestWait)
-        return {.kind = FaultKind::Busy,
-                .executed = false,
-                .retryAfter = Capacity::longestWait.count()};
-    if (wait.count() > 0)
-        pause(stop, wait);
+    constexpr auto longestWait = 2s;
+    std::unique_lock lock(mutex);
+    requests.insert(operation, requests[operation].toInt() + 1);
+    if (options.capacity == 0)
+        return faults.next(operation);
+    const auto now = std::chrono::steady_clock::now();
+    const auto turn = std::max(nextTurn, now);
+    if (turn - now > longestWait) {
+        faults.count(turnedAway);
+        return {{"kind"_L1, turnedAway},
+                {"executed"_L1, false},
+                {"retryAfter"_L1, qint64(longestWait.count())}};
+    }
+    nextTurn = turn + std::chrono::nanoseconds(1s) / options.capacity;
+    lock.unlock();
+    server->pause(turn - now);
+    lock.lock();
     return faults.next(operation);
 }
 
-Answer Simulator::carryOut(const httplib::Request &request, const QUrlQuery &query,
-                           const QString &operation)
+Answer Simulator::carryOut(const Request &request, const QString &operation)
 {
-    if (auto refused = checkEnvelope(request, query, options))
+    if (auto refused = checkEnvelope(request))
         return *std::move(refused);
-    return service.answer(operation, bytes(request.body));
+    QJsonParseError error;
+    const auto document = QJsonDocument::fromJson(request.body, &error);
+    if (!document.isObject())
+        return protocolError(400, u"The body is no JSON object (byte %1)"_s.arg(error.offset));
+    const std::lock_guard lock(mutex);
+    return service.answer(operation, document.object());
 }
 
-void Simulator::print(const QString &operation, const Fault &fault, const QByteArray &sent,
-                      const Answer &answer) const
+std::optional<Answer> Simulator::checkEnvelope(const Request &request) const
 {
-    if (!options.verbose || !options.print)
-        return;
-    const auto indented = [](const QByteArray &body) {
-        const auto document = QJsonDocument::fromJson(body);
-        return QString::fromUtf8(document.isNull() ? body : document.toJson());
+    QJsonObject headers;
+    for (const auto &name : {u"Content-Type"_s, u"Accept"_s})
+        headers.insert(name, request.headers.values(name.toLower()).join(u", "_s));
+    if (auto wrong = checkQuery(request, u"envelope"_s, headers))
+        return wrong;
+    if (const auto sent = request.item(u"endpointId"_s); sent != options.endpoint)
+        return protocolError(403, u"Unknown endpoint '%1'"_s.arg(sent));
+    // The expected value is a secret, and the sent one may be.
+    if (!request.has(u"authorization"_s, u"Mindbox secretKey=\"%1\""_s.arg(options.secretKey)))
+        return protocolError(401, u"The secret key is missing or wrong"_s);
+    return {};
+}
+
+std::optional<Answer> Simulator::checkQuery(const Request &request, const QString &shape,
+                                            QJsonObject more)
+{
+    for (const auto &[name, value] : request.query.queryItems(QUrl::FullyDecoded)) {
+        if (more.contains(name))
+            return protocolError(400, u"%1 stands twice"_s.arg(name));
+        more.insert(name, value);
+    }
+    const auto wrong = inWords(checkBody(more, u"others"_s, shape));
+    return wrong.isEmpty() ? std::nullopt : std::optional(protocolError(400, wrong));
+}
+
+void Simulator::note(QJsonObject exchange, const Request &request, const Answer &answer)
+{
+    const auto fault = exchange["fault"_L1].toString();
+    const bool isDropped = fault == "drop"_L1;
+    const auto parts = [this](const QByteArray &head, const QByteArray &body) {
+        return QJsonObject{{"head"_L1, shown(head)}, {"body"_L1, shown(body)}};
     };
-    if (fault.kind != FaultKind::None)
-        options.print(u"fault: %1"_s.arg(faultName(fault.kind)));
-    const auto given =
-        u"answer %1\n%2"_s.arg(QString::number(answer.httpCode), indented(bodyBytes(answer.body)));
-    options.print(
-        u"%1\n%2%3"_s.arg(operation, indented(sent), fault.isDone() ? given : u"not done"_s));
+    exchange.insert("httpCode"_L1, isDropped ? 0 : answer.httpCode);
+    exchange.insert("outcome"_L1, isDropped || fault == "cut"_L1 ? QString() : answer.outcome());
+    exchange.insert("request"_L1, parts(request.head.toUtf8(), request.body));
+    exchange.insert("answer"_L1, isDropped ? parts({}, {}) : parts(answer.head(), answer.body));
+    const auto body = QJsonDocument::fromJson(request.body).object();
+    const std::lock_guard lock(mutex);
+    store.note(merged(exchange, service.subject(body)));
+}
+
+QString Simulator::shown(const QByteArray &text) const
+{
+    constexpr qsizetype most = 10'000;
+    auto shown = QString::fromUtf8(text.left(most + options.secretKey.size()));
+    if (!options.secretKey.isEmpty())
+        shown.replace(options.secretKey, u"…"_s);
+    return shown.size() > most ? shown.left(most) + u" …"_s : shown;
+}
+
+void Simulator::play(const QJsonObject &fault, const Answer &answer, Connection &connection) const
+{
+    const auto kind = fault["kind"_L1].toString();
+    const auto start = answer.head();
+    const auto rest = answer.rest();
+    if (kind == "drop"_L1 || kind == "cut"_L1) {
+        if (kind == "cut"_L1)
+            connection.send(start + rest.first(rest.size() / 2));
+        connection.end();
+        return;
+    }
+    if (kind != "slowDrip"_L1) {
+        connection.send(start + rest);
+        return;
+    }
+    const std::chrono::milliseconds between(fault["milliseconds"_L1].toInt(usualDelay));
+    bool goesOn = connection.send(start);
+    for (qsizetype i = 0; goesOn && i < rest.size(); ++i)
+        goesOn = server->pause(between) && connection.send(rest.mid(i, 1));
 }
 
 } // namespace simulator

@@ -1,180 +1,70 @@
 #include "simulator/faults.h"
 
 #include "simulator/bodycheck.h"
-
-#include <QJsonArray>
+#include "simulator/presets.h"
 
 #include <algorithm>
-#include <array>
 
 namespace simulator {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-struct KindName
+QString FaultPlan::add(const QJsonObject &fault)
 {
-    FaultKind kind;
-    QLatin1String name;
-};
-constexpr auto kindNames = std::to_array<KindName>({
-    {FaultKind::None, ""_L1},
-    {FaultKind::Delay, "delay"_L1},
-    {FaultKind::Drop, "drop"_L1},
-    {FaultKind::Cut, "cut"_L1},
-    {FaultKind::EmptyBody, "emptyBody"_L1},
-    {FaultKind::Http500, "http500"_L1},
-    {FaultKind::Busy, "busy"_L1},
-    {FaultKind::Html, "html"_L1},
-    {FaultKind::SlowDrip, "slowDrip"_L1},
-    {FaultKind::WrongCodeAsValidationError, "wrongCodeAsValidationError"_L1},
-});
-
-struct Number
-{
-    QLatin1String name;
-    int Fault::*value;
-};
-constexpr auto numbers = std::to_array<Number>({
-    {"count"_L1, &Fault::count},
-    {"milliseconds"_L1, &Fault::milliseconds},
-    {"httpCode"_L1, &Fault::httpCode},
-    {"retryAfter"_L1, &Fault::retryAfter},
-});
-
-/// Of an order that was found right.
-Fault fromJson(const QJsonObject &order)
-{
-    Fault fault{.kind = *faultKind(order["kind"_L1].toString()),
-                .operation = order["operation"_L1].toString(),
-                .executed = order["executed"_L1].toBool(true),
-                .probability = order["probability"_L1].toDouble(1)};
-    for (const auto &[name, value] : numbers)
-        fault.*value = order[name].toInt(fault.*value);
-    return fault;
-}
-
-QJsonObject toJson(const Fault &fault)
-{
-    QJsonObject order{{"kind"_L1, faultName(fault.kind)},
-                      {"operation"_L1, fault.operation},
-                      {"executed"_L1, fault.executed},
-                      {"probability"_L1, fault.probability}};
-    for (const auto &[name, value] : numbers)
-        order.insert(name, fault.*value);
-    return order;
-}
-
-} // namespace
-
-QString faultName(FaultKind kind)
-{
-    return std::ranges::find(kindNames, kind, &KindName::kind)->name;
-}
-
-std::optional<FaultKind> faultKind(const QString &name)
-{
-    const auto *const known = std::ranges::find(kindNames, name, &KindName::name);
-    return known == kindNames.end() || name.isEmpty() ? std::nullopt : std::optional(known->kind);
-}
-
-bool Fault::isDone() const
-{
-    return executed || kind == FaultKind::Delay || kind == FaultKind::SlowDrip ||
-           kind == FaultKind::WrongCodeAsValidationError;
-}
-
-void FaultPlan::add(const Fault &fault)
-{
-    const std::lock_guard lock(mutex);
-    const auto drawn = std::ranges::find(waiting, true, &Fault::isDrawn);
-    waiting.insert(fault.isDrawn ? waiting.end() : drawn, fault);
-}
-
-QString FaultPlan::addJson(const QJsonObject &order)
-{
-    const bool isRandom = order.contains("random"_L1);
-    const auto wrong = checkBody(order, isRandom ? u"random faults"_s : u"one fault"_s);
-    if (!wrong.isEmpty())
-        return (wrong[0]["location"_L1].toString() + u' ' + wrong[0]["message"_L1].toString())
-            .trimmed();
-    if (!isRandom)
-        add(fromJson(order));
-    else if (order["random"_L1]["kinds"_L1].toArray().isEmpty())
-        return u"random.kinds must name a kind of fault"_s;
-    else
-        addRandom(order["random"_L1].toObject());
-    return {};
-}
-
-void FaultPlan::addRandom(const QJsonObject &order)
-{
-    {
-        const std::lock_guard lock(mutex);
-        waiting.removeIf([](const Fault &fault) { return fault.isDrawn; });
-        generator.seed(static_cast<quint32>(order["seed"_L1].toInteger()));
-    }
-    const auto names = order["kinds"_L1].toArray();
-    const auto share = order["probability"_L1].toDouble() / double(names.size());
-    // A kind is tried only when those before it did not hit, so that each gets the same share.
-    for (double before = 0; const auto name : names) {
-        auto fault = fromJson({{"kind"_L1, name}, {"milliseconds"_L1, order["milliseconds"_L1]}});
-        fault.count = 0;
-        fault.probability = share / (1 - before);
-        fault.isDrawn = true;
-        add(fault);
-        before += share;
-    }
+    const auto wrong = inWords(checkBody(fault, u"faults"_s, fault["kind"_L1].toString()));
+    if (wrong.isEmpty())
+        waiting.append(fault);
+    return wrong;
 }
 
 void FaultPlan::clear(const QString &kind)
 {
-    const std::lock_guard lock(mutex);
     waiting.removeIf(
-        [&kind](const Fault &fault) { return kind.isEmpty() || faultName(fault.kind) == kind; });
+        [&](const QJsonObject &fault) { return kind.isEmpty() || fault["kind"_L1] == kind; });
 }
 
-void FaultPlan::reset()
+QJsonObject FaultPlan::next(const QString &operation)
 {
-    clear();
-    const std::lock_guard lock(mutex);
-    played = {};
-}
-
-Fault FaultPlan::next(const QString &operation)
-{
-    const std::lock_guard lock(mutex);
-    const auto found =
-        std::ranges::find_if(waiting, [&](const Fault &fault) { return hits(fault, operation); });
+    const auto found = std::ranges::find_if(waiting, [&](const QJsonObject &fault) {
+        const bool isMeant = !fault.contains("operation"_L1) || fault["operation"_L1] == operation;
+        return isMeant && generator.generateDouble() < fault["probability"_L1].toDouble(1);
+    });
     if (found == waiting.end())
         return {};
     auto fault = *found;
-    if (fault.count > 0 && --found->count == 0)
+    if (const auto left = fault["count"_L1].toInt(1); left == 1)
         waiting.erase(found);
-    if (fault.isDrawn) {
-        fault.executed = generator.bounded(2) == 1;
-        if (fault.kind == FaultKind::Delay)
-            fault.milliseconds = generator.bounded(fault.milliseconds + 1);
-    }
-    const auto name = faultName(fault.kind);
-    played.insert(name, played[name].toInt() + 1);
+    else if (left > 1)
+        found->insert("count"_L1, left - 1);
+    count(fault["kind"_L1].toString());
     return fault;
-}
-
-bool FaultPlan::hits(const Fault &fault, const QString &operation)
-{
-    return (fault.operation.isEmpty() || fault.operation == operation) &&
-           (fault.probability >= 1 || generator.generateDouble() < fault.probability);
 }
 
 QJsonObject FaultPlan::toJson() const
 {
-    const std::lock_guard lock(mutex);
-    QJsonArray orders;
+    QJsonArray faults;
     for (const auto &fault : waiting)
-        orders.append(simulator::toJson(fault));
-    return {{"played"_L1, played}, {"waiting"_L1, orders}};
+        faults.append(fault);
+    return {{"played"_L1, played}, {"waiting"_L1, faults}};
+}
+
+Answer asPlayed(const QJsonObject &fault, const Answer &answer)
+{
+    static const auto presetAnswers = ownJson(u"faults"_s);
+    const auto kind = fault["kind"_L1].toString();
+    if (!presetAnswers.contains(kind))
+        return answer;
+    const auto told = merged(presetAnswers[kind].toObject(), fault);
+    const auto body = told["body"_L1];
+    // A text is sent as it is, any other body as JSON.
+    const bool isText = body.isUndefined() || body.isString();
+    auto played = isText ? Answer{.body = body.toString().toUtf8()} : asJson(body);
+    played.httpCode = told["httpCode"_L1].toInt(200);
+    played.headers = merged(played.headers, told["headers"_L1].toObject());
+    played.trailers = told["trailers"_L1].toObject();
+    if (const auto seconds = told["retryAfter"_L1]; seconds.isDouble())
+        played.headers.insert("Retry-After"_L1, QString::number(seconds.toInt()));
+    return played;
 }
 
 } // namespace simulator

@@ -1,40 +1,23 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QList>
 #include <QString>
 
 namespace simulator {
 
-/// Where a preset customer differs from one that the service serves as usual.
-enum class Behaviour {
-    Usual,
-    LetterRefused,
-    RegistrationRefused, ///< Not a customer: a phone that never becomes one.
-    ReloadFails,         ///< The look-up that follows an accepted edit is answered with an error.
-    OrderRefused,        ///< The order is answered as not processed and is not kept.
-    OrderCalculated      ///< The order is kept and answered as calculated, not as processed.
-};
+/// One of the program's embedded JSON documents.
+QJsonObject ownJson(const QString &name);
+/// The object with the members of the other one added or replaced.
+QJsonObject merged(QJsonObject object, const QJsonObject &other);
 
-/// A phone that the service treats in a way of its own from the start.
-struct Preset
-{
-    QString mobilePhone; ///< As normalizedPhone spells it.
-    QString description; ///< One line for the documentation.
-    Behaviour behaviour = Behaviour::Usual;
-    QJsonObject customer{}; ///< As in the answers, without processing status; empty for none.
-};
+/// The special behaviour for this phone; empty when there is none.
+QString behaviour(const QString &phone);
 
-/// The preset phones in the order of the documentation.
-const QList<Preset> &presets();
-/// Behaviour for a phone in its normal form; `Behaviour::Usual` for one that is not preset.
-Behaviour behaviour(const QString &mobilePhone);
+/// A registered customer without data, in the form of the answers.
+QJsonObject newCustomer(const QString &mobilePhone);
 
-/// Whether letters to this address of a preset customer are refused.
-bool isLetterRefused(const QString &email);
-
-/// The phone as the service spells it: eleven digits from 7. Ten digits get the 7, a leading 8
-/// becomes 7, anything between the digits is dropped; empty when that leaves no such number.
+/// The phone in the service's normal form: eleven digits that begin with 7. Ten digits get the 7, a
+/// leading 8 becomes 7, other characters are dropped. Empty when the result is no such number.
 QString normalizedPhone(const QString &phone);
 
 } // namespace simulator

@@ -6,61 +6,59 @@
 
 #include <QHash>
 #include <QRandomGenerator>
-#include <QSet>
-
-#include <mutex>
 
 namespace simulator {
 
-/// The service without its wire: takes a request, changes what it holds, says the answer.
+/// The key of an order: its one external identifier with its name; empty without one.
+QString orderId(const QJsonObject &order);
+
+/// The service without HTTP: takes a request, changes the store, returns the answer.
 ///
-/// Usable from several threads. A change is on the disk before it is answered.
+/// A change is on the disk before the answer. Prints the SMS and letters that it sends.
 class Service
 {
 public:
-    /// The options must outlive the service.
-    explicit Service(const Options &options);
+    /// Both must outlive the service.
+    Service(const Options &options, Store &store);
 
-    /// Opens the state, once. Returns what is wrong with it, empty when it can be used.
-    [[nodiscard]] QString open();
-
-    Answer answer(const QString &operation, const QByteArray &sent);
-
-    /// Members "customers", "codes", "letters" and "orders".
-    QJsonObject dump() const;
-    /// What a page has not been told: what `Store::since` says, orders with their first lines
-    /// and "lineCount"; empty for nothing.
-    QJsonObject since(qint64 &change) const;
-    /// Back to the preset customers.
-    void reset();
+    Answer answer(const QString &operation, const QJsonObject &body);
+    /// The sale that a body belongs to: "phone" in its normal form and "order", as far as the body,
+    /// the order or the e-mail address shows them.
+    QJsonObject subject(const QJsonObject &body) const;
 
 private:
-    using Operation = Answer (Service::*)(const QJsonObject &body);
+    /// A checked body, and the customer whose phone it names.
+    struct Asked
+    {
+        QJsonObject body;
+        QString phone;        ///< In its normal form.
+        QJsonObject customer; ///< Empty when unknown.
+    };
+    struct Operation
+    {
+        Answer (Service::*carryOut)(const Asked &asked);
+        bool isForKnown = false; ///< Answers "NotFound" for an unknown customer.
+    };
     static const QHash<QString, Operation> operations; ///< By name, as in bodies.json.
 
-    /// Keeps all that the operation changes or nothing; HTTP 500 and no word then, as services do
-    /// whose disk is full.
-    Answer carryOut(Operation operation, const QJsonObject &body);
-    Answer getCustomer(const QJsonObject &body);
-    Answer registerCustomer(const QJsonObject &body);
-    Answer editCustomer(const QJsonObject &body);
-    Answer checkAuthorizationCode(const QJsonObject &body);
-    Answer confirmMobilePhone(const QJsonObject &body);
-    Answer resendConfirmationCode(const QJsonObject &body);
-    Answer emailConfirmationLetter(const QJsonObject &body);
-    Answer createAuthorizedOrder(const QJsonObject &body);
-    Answer changeStatus(const QJsonObject &body);
+    Answer getCustomer(const Asked &asked);
+    Answer registerCustomer(const Asked &asked);
+    Answer editCustomer(const Asked &asked);
+    Answer checkAuthorizationCode(const Asked &asked);
+    Answer confirmMobilePhone(const Asked &asked);
+    Answer resendConfirmationCode(const Asked &asked);
+    Answer emailConfirmationLetter(const Asked &asked);
+    Answer createAuthorizedOrder(const Asked &asked);
+    Answer changeStatus(const Asked &asked);
     /// Empty when there is none.
-    QJsonObject customer(const QString &phone) const;
+    QJsonObject customerWith(const QString &email) const;
     bool isCodeRight(const QString &phone, const QString &code) const;
     void sendCode(const QString &phone);
 
     const Options &options;
-    mutable std::mutex mutex;
-    Store store;
+    Store &store;
     QRandomGenerator random;
-    QSet<QString> failingReloads; ///< Phones whose next look-up fails.
-    QString message;              ///< What the operation at hand sends to the customer.
+    QString message; ///< The current operation's SMS or letter.
 };
 
 } // namespace simulator

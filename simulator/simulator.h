@@ -1,101 +1,98 @@
 #pragma once
 
-#include "simulator/capacity.h"
-#include "simulator/exchangelog.h"
 #include "simulator/faults.h"
+#include "simulator/httpserver.h"
 #include "simulator/options.h"
-#include "simulator/page.h"
 #include "simulator/service.h"
 
 #include <QJsonArray>
 #include <QString>
-#include <QUrlQuery>
 
-#include <atomic>
 #include <memory>
-#include <stop_token>
-#include <thread>
-
-namespace httplib {
-class Server;
-struct Request;
-struct Response;
-} // namespace httplib
+#include <mutex>
+#include <optional>
 
 namespace simulator {
 
 /// The loyalty service on loopback, over real HTTP: the operations, the control door under
-/// /simulator/ for faults, the dump and the reset, and a page that shows it.
+/// /simulator/ (see docs/simulator.md), and a page that shows both.
 ///
 ///     simulator::Simulator simulator;
-///     ASSERT_TRUE(simulator.start()) << qPrintable(simulator.errorString());
+///     ASSERT_TRUE(simulator.start());
 ///     settings.insert("LmMindbox:url", simulator.url());
 ///
-/// What it holds outlives a stop; a later start listens on the same port. Every operation may be
+/// The state outlives a stop, and a later start listens on the same port. Every method may be
 /// called while it serves.
 class Simulator
 {
 public:
     explicit Simulator(Options options = {});
-    ~Simulator(); ///< Stops.
     Q_DISABLE_COPY_MOVE(Simulator)
+    ~Simulator() { stop(); }
 
-    /// Serves on threads of its own from now on. Returns false with `errorString` set when the
-    /// port, the state or the certificate cannot be used.
-    [[nodiscard]] bool start();
-    /// Closes every connection at once, waiting answers included, and waits until no request is
+    /// Starts serving on its own threads. Returns the reason when the port, the state or the
+    /// certificate cannot be used.
+    [[nodiscard]] Store::Done start();
+    /// Closes every connection at once, even before its answer, and waits until no request is
     /// served.
     void stop();
-    QString errorString() const { return error; }
 
     /// 0 before the first start.
     int port() const { return boundPort; }
-    /// Address of the operations.
+    /// The operations' address.
     QString url() const;
 
-    void addFault(const Fault &fault) { faults.add(fault); }
+    /// Like POST /simulator/faults. Returns the mistake in it; empty when it was added.
+    [[nodiscard]] QString addFault(const QJsonObject &fault);
 
-    /// What GET /simulator/dump answers: "customers", "codes" (the unused one last sent to a
-    /// phone), "letters", "orders", "faults" and the counts "requests" (by operation) and
-    /// "connections".
+    /// The answer of GET /simulator/dump: "customers", "codes" (a phone's last unused one),
+    /// "letters" (an address's last one), "orders", "faults" and "requests" (counts by operation).
     QJsonObject dump() const;
-    /// As they came, each with "ids", "mobilePhone", "lines" (with "status" once changed),
-    /// "totalPrice", "pointOfContact", "executionDateTimeUtc" when sent, "processingStatus" and
-    /// the counts "repetitions", "conflicts" (repetitions whose content differed; the first one
-    /// stands), "statusChanges" and "statusRepetitions".
+    /// The orders in the order of their last change, each with "ids", "mobilePhone", "lines" (with
+    /// "status" once changed), "totalPrice", "pointOfContact", "executionDateTimeUtc" when sent,
+    /// "processingStatus" and the counts "repetitions", "conflicts" (repetitions with other
+    /// content; the first content stays), "statusChanges" and "statusRepetitions".
     QJsonArray orders() const { return dump()[QLatin1String("orders")].toArray(); }
 
 private:
-    QString openAndListen();
-    bool makeServer();
-    void addRoutes();
-    void addChanges();
-    QJsonObject news(Told &told) const;
-    void reset();
+    void serve(const Request &request, Connection &connection);
+    /// Sends the page the news as they come, until it is closed or the service stops.
+    void tellNews(Connection &connection) const;
 
-    /// Turns away an operation that comes too fast, plays the plan's fault on another, has it
-    /// answered and logs it. Called by a thread of the connection's own.
-    void answer(const httplib::Request &request, httplib::Response &response);
-    /// What befalls the request that came now, when its turn has come or it was turned away.
-    Fault nextFault(const QString &operation, const std::stop_token &stop);
-    Answer carryOut(const httplib::Request &request, const QUrlQuery &query,
-                    const QString &operation);
-    void print(const QString &operation, const Fault &fault, const QByteArray &sent,
-               const Answer &answer) const;
+    /// Answers every request that is no operation.
+    Answer control(const Request &request);
+    Answer addFaults(const Request &request);
+    Answer clearFaults(const Request &request);
+    Answer putCustomer(const Request &request);
+    Answer removeCustomer(const Request &request);
+    Answer findExchanges(const Request &request);
+    Answer reset(const Request &request);
+    /// Refuses a query that, with these other members, has not this shape.
+    static std::optional<Answer> checkQuery(const Request &request, const QString &shape,
+                                            QJsonObject more = {});
+
+    /// Answers an operation and notes it in the journal. Turns it away when it comes too fast, and
+    /// plays the plan's fault on it.
+    void answer(const Request &request, Connection &connection);
+    /// Counts a request and waits for its turn unless it is turned away. Returns its fault.
+    QJsonObject begin(const QString &operation);
+    Answer carryOut(const Request &request, const QString &operation);
+    std::optional<Answer> checkEnvelope(const Request &request) const;
+    void note(QJsonObject exchange, const Request &request, const Answer &answer);
+    /// Sends the answer, as much and as fast as the fault allows.
+    void play(const QJsonObject &fault, const Answer &answer, Connection &connection) const;
+    /// The text without the key, and cut when it is long.
+    QString shown(const QByteArray &text) const;
 
     const Options options;
+    mutable std::mutex mutex; ///< Guards what requests change: the members down to `server`.
     FaultPlan faults;
-    Service service;
-    ExchangeLog log;
-    Capacity capacity;
-    std::atomic<int> resets = 0;
-    QString error;
+    Store store;
+    Service service{options, store};
+    QJsonObject requests;
+    std::chrono::steady_clock::time_point nextTurn; ///< Of requests that the capacity limits.
 
-    std::unique_ptr<httplib::Server> server;
-    std::stop_source stopping;
-    std::thread listener;
-    std::atomic<bool> listening = false;
-    int listeningSocket = -1;
+    std::unique_ptr<HttpServer> server;
     int boundPort = 0;
 };
 

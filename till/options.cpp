@@ -1,10 +1,15 @@
 #include "till/options.h"
 
 #include "till/console/salecommands.h"
+#include "till/core/settingtable.h"
 
-#include <QCommandLineParser>
+#include <QDate>
 
+#include <algorithm>
 #include <array>
+#include <iostream>
+
+using namespace Qt::StringLiterals;
 
 namespace till {
 
@@ -13,8 +18,8 @@ namespace {
 struct KnownOption
 {
     const char *name;
-    const char *value;    ///< What its value is called; empty for a switch.
-    const char *commands; ///< It goes with these only; empty for all.
+    const char *value;    ///< The name of its value in the help; empty for a switch.
+    const char *commands; ///< The commands that take it; empty for all.
     const char *meaning;
 };
 
@@ -22,60 +27,51 @@ constexpr std::array knownOptions{
     KnownOption{"config", "file", "",
                 "Settings file. Default: the environment variable TILL_CONFIG, else till/till.conf "
                 "in the user's configuration directory or in /etc/xdg."},
-    KnownOption{"plugin", "file", "",
-                "Plugin module. Default: the setting Till:plugin, else lmmindbox.so beside the "
-                "program, in ../lib or where an installation has it."},
-    KnownOption{"data", "directory", "",
-                "Data directory. Default: the setting Till:dataDir, else till in the user's data "
-                "directory."},
-    KnownOption{"language", "code", "",
-                "Language of the texts: ru or en. Default: the setting Till:language, else ru."},
-    KnownOption{"log", "file", "",
-                "Log file, \"-\" for standard error. Default: the setting Till:log, else till.log "
-                "in the data directory."},
+    KnownOption{"plugin", "file", "", "Instead of the setting Till:plugin."},
+    KnownOption{"data", "directory", "", "Instead of the setting Till:dataDir."},
+    KnownOption{"language", "code", "", "Instead of the setting Till:language."},
+    KnownOption{"log", "file", "", "Instead of the setting Till:log."},
     KnownOption{"no-delivery", "", "", "Do not deliver the queue while selling."},
-    KnownOption{"echo", "", "", "Show every line read, for the output of a script."},
+    KnownOption{"echo", "", "", "Show every line after reading it, for a script's output."},
     KnownOption{"once", "", "deliver",
-                "End when nothing is waiting or the service cannot be reached."},
+                "End when no message waits or the service cannot be reached."},
     KnownOption{"json", "", "check queue receipts", "Answer as JSON."},
-    KnownOption{"refused", "", "receipts", "Only those that the service did not take."},
-    KnownOption{"since", "date", "receipts", "Only those begun on that day, YYYY-MM-DD, or later."},
-    KnownOption{"phone", "number", "check", "The phone to look up. Default: one that nobody has."},
-    KnownOption{"metrics", "file", "check", "Write the result into the file as metrics, too."},
-    KnownOption{"output", "file", "metrics", "Write into the file, not to standard output."},
+    KnownOption{"refused", "", "receipts report", "Only receipts that the service refused."},
+    KnownOption{"since", "date", "receipts report",
+                "Only receipts begun on that day, YYYY-MM-DD, or later."},
+    KnownOption{"yes", "", "report", "Do not ask before reporting several receipts."},
+    KnownOption{"phone", "number", "check",
+                "The phone to look up. Default: a number that nobody has."},
+    KnownOption{"metrics", "file", "check", "Also write the result into the file as metrics."},
+    KnownOption{"output", "file", "metrics", "Write into the file instead of standard output."},
 };
 
 constexpr auto commandHelp =
-    "  check                   says whether this till will work\n"
-    "  deliver                 brings the waiting messages to the service until it is stopped\n"
-    "  metrics                 shows the till's figures as OpenMetrics text\n"
-    "  queue [list | parked]   shows what waits for delivery, or what is put aside\n"
-    "  queue park ID           puts a waiting message aside\n"
-    "  queue retry ID          puts one back; \"all\" instead of ID: all of them\n"
+    "  check                   tells whether this till will work\n"
+    "  deliver                 delivers the waiting messages until it is stopped\n"
+    "  metrics                 prints the till's figures as OpenMetrics text\n"
+    "  queue [list | parked]   lists the waiting or the parked messages (dead letters)\n"
+    "  queue park ID           parks a waiting message\n"
+    "  queue retry ID          puts a parked message back; \"all\" instead of ID: all of them\n"
     "  queue export FILE       writes all messages into a new file\n"
     "  receipts [show NUMBER]  lists the receipts, or shows one\n"
-    "  report NUMBER           reports a committed receipt once more";
+    "  report NUMBER...        reports committed receipts again, even beside a selling till;\n"
+    "                          --refused instead of numbers: all that the service refused"_L1;
 
 constexpr auto exitCodeHelp =
-    "Exit code when selling: 0 when every line was understood (a step that the sale refuses is\n"
-    "understood), 1 otherwise. check: 0, 1 with a warning, 2 when something failed. queue, "
-    "deliver\n"
-    "--once: 1 when the store cannot be used or something is still waiting, else 3 when something\n"
-    "is parked. Other commands: 1 when they could not do it. Everywhere: 2 for bad options,\n"
-    "settings or a plugin that cannot be loaded.";
+    "Exit code when selling: 0 when every line was understood, even if the sale refused the step;\n"
+    "1 otherwise. check: 1 with a warning, 2 with a failure. deliver --once: 1 when the store "
+    "cannot\n"
+    "be used or a message still waits, else 3 when one is parked. queue: 1 on failure, else 3 "
+    "when\n"
+    "a message is parked. Other commands: 1 on failure. Everywhere: 2 for bad options or "
+    "settings,\n"
+    "or a plugin that cannot be loaded."_L1;
 
-/// A command with as many arguments as it takes.
-struct KnownCommand
-{
-    const char *name; ///< Empty for selling.
-    int least;
-    int most;
-};
-
-constexpr std::array knownCommands{KnownCommand{"", 0, 0},        KnownCommand{"check", 0, 0},
-                                   KnownCommand{"deliver", 0, 0}, KnownCommand{"metrics", 0, 0},
-                                   KnownCommand{"queue", 0, 2},   KnownCommand{"receipts", 0, 2},
-                                   KnownCommand{"report", 1, 1}};
+/// The commands with the most arguments that each takes.
+constexpr std::array knownCommands{std::pair{"check"_L1, 0},    std::pair{"deliver"_L1, 0},
+                                   std::pair{"metrics"_L1, 0},  std::pair{"queue"_L1, 2},
+                                   std::pair{"receipts"_L1, 2}, std::pair{"report"_L1, 1'000}};
 
 QString latin1(const char *text)
 {
@@ -87,98 +83,88 @@ void addTo(QCommandLineParser &parser)
     for (const auto &[name, value, commands, meaning] : knownOptions) {
         auto text = latin1(meaning);
         if (*commands != '\0')
-            text = QStringLiteral("With %1: %2")
-                       .arg(latin1(commands).replace(u' ', QStringLiteral(", ")), text);
+            text = u"With %1: %2"_s.arg(latin1(commands).replace(u' ', u", "_s), text);
         parser.addOption({latin1(name), text, latin1(value)});
     }
-    parser.addOption(
-        {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")});
-    parser.addOption({QStringLiteral("version"), QStringLiteral("Show the version.")});
-    parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("See below; none: sell, with commands from "
-                                                "standard input."),
-                                 QStringLiteral("[command]"));
-    parser.setApplicationDescription(QStringLiteral("Till emulator for the loyalty plugin."));
+    parser.addOption({{u"h"_s, u"help"_s}, u"Show this text."_s});
+    parser.addOption({u"version"_s, u"Show the version."_s});
+    parser.addPositionalArgument(u"command"_s,
+                                 u"See below; none: sell, with commands from standard input."_s,
+                                 u"[command]"_s);
+    parser.setApplicationDescription(u"Till emulator for the loyalty plugin."_s);
+}
+
+/// The key, default and meaning of each setting.
+QString settingsHelp()
+{
+    QStringList lines;
+    for (const auto &setting : settingTable()) {
+        const QLatin1StringView usual(setting.usual);
+        const auto unset = usual.isEmpty() ? QString() : u" [%1]"_s.arg(usual);
+        lines.append(u"  %1%2\n      %3"_s.arg(setting.key, unset, latin1(setting.meaning)));
+    }
+    return lines.join(u'\n');
 }
 
 QString helpText(const QCommandLineParser &parser)
 {
     return parser.helpText() +
-           QStringLiteral("\nCommands:\n%1\n\n"
-                          "Commands when selling, one a line, each with an example:\n%2\n"
-                          "A line that begins with # is a comment. In a dialog each line is one "
-                          "answer; /cancel cancels it.\n"
-                          "The end of the input ends the program; an open receipt stays open.\n\n")
-               .arg(latin1(commandHelp), SaleCommands::help()) +
-           latin1(exitCodeHelp);
+           u"\nCommands:\n%1\n\n"
+           "Commands when selling, one a line, each with an example:\n%2\n"
+           "A line that begins with # is a comment. In a dialog each line is one answer; /cancel "
+           "cancels it.\n"
+           "The end of the input ends the program; an open receipt stays open.\n\n"
+           "Settings, in the file as key=value, with their [defaults]:\n%3\n\n%4"_s.arg(
+               commandHelp, SaleCommands::help(), settingsHelp(), exitCodeHelp);
 }
 
-/// Why there is no such command with these options; empty when there is.
-QString commandProblem(const QCommandLineParser &parser)
+/// What is wrong with the command and its options; empty when nothing is.
+QString problemOf(const QCommandLineParser &parser)
 {
     const auto arguments = parser.positionalArguments();
     const auto name = arguments.value(0);
-    const auto *const command =
-        std::find_if(knownCommands.begin(), knownCommands.end(),
-                     [&name](const KnownCommand &known) { return name == latin1(known.name); });
-    if (command == knownCommands.end())
-        return QStringLiteral("unknown command \"%1\"").arg(name);
     const auto count = arguments.size() - 1;
-    if (!name.isEmpty() && (count < command->least || count > command->most))
-        return QStringLiteral("\"%1\" with %2 arguments, expected %3 to %4")
-            .arg(name)
-            .arg(count)
-            .arg(command->least)
-            .arg(command->most);
+    const auto *const command = std::ranges::find(
+        knownCommands, name, [](const auto &known) { return QString(known.first); });
+    if (!name.isEmpty() && command == knownCommands.end())
+        return u"unknown command \"%1\""_s.arg(name);
+    if (!name.isEmpty() && count > command->second)
+        return u"\"%1\" with %2 arguments, expected at most %3"_s.arg(name).arg(count).arg(
+            command->second);
+    if (name == "report"_L1 && (count > 0) == parser.isSet(u"refused"_s))
+        return u"\"report\": expected receipts' numbers or --refused"_s;
     for (const auto &option : knownOptions) {
         const auto commands = latin1(option.commands).split(u' ', Qt::SkipEmptyParts);
         if (parser.isSet(latin1(option.name)) && !commands.isEmpty() && !commands.contains(name))
-            return QStringLiteral("--%1 goes with %2 only")
-                .arg(latin1(option.name), commands.join(QStringLiteral(", ")));
+            return u"--%1 goes with %2 only"_s.arg(latin1(option.name), commands.join(", "_L1));
     }
+    const auto since = parser.value(u"since"_s);
+    if (parser.isSet(u"since"_s) && !QDate::fromString(since, Qt::ISODate).isValid())
+        return u"--since %1: expected YYYY-MM-DD"_s.arg(since);
     return {};
 }
 
-Options read(const QCommandLineParser &parser, QString &problem)
+int end(std::ostream &output, const QString &text, int exitCode)
 {
-    const auto value = [&parser](const char *name) { return parser.value(latin1(name)); };
-    const auto isSet = [&parser](const char *name) { return parser.isSet(latin1(name)); };
-    Options options;
-    options.settings = {value("config"), value("plugin"), value("data"), value("language"),
-                        value("log")};
-    options.deliversInBackground = !isSet("no-delivery");
-    options.once = isSet("once");
-    options.echo = isSet("echo");
-    options.json = isSet("json");
-    if (isSet("refused"))
-        options.receipts.outcome = Report::Refused;
-    options.receipts.since = QDate::fromString(value("since"), Qt::ISODate);
-    if (isSet("since") && !options.receipts.since.isValid())
-        problem = QStringLiteral("--since %1: expected YYYY-MM-DD").arg(value("since"));
-    options.phone = value("phone");
-    options.output = value("output") + value("metrics");
-    options.command = parser.positionalArguments();
-    return options;
+    output << text.toStdString() << '\n' << std::flush;
+    return exitCode;
 }
 
 } // namespace
 
-CommandLine parseCommandLine(const QStringList &arguments)
+std::optional<int> parseCommandLine(QCommandLineParser &options)
 {
     constexpr int badOptions = 2;
-    QCommandLineParser parser;
-    addTo(parser);
-    if (!parser.parse(arguments))
-        return {{}, QStringLiteral("till: ") + parser.errorText(), badOptions};
-    if (parser.isSet(QStringLiteral("help")))
-        return {{}, helpText(parser), 0};
-    if (parser.isSet(QStringLiteral("version")))
-        return {{}, QStringLiteral("till %1").arg(QStringLiteral(TILL_VERSION)), 0};
-    auto problem = commandProblem(parser);
-    const auto options = read(parser, problem);
-    if (!problem.isEmpty())
-        return {{}, QStringLiteral("till: %1; --help says more").arg(problem), badOptions};
-    return {options, {}, 0};
+    addTo(options);
+    if (!options.parse(QCoreApplication::arguments()))
+        return end(std::cerr, u"till: "_s + options.errorText(), badOptions);
+    if (options.isSet(u"help"_s))
+        return end(std::cout, helpText(options), 0);
+    if (options.isSet(u"version"_s))
+        return end(std::cout, u"till " TILL_VERSION ""_s, 0);
+    if (const auto problem = problemOf(options); !problem.isEmpty())
+        return end(std::cerr, u"till: %1; --help says more"_s.arg(problem), badOptions);
+    return std::nullopt;
 }
 
 } // namespace till

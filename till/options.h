@@ -1,36 +1,13 @@
 #pragma once
 
-#include "till/core/settings.h"
-
-#include <QString>
-#include <QStringList>
+#include <QCommandLineParser>
 
 #include <optional>
 
 namespace till {
 
-/// What the command line asks for.
-struct Options
-{
-    SettingsOverrides settings;
-    bool deliversInBackground = true;
-    bool once = false;
-    bool echo = false;
-    bool json = false;
-    ReceiptFilter receipts;
-    QString phone;       ///< Of the look-up of "check"; empty for its own.
-    QString output;      ///< File that "metrics" or "check" writes; empty for none.
-    QStringList command; ///< Empty for selling.
-};
-
-/// A command line as it was read.
-struct CommandLine
-{
-    std::optional<Options> options; ///< Nothing when the program is to end.
-    QString text;                   ///< What to say before it ends.
-    int exitCode = 0;
-};
-
-CommandLine parseCommandLine(const QStringList &arguments);
+/// Parses the program's arguments. Prints the help, the version or what is wrong with them when the
+/// program must end. \return Its exit code then.
+[[nodiscard]] std::optional<int> parseCommandLine(QCommandLineParser &options);
 
 } // namespace till

@@ -2,6 +2,45 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru" sourcelanguage="en">
 <context>
+    <name>Config</name>
+    <message>
+        <source>expected text, found a null character</source>
+        <translation>ожидается текст, найден нулевой символ</translation>
+    </message>
+    <message>
+        <source>expected UTF-8</source>
+        <translation>ожидается UTF-8</translation>
+    </message>
+    <message>
+        <source>expected no byte order mark</source>
+        <translation>метки порядка байтов быть не должно</translation>
+    </message>
+    <message>
+        <source>expected the line to end with a line feed alone, found a carriage return before it</source>
+        <translation>строка должна кончаться одним переводом строки, перед ним стоит возврат каретки</translation>
+    </message>
+    <message>
+        <source>expected key=value</source>
+        <translation>ожидается ключ=значение</translation>
+    </message>
+    <message>
+        <source>expected no blank around the key</source>
+        <translation>вокруг ключа не должно быть пробелов</translation>
+    </message>
+    <message>
+        <source>expected no blank at the ends of the value of &quot;%1&quot;</source>
+        <translation>по краям значения «%1» не должно быть пробелов</translation>
+    </message>
+    <message>
+        <source>the settings cannot be read: %1</source>
+        <translation>настройки не читаются: %1</translation>
+    </message>
+    <message>
+        <source>expected each key once, &quot;%1&quot; already stands in line %2</source>
+        <translation>каждый ключ ожидается один раз, «%1» уже есть в строке %2</translation>
+    </message>
+</context>
+<context>
     <name>ConsoleText</name>
     <message>
         <source>The line is not UTF-8 text.</source>
@@ -32,7 +71,7 @@
         <translation>вопрос</translation>
     </message>
     <message>
-        <source>1 or 2 is expected.</source>
+        <source>Type 1 or 2.</source>
         <translation>Введите 1 или 2.</translation>
     </message>
     <message>
@@ -40,8 +79,8 @@
         <translation>ввод</translation>
     </message>
     <message>
-        <source>At most %1 characters are expected.</source>
-        <translation>Не больше %1 символов.</translation>
+        <source>Type at most %1 characters.</source>
+        <translation>Введите не больше %1 символов.</translation>
     </message>
     <message>
         <source>form</source>
@@ -52,139 +91,7 @@
         <translation>Отказаться здесь нельзя.</translation>
     </message>
     <message>
-        <source>No receipt is open.</source>
-        <translation>Открытого чека нет.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is open; commit or cancel it first.</source>
-        <translation>Открыт чек %1: сначала закройте его (commit) или аннулируйте (cancel).</translation>
-    </message>
-    <message>
-        <source>There is no position %1.</source>
-        <translation>В чеке нет позиции %1.</translation>
-    </message>
-    <message>
-        <source>The receipt has no positions.</source>
-        <translation>В чеке нет позиций.</translation>
-    </message>
-    <message>
-        <source>A receipt&apos;s sum must not be above %1.</source>
-        <translation>Сумма чека не может быть больше %1.</translation>
-    </message>
-    <message>
-        <source>The discount is larger than the position&apos;s sum, %1.</source>
-        <translation>Скидка больше суммы позиции, %1.</translation>
-    </message>
-    <message>
-        <source>The position would cost less than its discounts.</source>
-        <translation>Позиция стоила бы меньше своих скидок.</translation>
-    </message>
-    <message>
-        <source>The loyalty system does not take this number.</source>
-        <translation>Система лояльности не принимает этот номер.</translation>
-    </message>
-    <message>
-        <source>The loyalty system forbids it.</source>
-        <translation>Система лояльности не разрешает этого.</translation>
-    </message>
-    <message>
-        <source>There is no committed receipt %1.</source>
-        <translation>Закрытого чека %1 нет.</translation>
-    </message>
-    <message>
-        <source>Done.</source>
-        <translation>Выполнено.</translation>
-    </message>
-    <message>
-        <source>Failed.</source>
-        <translation>Не удалось.</translation>
-    </message>
-    <message>
-        <source>Nothing was done.</source>
-        <translation>Ничего не изменено.</translation>
-    </message>
-    <message>
-        <source>Nothing serves action %1.</source>
-        <translation>Действие %1 не поддерживается.</translation>
-    </message>
-    <message>
-        <source> The service did not take its order; &quot;till receipts --refused&quot; says why.</source>
-        <translation> Сервис не принял его заказ; причину покажет «till receipts --refused».</translation>
-    </message>
-    <message>
-        <source>%1. %2 is removed.</source>
-        <translation>%1. %2 — удалено.</translation>
-    </message>
-    <message>
-        <source>[not saved] %1</source>
-        <translation>[не сохранено] %1</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is only in memory. Do not stop the till before there is room.</source>
-        <translation>Чек %1 есть только в памяти. Не выключайте кассу, пока на диске нет места.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is open again: %2 positions, total %3.</source>
-        <translation>Чек %1 снова открыт: позиций — %2, итого %3.</translation>
-    </message>
-    <message>
-        <source>The holder cannot be identified.</source>
-        <translation>Покупатель не определён.</translation>
-    </message>
-    <message>
-        <source>There is no card on the receipt.</source>
-        <translation>Карты в чеке нет.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is open.</source>
-        <translation>Открыт чек %1.</translation>
-    </message>
-    <message>
-        <source>The loyalty data is cleared.</source>
-        <translation>Данные лояльности убраны из чека.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is committed, total %2.</source>
-        <translation>Чек %1 закрыт, итого %2.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is not reported.</source>
-        <translation>Заказ по чеку %1 не передан.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is reported.</source>
-        <translation>Заказ по чеку %1 передан.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is cancelled.</source>
-        <translation>Чек %1 аннулирован.</translation>
-    </message>
-    <message>
-        <source>Shift %1 is closed, shift %2 begins.</source>
-        <translation>Смена %1 закрыта, начата смена %2.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is on the disk now.</source>
-        <translation>Чек %1 теперь сохранён на диске.</translation>
-    </message>
-    <message>
-        <source>Receipts still to be reported: %1; some go with each commit.</source>
-        <translation>Чеков, о которых ещё не сообщено: %1; они уходят с каждым закрытым чеком.</translation>
-    </message>
-    <message>
-        <source>The receipt of row %1 in the store cannot be read: %2; it stays there.</source>
-        <translation>Чек в строке %1 хранилища не читается: %2; он остаётся там.</translation>
-    </message>
-    <message>
-        <source>Messages waiting: %1, parked: %2; receipts refused: %3.</source>
-        <translation>Сообщений в очереди: %1, отложено: %2; отклонено чеков: %3.</translation>
-    </message>
-    <message>
-        <source>The oldest has waited since %1.</source>
-        <translation>Самое старое ждёт с %1.</translation>
-    </message>
-    <message>
-        <source>A date such as 31.12.1990 is expected.</source>
+        <source>Type a date such as 31.12.1990.</source>
         <translation>Введите дату, например 31.12.1990.</translation>
     </message>
     <message>
@@ -196,7 +103,7 @@
         <translation>Дата не может быть позже %1.</translation>
     </message>
     <message>
-        <source>A number from 1 to %1 is expected.</source>
+        <source>Type a number from 1 to %1.</source>
         <translation>Введите число от 1 до %1.</translation>
     </message>
     <message>
@@ -217,94 +124,22 @@
     </message>
     <message>
         <source>The text does not fit %1.</source>
-        <translation>Не подходит под образец %1.</translation>
+        <translation>Введите по образцу %1.</translation>
     </message>
     <message>
-        <source>The text is not of the form expected here.</source>
-        <translation>Здесь ожидается другая запись.</translation>
-    </message>
-    <message>
-        <source>Return %1, shift %2, shop %3, register %4, begun %5</source>
-        <translation>Возврат %1, смена %2, магазин %3, касса %4, начат %5</translation>
-    </message>
-    <message>
-        <source>Sale %1, shift %2, shop %3, register %4, begun %5</source>
-        <translation>Продажа %1, смена %2, магазин %3, касса %4, начата %5</translation>
-    </message>
-    <message>
-        <source>discount, campaign %1, mode %2, source %3</source>
-        <translation>скидка, акция %1, режим %2, источник %3</translation>
-    </message>
-    <message>
-        <source>Code</source>
-        <translation>Код</translation>
-    </message>
-    <message>
-        <source>Name</source>
-        <translation>Название</translation>
-    </message>
-    <message>
-        <source>Quantity</source>
-        <translation>Количество</translation>
-    </message>
-    <message>
-        <source>Price</source>
-        <translation>Цена</translation>
-    </message>
-    <message>
-        <source>Sum</source>
-        <translation>Сумма</translation>
-    </message>
-    <message>
-        <source>Total</source>
-        <translation>Итого</translation>
-    </message>
-    <message>
-        <source>No card.</source>
-        <translation>Карты нет.</translation>
-    </message>
-    <message>
-        <source>Card %1, holder unknown.</source>
-        <translation>Карта %1, владелец неизвестен.</translation>
-    </message>
-    <message>
-        <source>male</source>
-        <translation>мужчина</translation>
-    </message>
-    <message>
-        <source>female</source>
-        <translation>женщина</translation>
-    </message>
-    <message>
-        <source>born %1</source>
-        <translation>день рождения %1</translation>
-    </message>
-    <message>
-        <source>electronic receipts</source>
-        <translation>электронные чеки</translation>
-    </message>
-    <message>
-        <source>Card %1: %2.</source>
-        <translation>Карта %1: %2.</translation>
+        <source>The text is not in the expected format.</source>
+        <translation>Проверьте, нет ли ошибки.</translation>
     </message>
 </context>
 <context>
     <name>Office</name>
     <message>
-        <source>%1 %2, order %3, age %4, tries %5</source>
-        <translation>%1 %2, заказ %3, возраст %4, попыток %5</translation>
-    </message>
-    <message>
-        <source>the first %1 of %2; &quot;export&quot; writes all</source>
+        <source>the first %1 of %2; &quot;export&quot; writes them all</source>
         <translation>первые %1 из %2; все запишет «export»</translation>
     </message>
     <message>
         <source>parked: %1</source>
         <translation>отложено: %1</translation>
-    </message>
-    <message>
-        <source>Expected a message&apos;s number, not &quot;%1&quot;.</source>
-        <translation>Ожидается номер сообщения, а не «%1».</translation>
     </message>
     <message>
         <source>There is no parked message %1.</source>
@@ -313,10 +148,6 @@
     <message>
         <source>put back: %1</source>
         <translation>возвращено в очередь: %1</translation>
-    </message>
-    <message>
-        <source>%1: expected a new file</source>
-        <translation>%1: ожидается новый файл</translation>
     </message>
     <message>
         <source>%1: cannot be written: %2</source>
@@ -329,18 +160,6 @@
     <message>
         <source>waiting: %1, parked: %2</source>
         <translation>ждут: %1, отложены: %2</translation>
-    </message>
-    <message>
-        <source>
-next: %1 %2, age %3, tries %4</source>
-        <translation>
-следующее: %1 %2, возраст %3, попыток %4</translation>
-    </message>
-    <message>
-        <source>
-last error: %1</source>
-        <translation>
-последняя ошибка: %1</translation>
     </message>
     <message>
         <source>Expected: till queue [list | parked | park ID | retry ID | retry all | export FILE]</source>
@@ -387,24 +206,16 @@ last error: %1</source>
         <translation>возврат</translation>
     </message>
     <message>
-        <source>The latest %1 only; --since chooses.</source>
-        <translation>Только последние %1; остальные — с --since.</translation>
+        <source>Only the latest %1 are listed; --since narrows the list.</source>
+        <translation>Показаны последние %1; --since сокращает список.</translation>
     </message>
     <message>
-        <source>shop %1, register %2, shift %3</source>
-        <translation>магазин %1, касса %2, смена %3</translation>
-    </message>
-    <message>
-        <source>the service&apos;s answer: %1</source>
+        <source>the service's answer: %1</source>
         <translation>ответ сервиса: %1</translation>
     </message>
     <message>
         <source>The receipt cannot be read: %1</source>
         <translation>Чек не читается: %1</translation>
-    </message>
-    <message>
-        <source>total %1</source>
-        <translation>итого %1</translation>
     </message>
     <message>
         <source>There is no receipt %1.</source>
@@ -427,60 +238,16 @@ last error: %1</source>
         <translation>не задан; без него система лояльности не работает</translation>
     </message>
     <message>
-        <source>expected a whole number, %1</source>
-        <translation>ожидается целое число, %1</translation>
-    </message>
-    <message>
-        <source>expected one of %1</source>
-        <translation>ожидается одно из: %1</translation>
-    </message>
-    <message>
-        <source>expected a URL such as %1</source>
-        <translation>ожидается адрес вида %1</translation>
-    </message>
-    <message>
         <source>expected the path %1</source>
         <translation>ожидается путь %1</translation>
-    </message>
-    <message>
-        <source>the secret key goes unencrypted, expected %1</source>
-        <translation>секретный ключ передаётся открыто, ожидается %1</translation>
     </message>
     <message>
         <source>the quotation marks are part of the value, expected none</source>
         <translation>кавычки входят в значение, они не нужны</translation>
     </message>
     <message>
-        <source>&quot;~&quot; means nothing here, expected the whole path</source>
-        <translation>«~» здесь ничего не значит, ожидается полный путь</translation>
-    </message>
-    <message>
-        <source>expected a file</source>
-        <translation>ожидается файл</translation>
-    </message>
-    <message>
-        <source>expected at least the value of %1</source>
-        <translation>ожидается не меньше значения %1</translation>
-    </message>
-    <message>
-        <source>not set, taken as 1; two such tills give one number to two orders</source>
-        <translation>не задан, принят за 1; две такие кассы дадут один номер двум заказам</translation>
-    </message>
-    <message>
-        <source>%1: others may read the secret key</source>
-        <translation>%1: секретный ключ могут прочитать другие</translation>
-    </message>
-    <message>
-        <source>chmod 600 %1</source>
-        <translation>chmod 600 %1</translation>
-    </message>
-    <message>
-        <source>Correct Till:language.</source>
-        <translation>Исправьте Till:language.</translation>
-    </message>
-    <message>
-        <source>Correct the line, or name another file with --config.</source>
-        <translation>Исправьте строку или укажите другой файл ключом --config.</translation>
+        <source>%1: other users may read the secret key</source>
+        <translation>%1: секретный ключ могут прочитать другие пользователи</translation>
     </message>
     <message>
         <source>Name a file in a directory that this user may write.</source>
@@ -491,32 +258,16 @@ last error: %1</source>
         <translation>стандартный поток ошибок</translation>
     </message>
     <message>
-        <source>Give it to the till&apos;s user, or correct Till:log.</source>
-        <translation>Отдайте его пользователю кассы или исправьте Till:log.</translation>
-    </message>
-    <message>
         <source>%1 cannot be written</source>
         <translation>%1: запись невозможна</translation>
-    </message>
-    <message>
-        <source>Give the directory to the till&apos;s user, or correct Till:dataDir.</source>
-        <translation>Отдайте каталог пользователю кассы или исправьте Till:dataDir.</translation>
     </message>
     <message>
         <source>%1 belongs to the user %2</source>
         <translation>%1 принадлежит пользователю %2</translation>
     </message>
     <message>
-        <source>Run the till&apos;s programs as that user: runuser -u %1 till check</source>
-        <translation>Запускайте программы кассы от имени этого пользователя: runuser -u %1 till check</translation>
-    </message>
-    <message>
         <source>%1 is open to other users</source>
         <translation>%1 доступен другим пользователям</translation>
-    </message>
-    <message>
-        <source>chmod 700 %1</source>
-        <translation>chmod 700 %1</translation>
     </message>
     <message>
         <source>%1 free</source>
@@ -527,35 +278,23 @@ last error: %1</source>
         <translation>Освободите место в файловой системе, где лежит %1.</translation>
     </message>
     <message>
-        <source>%1, whole, version %2</source>
-        <translation>%1, цело, версия %2</translation>
+        <source>Check which program locks the file, and the file's rights.</source>
+        <translation>Проверьте, какая программа блокирует файл, и права на него.</translation>
     </message>
     <message>
-        <source>Install the newer version, or another Till:dataDir.</source>
-        <translation>Установите более новую версию или укажите другой Till:dataDir.</translation>
-    </message>
-    <message>
-        <source>See who holds or locks the file, and its rights.</source>
-        <translation>Проверьте, кто держит или блокирует файл, и права на него.</translation>
-    </message>
-    <message>
-        <source>Start the till: it puts the file aside, into &quot;damaged&quot;, and begins a new one.</source>
-        <translation>Запустите кассу: она отложит файл в «damaged» и начнёт новый.</translation>
+        <source>Start the till: it moves the file into &quot;damaged&quot; and begins a new one.</source>
+        <translation>Запустите кассу: она перенесёт файл в «damaged» и начнёт новый.</translation>
     </message>
     <message>
         <source>%1 messages wait, the oldest for %2 s</source>
         <translation>ждут сообщений: %1, самое старое %2 с</translation>
     </message>
     <message>
-        <source>&quot;till queue&quot; says what keeps it; &quot;till deliver&quot; must run.</source>
-        <translation>Что мешает, покажет «till queue»; должен работать «till deliver».</translation>
+        <source>&quot;till queue&quot; tells the reason; &quot;till deliver&quot; must run.</source>
+        <translation>Причину покажет «till queue»; должен работать «till deliver».</translation>
     </message>
     <message>
-        <source>%1 messages are parked</source>
-        <translation>отложено сообщений: %1</translation>
-    </message>
-    <message>
-        <source>&quot;till queue parked&quot; says why, &quot;till queue retry&quot; sends again.</source>
+        <source>&quot;till queue parked&quot; tells the reason, &quot;till queue retry&quot; sends them again.</source>
         <translation>Причину покажет «till queue parked», снова отправит «till queue retry».</translation>
     </message>
     <message>
@@ -563,19 +302,15 @@ last error: %1</source>
         <translation>нет</translation>
     </message>
     <message>
-        <source>%1 receipts are refused</source>
-        <translation>отклонено чеков: %1</translation>
+        <source>&quot;till receipts --refused&quot; tells the reason, &quot;till report&quot; reports them again.</source>
+        <translation>Причину покажет «till receipts --refused», передаст снова «till report».</translation>
     </message>
     <message>
-        <source>&quot;till receipts --refused&quot; says why, &quot;till report&quot; reports again.</source>
-        <translation>Причину покажет «till receipts --refused», сообщит снова «till report».</translation>
-    </message>
-    <message>
-        <source>none yet; the first start makes it</source>
+        <source>none yet; the first start creates it</source>
         <translation>ещё нет; появится при первом запуске</translation>
     </message>
     <message>
-        <source>one is selling here; a second one does not start</source>
+        <source>one is selling here; a second one will not start</source>
         <translation>здесь уже продаёт касса; вторая не запустится</translation>
     </message>
     <message>
@@ -587,104 +322,52 @@ last error: %1</source>
         <translation>работает</translation>
     </message>
     <message>
-        <source>none is at work at this moment</source>
+        <source>none is at work now</source>
         <translation>сейчас не работает</translation>
     </message>
     <message>
-        <source>The environment of a service is another one: set Http:proxy, or no_proxy.</source>
-        <translation>У службы другое окружение: задайте Http:proxy или no_proxy.</translation>
+        <source>A system service has another environment: set Http:proxy, or no_proxy.</source>
+        <translation>У системной службы другое окружение: задайте Http:proxy или no_proxy.</translation>
     </message>
     <message>
         <source>%1, by %2, until %3 (%4 days)</source>
         <translation>%1, выдан %2, до %3 (дней: %4)</translation>
     </message>
     <message>
-        <source>The certificate has expired: the service, or this clock, must be put right.</source>
-        <translation>Срок сертификата истёк: надо исправить сервис или часы кассы.</translation>
-    </message>
-    <message>
-        <source>The certificate is for another host: correct LmMindbox:url.</source>
-        <translation>Сертификат выдан другому узлу: исправьте LmMindbox:url.</translation>
-    </message>
-    <message>
-        <source>Nobody is trusted without this file: install ca-certificates, or correct Http:caFile.</source>
-        <translation>Без этого файла доверять некому: установите ca-certificates или исправьте Http:caFile.</translation>
-    </message>
-    <message>
-        <source>Its authority is not trusted: name its PEM file in Http:caFile.</source>
-        <translation>Удостоверяющему центру нет доверия: укажите его PEM-файл в Http:caFile.</translation>
+        <source>The certificate has expired: its owner must renew it, or this clock is wrong.</source>
+        <translation>Срок сертификата истёк: его должен обновить владелец, или неверны часы кассы.</translation>
     </message>
     <message>
         <source>Its owner must renew it before that day.</source>
-        <translation>Владелец должен обновить его до этого дня.</translation>
+        <translation>Владелец должен обновить сертификат до этого дня.</translation>
     </message>
     <message>
         <source>the service does not tell the time</source>
         <translation>сервис не сообщает времени</translation>
     </message>
     <message>
-        <source>%1 s ahead of the service&apos;s</source>
+        <source>%1 s ahead of the service's clock</source>
         <translation>впереди часов сервиса на %1 с</translation>
     </message>
     <message>
-        <source>Put the clock right and keep it so: systemd-timesyncd or chrony.</source>
-        <translation>Выставьте часы и поддерживайте их: systemd-timesyncd или chrony.</translation>
-    </message>
-    <message>
-        <source>Correct the proxy, or do without.</source>
-        <translation>Исправьте прокси или обойдитесь без него.</translation>
-    </message>
-    <message>
-        <source>Correct the host in LmMindbox:url, or the name server.</source>
-        <translation>Исправьте узел в LmMindbox:url или сервер имён.</translation>
-    </message>
-    <message>
-        <source>Correct the port in LmMindbox:url, or let the till through the firewall.</source>
-        <translation>Исправьте порт в LmMindbox:url или пропустите кассу через межсетевой экран.</translation>
+        <source>Set the clock, and keep it right with systemd-timesyncd or chrony.</source>
+        <translation>Выставьте часы и сверяйте их службой systemd-timesyncd или chrony.</translation>
     </message>
     <message>
         <source>%1 in %2 ms</source>
         <translation>%1 за %2 мс</translation>
     </message>
     <message>
-        <source>There is no TLS at this port: correct scheme and port in LmMindbox:url.</source>
-        <translation>На этом порту нет TLS: исправьте схему и порт в LmMindbox:url.</translation>
-    </message>
-    <message>
         <source>The service hangs; ask its owner.</source>
         <translation>Сервис не отвечает; обратитесь к его владельцу.</translation>
     </message>
     <message>
-        <source>Begin LmMindbox:url with https: what answers at this port does not speak http.</source>
-        <translation>Начните LmMindbox:url с https: на этом порту отвечают не по http.</translation>
-    </message>
-    <message>
-        <source>The service hangs, or LmMindbox:timeout is too short.</source>
-        <translation>Сервис не отвечает, или LmMindbox:timeout слишком мал.</translation>
-    </message>
-    <message>
-        <source>Correct LmMindbox:secretKey.</source>
-        <translation>Исправьте LmMindbox:secretKey.</translation>
-    </message>
-    <message>
-        <source>Correct LmMindbox:endpoint; its rights are given at the service.</source>
-        <translation>Исправьте LmMindbox:endpoint; права ему даёт сервис.</translation>
-    </message>
-    <message>
-        <source>Correct the path in LmMindbox:url.</source>
-        <translation>Исправьте путь в LmMindbox:url.</translation>
-    </message>
-    <message>
-        <source>The service has too much to do; try again later.</source>
+        <source>The service is overloaded; try again later.</source>
         <translation>Сервис перегружен; повторите позже.</translation>
     </message>
     <message>
-        <source>Something else than the service has answered: correct LmMindbox:url, or log in to the network.</source>
-        <translation>Ответил не сервис: исправьте LmMindbox:url или войдите в сеть.</translation>
-    </message>
-    <message>
-        <source>The service&apos;s own words say what it does not like.</source>
-        <translation>Что не так, говорят слова самого сервиса.</translation>
+        <source>The service's message says what is wrong.</source>
+        <translation>Что не так, сказано в ответе сервиса.</translation>
     </message>
     <message>
         <source>answered in %1 ms: %2</source>
@@ -699,111 +382,251 @@ last error: %1</source>
         <translation>такого клиента нет</translation>
     </message>
     <message>
-        <source>HTTP code %1 in %2 ms</source>
-        <translation>код HTTP %1 за %2 мс</translation>
+        <source>all keys are known, all values valid</source>
+        <translation>все ключи известны, все значения верны</translation>
     </message>
     <message>
-        <source>, no JSON object</source>
-        <translation>, не объект JSON</translation>
+        <source>Correct the line.</source>
+        <translation>Исправьте строку.</translation>
     </message>
     <message>
-        <source>not asked</source>
-        <translation>не спрашивали</translation>
+        <source>Give the file to the till's user, or name another one with --config.</source>
+        <translation>Отдайте файл пользователю кассы или назовите другой: --config.</translation>
     </message>
     <message>
-        <source>Set LmMindbox:url to the service&apos;s URL.</source>
-        <translation>Укажите в LmMindbox:url адрес сервиса.</translation>
+        <source>Correct %1: see docs/masks.md.</source>
+        <translation>Исправьте %1: см. docs/masks.md.</translation>
     </message>
     <message>
-        <source>two receipts get one identifier, %1: the service would lose one</source>
-        <translation>два чека получают один идентификатор, %1: один из них сервис потеряет</translation>
+        <source>two share the identifier &quot;%1&quot;: the service would lose one of them</source>
+        <translation>у двух один идентификатор «%1»: один из них сервис потеряет</translation>
     </message>
     <message>
-        <source>Put shop, register, shift and number into %1, each with its width; docs/masks.md says how.</source>
-        <translation>Внесите в %1 магазин, кассу, смену и номер, каждый со своей шириной; как, говорит docs/masks.md.</translation>
+        <source>wider than the mask, %1, in &quot;%2&quot;: two may share an identifier</source>
+        <translation>шире маски: %1, в «%2»: у двух может оказаться один идентификатор</translation>
     </message>
     <message>
-        <source>an order&apos;s identifier: %1</source>
-        <translation>идентификатор заказа: %1</translation>
+        <source>Install the plugin of this version, or correct %1.</source>
+        <translation>Установите плагин этой версии или исправьте %1.</translation>
     </message>
     <message>
-        <source>two products get one identifier, &quot;%1&quot;</source>
-        <translation>два товара получают один идентификатор, «%1»</translation>
+        <source>%1: the file is cut off</source>
+        <translation>%1: файл обрезан</translation>
     </message>
     <message>
-        <source>Put the position&apos;s code into LmMindbox:productIdMask.</source>
-        <translation>Внесите код позиции в LmMindbox:productIdMask.</translation>
+        <source>Give the directory to the till's user, or correct %1.</source>
+        <translation>Отдайте каталог пользователю кассы или исправьте %1.</translation>
     </message>
     <message>
-        <source>a product&apos;s identifier: %1</source>
-        <translation>идентификатор товара: %1</translation>
+        <source>Give it to the till's user, or correct %1.</source>
+        <translation>Отдайте его пользователю кассы или исправьте %1.</translation>
     </message>
     <message>
-        <source>Correct the mask; docs/masks.md lists what it can hold.</source>
-        <translation>Исправьте маску; что в ней может быть, перечисляет docs/masks.md.</translation>
+        <source>Install the newer version again.</source>
+        <translation>Снова установите более новую версию.</translation>
     </message>
     <message>
-        <source>%1 is not set: the usual mask</source>
-        <translation>%1 не задан: обычная маска</translation>
+        <source>%1 lacks %2</source>
+        <translation>%1: не хватает %2</translation>
     </message>
     <message>
-        <source>Correct %1 in the settings file.</source>
-        <translation>Исправьте %1 в файле настроек.</translation>
+        <source>Restore the file, or move it away: the till begins a new one.</source>
+        <translation>Восстановите файл или уберите его: касса начнёт новый.</translation>
     </message>
     <message>
-        <source>every key is known and every value possible</source>
-        <translation>все ключи известны, все значения возможны</translation>
+        <source>Correct the host in %1, or the name server.</source>
+        <translation>Исправьте узел в %1 или сервер имён.</translation>
     </message>
     <message>
-        <source>Install the plugin of this version, or correct Till:plugin.</source>
-        <translation>Установите плагин этой версии или исправьте Till:plugin.</translation>
+        <source>Correct the port in %1, or let the till through the firewall.</source>
+        <translation>Исправьте порт в %1 или пропустите кассу через межсетевой экран.</translation>
     </message>
     <message>
-        <source>not recorded</source>
-        <translation>не записано</translation>
+        <source>Correct the proxy %1, or remove it.</source>
+        <translation>Исправьте прокси %1 или уберите его.</translation>
+    </message>
+    <message>
+        <source>Put the proxy's user and password into %1.</source>
+        <translation>Впишите имя и пароль для прокси в %1.</translation>
+    </message>
+    <message>
+        <source>The port does not speak TLS: correct scheme and port in %1.</source>
+        <translation>На этом порту нет TLS: исправьте схему и порт в %1.</translation>
+    </message>
+    <message>
+        <source>The service's TLS is too old: its owner must enable 1.2.</source>
+        <translation>TLS сервиса слишком старый: его владелец должен включить 1.2.</translation>
+    </message>
+    <message>
+        <source>Without this file no certificate is trusted: install ca-certificates, or correct %1.</source>
+        <translation>Без этого файла не проверить ни одного сертификата: установите ca-certificates или исправьте %1.</translation>
+    </message>
+    <message>
+        <source>The certificate's authority is not trusted: name its PEM file in %1.</source>
+        <translation>Центру сертификации нет доверия: укажите его файл PEM в %1.</translation>
+    </message>
+    <message>
+        <source>The certificate is for another host: correct %1.</source>
+        <translation>Сертификат для другого узла: исправьте %1.</translation>
+    </message>
+    <message>
+        <source>The service hangs during the TLS handshake; ask its owner.</source>
+        <translation>Сервис зависает, не показав сертификата; обратитесь к его владельцу.</translation>
+    </message>
+    <message>
+        <source>The port does not speak http: begin %1 with https.</source>
+        <translation>Этот порт не понимает http: начните %1 с https.</translation>
+    </message>
+    <message>
+        <source>The service hangs, or %1 is too short.</source>
+        <translation>Сервис зависает, или %1 слишком мал.</translation>
+    </message>
+    <message>
+        <source>Correct %1.</source>
+        <translation>Исправьте %1.</translation>
+    </message>
+    <message>
+        <source>Correct %1, or have the service grant it the rights.</source>
+        <translation>Исправьте %1 или запросите для него права у сервиса.</translation>
+    </message>
+    <message>
+        <source>Correct the path in %1.</source>
+        <translation>Исправьте путь в %1.</translation>
+    </message>
+    <message>
+        <source>The answer is not the service's: correct %1, or log in to the network.</source>
+        <translation>Ответил не сервис: исправьте %1 или войдите в сеть.</translation>
+    </message>
+    <message>
+        <source>%1: expected %2</source>
+        <translation>%1: ожидается %2</translation>
+    </message>
+    <message>
+        <source>not set, so it is %1; two such tills give two orders the same number</source>
+        <translation>не задано, поэтому %1; две такие кассы дадут двум заказам один номер</translation>
+    </message>
+    <message>
+        <source>empty, which means the default %1</source>
+        <translation>пусто, то есть по умолчанию %1</translation>
+    </message>
+    <message>
+        <source>%1: no phone number can be typed, expected room for %2 digits</source>
+        <translation>%1: номер телефона не ввести, нужно место для %2 цифр</translation>
+    </message>
+    <message>
+        <source>There is no waiting message %1.</source>
+        <translation>Ждущего сообщения %1 нет.</translation>
+    </message>
+    <message>
+        <source>Run the till's programs as that user.</source>
+        <translation>Запускайте программы кассы от имени этого пользователя.</translation>
+    </message>
+    <message>
+        <source>Another program's file: name another directory in Till:dataDir.</source>
+        <translation>Это файл другой программы: укажите в Till:dataDir другой каталог.</translation>
+    </message>
+    <message>
+        <source>%1, whole</source>
+        <translation>%1, цело</translation>
+    </message>
+    <message>
+        <source>parked messages: %1</source>
+        <translation>отложено сообщений: %1</translation>
+    </message>
+    <message>
+        <source>refused receipts: %1</source>
+        <translation>отклонено чеков: %1</translation>
+    </message>
+    <message>
+        <source>no connection: &quot;%1&quot;</source>
+        <translation>нет связи: «%1»</translation>
+    </message>
+    <message>
+        <source>no answer in %1 ms</source>
+        <translation>ответа нет, прошло %1 мс</translation>
+    </message>
+    <message>
+        <source>the whole path of a file that can be read</source>
+        <translation>полный путь к файлу, который можно прочитать</translation>
+    </message>
+    <message>
+        <source>the whole path, because &quot;~&quot; is not expanded</source>
+        <translation>полный путь, «~» не раскрывается</translation>
+    </message>
+    <message>
+        <source>LmMindbox:url: the secret key is sent unencrypted, expected https</source>
+        <translation>LmMindbox:url: секретный ключ передаётся открыто, ожидается https</translation>
+    </message>
+    <message>
+        <source>Begin LmMindbox:url with https.</source>
+        <translation>Начните LmMindbox:url с https.</translation>
+    </message>
+    <message>
+        <source>UTF-8</source>
+        <translation>UTF-8</translation>
+    </message>
+    <message>
+        <source>goods</source>
+        <translation>товары</translation>
+    </message>
+    <message>
+        <source>a first line with code, name and price</source>
+        <translation>первая строка с code, name и price</translation>
+    </message>
+    <message>
+        <source>%1: expected a regular file</source>
+        <translation>%1: ожидается обычный файл</translation>
+    </message>
+    <message>
+        <source>%1 %2, order %3, since %4, tries %5</source>
+        <translation>%1 %2, заказ %3, с %4, попыток: %5</translation>
+    </message>
+    <message>
+        <source>%1: expected a new file that can be written: %2</source>
+        <translation>%1: ожидается новый файл, доступный для записи: %2</translation>
+    </message>
+    <message>
+        <source>the mask does not fit: &quot;%1&quot;</source>
+        <translation>маска не подходит: «%1»</translation>
+    </message>
+    <message>
+        <source>it cannot be used: &quot;%1&quot;</source>
+        <translation>использовать нельзя: «%1»</translation>
+    </message>
+    <message>
+        <source>HTTP code %1, message: &quot;%2&quot;</source>
+        <translation>код HTTP %1, сообщение: «%2»</translation>
+    </message>
+    <message>
+        <source>the proxy asks for a user and a password</source>
+        <translation>прокси требует имя и пароль</translation>
     </message>
 </context>
 <context>
-    <name>WindowText</name>
+    <name>SaleText</name>
     <message>
-        <source>Quantity</source>
-        <translation>Количество</translation>
+        <source>Receipt %1 is open, too. Close this receipt and restart the till to open it.</source>
+        <translation>Чек %1 тоже открыт. Чтобы открыть его, закройте текущий чек и перезапустите кассу.</translation>
     </message>
     <message>
-        <source>up to three decimals: 0.350</source>
-        <translation>до трёх знаков, например 0,350</translation>
+        <source>No receipt is open.</source>
+        <translation>Открытого чека нет.</translation>
     </message>
     <message>
-        <source>No receipt is open. Scan goods to open one.</source>
-        <translation>Открытого чека нет. Он откроется с первым товаром.</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is open: close or abandon it first.</source>
+        <source>Receipt %1 is open: close or cancel it first.</source>
         <translation>Открыт чек %1: сначала закройте или аннулируйте его.</translation>
     </message>
     <message>
-        <source>There is no position %1 on the receipt.</source>
-        <translation>В чеке нет позиции %1.</translation>
+        <source>The receipt is empty. Sell something, or cancel it.</source>
+        <translation>Чек пуст. Продайте что-нибудь или аннулируйте чек.</translation>
     </message>
     <message>
-        <source>The receipt is empty. Scan goods, or abandon it.</source>
-        <translation>Чек пуст. Отсканируйте товар или аннулируйте чек.</translation>
+        <source>The discount would be larger than the sum. Remove the position and sell it again.</source>
+        <translation>Скидка станет больше суммы. Удалите позицию и продайте товар снова.</translation>
     </message>
     <message>
-        <source>A receipt must not come to more than %1. Close this one and sell the rest on another.</source>
-        <translation>Сумма чека не может быть больше %1. Закройте этот чек, а остальное продайте в следующем.</translation>
-    </message>
-    <message>
-        <source>The position costs only %1: enter a smaller discount.</source>
-        <translation>Позиция стоит только %1: укажите скидку меньше.</translation>
-    </message>
-    <message>
-        <source>So few would cost less than their discount. Remove the position and sell it anew.</source>
-        <translation>Столько стоило бы меньше своей скидки. Удалите позицию и продайте товар заново.</translation>
-    </message>
-    <message>
-        <source>This number is not taken. Check it.</source>
-        <translation>Этот номер не подходит. Проверьте его.</translation>
+        <source>This number is not accepted. Check it.</source>
+        <translation>Этот номер не принят. Проверьте его.</translation>
     </message>
     <message>
         <source>The loyalty system does not allow this now.</source>
@@ -814,172 +637,160 @@ last error: %1</source>
         <translation>Закрытого чека %1 нет.</translation>
     </message>
     <message>
-        <source>The customer&apos;s data was changed.</source>
-        <translation>Данные покупателя изменены.</translation>
+        <source>Done: the customer's data is changed.</source>
+        <translation>Данные клиента изменены.</translation>
     </message>
     <message>
-        <source>The customer&apos;s data was not changed.</source>
-        <translation>Данные покупателя не изменены.</translation>
+        <source>Failed: the customer's data is not changed.</source>
+        <translation>Не удалось: данные клиента не изменены.</translation>
     </message>
     <message>
         <source>Nothing was changed.</source>
         <translation>Ничего не изменено.</translation>
     </message>
     <message>
-        <source>This loyalty system cannot change the customer&apos;s data.</source>
-        <translation>Эта система лояльности не умеет менять данные покупателя.</translation>
+        <source>The till has no action %1.</source>
+        <translation>Действия %1 нет.</translation>
     </message>
     <message>
-        <source>The service did not take the order of receipt %1. The line below shows why.</source>
-        <translation>Сервис не принял заказ по чеку %1. Причина — в строке состояния внизу.</translation>
+        <source>Receipt %1 is closed: %2.</source>
+        <translation>Чек %1 закрыт: %2.</translation>
     </message>
     <message>
-        <source>Receipt %1 is open again, as it was left.</source>
-        <translation>Чек %1 снова открыт, ничего не потеряно.</translation>
+        <source>The sale is done. The service refused its order; support will send it again.</source>
+        <translation>Продажа состоялась. Сервис отклонил заказ; служба поддержки передаст его ещё раз.</translation>
     </message>
     <message>
-        <source>Removed: %1</source>
-        <translation>Удалено: %1</translation>
+        <source>Receipt %1 is not reported: its order was refused.</source>
+        <translation>Заказ по чеку %1 не передан: он отклонён.</translation>
     </message>
     <message>
-        <source>No customer on the receipt. %1</source>
-        <translation>Покупателя в чеке нет. %1</translation>
+        <source>Receipt %1 is reported.</source>
+        <translation>Заказ по чеку %1 передан.</translation>
     </message>
     <message>
-        <source>The customer is off the receipt.</source>
-        <translation>Покупатель убран из чека.</translation>
+        <source>Receipt %1 is only in memory. You can go on selling, but do not switch the till off. Call support.</source>
+        <translation>Чек %1 не сохранён. Продавать можно, но не выключайте кассу. Позовите поддержку.</translation>
     </message>
     <message>
-        <source>Receipt %1 is closed: %2. %3</source>
-        <translation>Чек %1 закрыт: %2. %3</translation>
-    </message>
-    <message>
-        <source>Receipt %1 is abandoned.</source>
-        <translation>Чек %1 аннулирован.</translation>
-    </message>
-    <message>
-        <source>Shift %1 is closed, the next one has begun.</source>
-        <translation>Смена %1 закрыта, начата следующая.</translation>
-    </message>
-    <message>
-        <source>What was done is not on the disk. Sell on, but do not switch the till off; call the one who looks after it.</source>
-        <translation>Сделанное не сохраняется на диск. Продавать можно, выключать кассу нельзя; позовите того, кто её обслуживает.</translation>
+        <source>The last step is not saved. You can go on selling, but do not switch the till off. Call support.</source>
+        <translation>Последнее действие не сохранено. Продавать можно, но не выключайте кассу. Позовите поддержку.</translation>
     </message>
     <message>
         <source>Receipt %1 is on the disk now.</source>
-        <translation>Чек %1 теперь сохранён на диске.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n receipt(s) of before are still to be reported; that happens by itself.</source>
-        <translation>
-            <numerusform>%n прежний чек ещё не передан; он уйдёт сам.</numerusform>
-            <numerusform>%n прежних чека ещё не переданы; они уйдут сами.</numerusform>
-            <numerusform>%n прежних чеков ещё не переданы; они уйдут сами.</numerusform>
-        </translation>
+        <translation>Чек %1 теперь сохранён.</translation>
     </message>
     <message>
-        <source>A stored receipt cannot be read. Call the one who looks after the till.</source>
-        <translation>Один из сохранённых чеков не читается. Позовите того, кто обслуживает кассу.</translation>
+        <source>Receipts still to be reported: %1. The till reports them by itself.</source>
+        <translation>Ещё не передано чеков: %1. Касса передаст их сама.</translation>
     </message>
     <message>
-        <source>The file cannot be read.</source>
-        <translation>Файл не читается.</translation>
+        <source>A stored receipt cannot be read. Call support.</source>
+        <translation>Один из сохранённых чеков не читается. Позовите поддержку.</translation>
     </message>
     <message>
-        <source>Line 1: it must name the columns code, name and price; &quot;%1&quot; is missing.</source>
-        <translation>Строка 1: в ней должны быть столбцы code, name и price; нет «%1».</translation>
+        <source>Receipt %1 is open.</source>
+        <translation>Открыт чек %1.</translation>
     </message>
     <message>
-        <source>Line %1: not UTF-8, or a quotation mark is missing.</source>
-        <translation>Строка %1: не UTF-8 или не хватает кавычки.</translation>
+        <source>Receipt %1 is cancelled.</source>
+        <translation>Чек %1 аннулирован.</translation>
     </message>
     <message>
-        <source>Line %1: no code.</source>
-        <translation>Строка %1: нет кода.</translation>
+        <source>There is no customer on the receipt.</source>
+        <translation>Клиента в чеке нет.</translation>
     </message>
     <message>
-        <source>Line %1: no name.</source>
-        <translation>Строка %1: нет названия.</translation>
+        <source>The customer is removed from the receipt.</source>
+        <translation>Клиент убран из чека.</translation>
     </message>
     <message>
-        <source>Line %1: &quot;%2&quot; is no price.</source>
-        <translation>Строка %1: «%2» — не цена.</translation>
+        <source>Sale %1, shift %2, shop %3, register %4, begun %5</source>
+        <translation>Продажа %1, смена %2, магазин %3, касса %4, начата %5</translation>
     </message>
     <message>
-        <source>Line %1: the code %2 is there already.</source>
-        <translation>Строка %1: код %2 уже есть.</translation>
+        <source>Return %1, shift %2, shop %3, register %4, begun %5</source>
+        <translation>Возврат %1, смена %2, магазин %3, касса %4, начат %5</translation>
     </message>
     <message>
-        <source>The order of receipt %1 is on its way.</source>
-        <translation>Заказ по чеку %1 передан.</translation>
-    </message>
-</context>
-<context>
-    <name>till::CustomerPanel</name>
-    <message>
-        <source>Phone</source>
-        <translation>Телефон</translation>
+        <source>discount, campaign %1, mode %2, source %3</source>
+        <translation>скидка, акция %1, режим %2, источник %3</translation>
     </message>
     <message>
-        <source>E-mail</source>
-        <translation>Почта</translation>
+        <source>Code</source>
+        <translation>Код</translation>
     </message>
     <message>
-        <source>Birthday</source>
-        <translation>Дата рождения</translation>
+        <source>Name</source>
+        <translation>Название</translation>
     </message>
     <message>
-        <source>Receipts</source>
-        <translation>Чеки</translation>
+        <source>Quantity</source>
+        <translation>Кол-во</translation>
     </message>
     <message>
-        <source>Customer</source>
-        <translation>Покупатель</translation>
+        <source>Price</source>
+        <translation>Цена</translation>
     </message>
     <message>
-        <source>No customer. F2 finds one by the phone.</source>
-        <translation>Покупателя нет. F2 — найти по телефону.</translation>
+        <source>Sum</source>
+        <translation>Сумма</translation>
     </message>
     <message>
-        <source>%1
-confirmed</source>
-        <translation>%1
-подтверждён</translation>
+        <source>Total</source>
+        <translation>Итого</translation>
     </message>
     <message>
-        <source>not given</source>
-        <translation>не указано</translation>
+        <source>No card.</source>
+        <translation>Карты нет.</translation>
     </message>
     <message>
-        <source>electronic</source>
-        <translation>электронные</translation>
+        <source>Card %1, customer unknown.</source>
+        <translation>Карта %1, клиент неизвестен.</translation>
     </message>
     <message>
-        <source>on paper</source>
-        <translation>бумажные</translation>
-    </message>
-</context>
-<context>
-    <name>till::DateEditor</name>
-    <message>
-        <source>Calendar</source>
-        <translation>Календарь</translation>
+        <source>male</source>
+        <translation>мужчина</translation>
     </message>
     <message>
-        <source>There is no such day</source>
-        <translation>Такого дня нет</translation>
+        <source>female</source>
+        <translation>женщина</translation>
     </message>
     <message>
-        <source>Day, month and year: %1</source>
-        <translation>День, месяц и год: %1</translation>
+        <source>born %1</source>
+        <translation>день рождения %1</translation>
     </message>
     <message>
-        <source>Not before %1</source>
-        <translation>Не раньше %1</translation>
+        <source>electronic receipts</source>
+        <translation>электронные чеки</translation>
     </message>
     <message>
-        <source>Not after %1</source>
-        <translation>Не позже %1</translation>
+        <source>Card %1: %2.</source>
+        <translation>Карта %1: %2.</translation>
+    </message>
+    <message>
+        <source>There is no position %3.</source>
+        <translation>В чеке нет позиции %3.</translation>
+    </message>
+    <message>
+        <source>A receipt cannot exceed %2. Close this receipt and sell the rest on another one.</source>
+        <translation>Сумма чека не может быть больше %2. Закройте этот чек и продайте остальное другим.</translation>
+    </message>
+    <message>
+        <source>The discount is larger than the position's sum, %2.</source>
+        <translation>Скидка больше суммы позиции, %2.</translation>
+    </message>
+    <message>
+        <source>Receipt %1 is open again: %4 positions, total %2.</source>
+        <translation>Чек %1 снова открыт: позиций — %4, итого %2.</translation>
+    </message>
+    <message>
+        <source>Shift %1 is closed, shift %5 begins.</source>
+        <translation>Смена %1 закрыта, начата смена %5.</translation>
+    </message>
+    <message>
+        <source>%1 is removed.</source>
+        <translation>%1 — удалено.</translation>
     </message>
 </context>
 <context>
@@ -1001,27 +812,33 @@ confirmed</source>
         <source>May be left empty</source>
         <translation>Можно не заполнять</translation>
     </message>
-</context>
-<context>
-    <name>till::FormDialog</name>
     <message>
-        <source>OK</source>
-        <translation>ОК</translation>
+        <source>DD.MM.YYYY</source>
+        <translation>ДД.ММ.ГГГГ</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Отмена</translation>
-    </message>
-</context>
-<context>
-    <name>till::InputDialog</name>
-    <message>
-        <source>OK</source>
-        <translation>ОК</translation>
+        <source>Not complete: %1</source>
+        <translation>Заполните до конца: %1</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation>Отмена</translation>
+        <source>Not in the expected format</source>
+        <translation>Проверьте, нет ли ошибки</translation>
+    </message>
+    <message>
+        <source>Day, month and year, such as %1</source>
+        <translation>День, месяц и год, например %1</translation>
+    </message>
+    <message>
+        <source>There is no such day</source>
+        <translation>Такого дня нет</translation>
+    </message>
+    <message>
+        <source>Not before %1</source>
+        <translation>Не раньше %1</translation>
+    </message>
+    <message>
+        <source>Not after %1</source>
+        <translation>Не позже %1</translation>
     </message>
 </context>
 <context>
@@ -1039,10 +856,6 @@ confirmed</source>
         <translation>Неизвестный код %1</translation>
     </message>
     <message>
-        <source>No goods have this code. Scan again; or say what it is, to sell it all the same.</source>
-        <translation>Товара с таким кодом нет. Отсканируйте ещё раз или укажите, что это, чтобы всё же продать.</translation>
-    </message>
-    <message>
         <source>Price</source>
         <translation>Цена</translation>
     </message>
@@ -1052,23 +865,11 @@ confirmed</source>
     </message>
     <message>
         <source>Customer</source>
-        <translation>Покупатель</translation>
-    </message>
-    <message>
-        <source>Phone of the customer</source>
-        <translation>Телефон покупателя</translation>
-    </message>
-    <message>
-        <source>Find</source>
-        <translation>Найти</translation>
+        <translation>Клиент</translation>
     </message>
     <message>
         <source>Quantity</source>
         <translation>Кол-во</translation>
-    </message>
-    <message>
-        <source>Number of the promotion</source>
-        <translation>Номер акции</translation>
     </message>
     <message>
         <source>digits only</source>
@@ -1079,28 +880,8 @@ confirmed</source>
         <translation>Скидка</translation>
     </message>
     <message>
-        <source>%1, costs %2</source>
-        <translation>%1, стоит %2</translation>
-    </message>
-    <message>
-        <source>Cheaper by</source>
-        <translation>Дешевле на</translation>
-    </message>
-    <message>
         <source>such as 10.50</source>
         <translation>например 10,50</translation>
-    </message>
-    <message>
-        <source>Abandon receipt %1, %2? Nothing of it is sold then.</source>
-        <translation>Аннулировать чек %1 на %2? Ничего из него не будет продано.</translation>
-    </message>
-    <message>
-        <source>Abandon</source>
-        <translation>Аннулировать</translation>
-    </message>
-    <message>
-        <source>Close the shift? The next one begins at once.</source>
-        <translation>Закрыть смену? Следующая начнётся сразу.</translation>
     </message>
     <message>
         <source>Close</source>
@@ -1111,11 +892,11 @@ confirmed</source>
         <translation>Касса завершает работу…</translation>
     </message>
     <message numerus="yes">
-        <source>Not on the disk: %n receipt(s), %1. They are lost when the till ends now. Make room on the disk first.</source>
+        <source>Not saved: %n receipt(s), %1. They will be lost if you leave now. Make room on the disk first.</source>
         <translation>
-            <numerusform>Не сохранён на диск %n чек: %1. Если выйти сейчас, он будет потерян. Сначала освободите место на диске.</numerusform>
-            <numerusform>Не сохранены на диск %n чека: %1. Если выйти сейчас, они будут потеряны. Сначала освободите место на диске.</numerusform>
-            <numerusform>Не сохранено на диск %n чеков: %1. Если выйти сейчас, они будут потеряны. Сначала освободите место на диске.</numerusform>
+            <numerusform>Не сохранён %n чек: %1. Если выйти сейчас, он будет потерян. Сначала освободите место на диске.</numerusform>
+            <numerusform>Не сохранены %n чека: %1. Если выйти сейчас, они будут потеряны. Сначала освободите место на диске.</numerusform>
+            <numerusform>Не сохранено %n чеков: %1. Если выйти сейчас, они будут потеряны. Сначала освободите место на диске.</numerusform>
         </translation>
     </message>
     <message>
@@ -1139,10 +920,6 @@ confirmed</source>
         <translation>Закрыть смену</translation>
     </message>
     <message>
-        <source>Leave</source>
-        <translation>Выход</translation>
-    </message>
-    <message>
         <source>Goods</source>
         <translation>Товар</translation>
     </message>
@@ -1163,15 +940,11 @@ F2 finds the customer by the phone.</source>
 или введите код и нажмите Enter.
 Чек откроется сам.
 
-F2 — найти покупателя по телефону.</translation>
+F2 — найти клиента по телефону.</translation>
     </message>
     <message>
         <source>Edit</source>
         <translation>Изменить</translation>
-    </message>
-    <message>
-        <source>Take off</source>
-        <translation>Убрать</translation>
     </message>
     <message>
         <source>Total</source>
@@ -1182,10 +955,6 @@ F2 — найти покупателя по телефону.</translation>
         <translation>Удалить</translation>
     </message>
     <message>
-        <source>Undo</source>
-        <translation>Вернуть как было</translation>
-    </message>
-    <message>
         <source>Return</source>
         <translation>Возврат</translation>
     </message>
@@ -1194,40 +963,8 @@ F2 — найти покупателя по телефону.</translation>
         <translation>Закрыть чек</translation>
     </message>
     <message>
-        <source>Something was found wrong at the start. Sell on, and call the one who looks after the till: its log says what.</source>
-        <translation>При запуске найдена неисправность. Продавать можно; позовите того, кто обслуживает кассу: подробности в её журнале.</translation>
-    </message>
-    <message>
-        <source>The till cannot open: something is wrong with its settings or its disk. Call the one who looks after it; &quot;till check&quot; says what to mend.
-%1</source>
-        <translation>Касса не открывается: что-то не так с её настройками или диском. Позовите того, кто её обслуживает: команда «till check» скажет, что исправить.
-%1</translation>
-    </message>
-    <message>
         <source>The till cannot sell.</source>
         <translation>Касса не может продавать.</translation>
-    </message>
-    <message>
-        <source>The till cannot sell. Perhaps it is open in another window already; else call the one who looks after it. Its log says why:
-%1</source>
-        <translation>Касса не может продавать. Возможно, она уже открыта в другом окне; если нет, позовите того, кто её обслуживает. Причина — в журнале:
-%1</translation>
-    </message>
-    <message>
-        <source>Not all goods can be sold by their code. In %1:</source>
-        <translation>Не все товары можно продать по коду. В файле %1:</translation>
-    </message>
-    <message numerus="yes">
-        <source>and %n more line(s)</source>
-        <translation>
-            <numerusform>и ещё %n строка</numerusform>
-            <numerusform>и ещё %n строки</numerusform>
-            <numerusform>и ещё %n строк</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>ОК</translation>
     </message>
     <message>
         <source>No receipt is open</source>
@@ -1245,20 +982,341 @@ F2 — найти покупателя по телефону.</translation>
         <source>shop %1, till %2</source>
         <translation>магазин %1, касса %2</translation>
     </message>
+    <message>
+        <source>No goods have the code %1.</source>
+        <translation>Товара с кодом %1 нет.</translation>
+    </message>
+    <message>
+        <source>Enter the name and the price to sell it.</source>
+        <translation>Чтобы продать, введите название и цену.</translation>
+    </message>
+    <message>
+        <source>Sell %1 pieces?</source>
+        <translation>Продать %1 шт.?</translation>
+    </message>
+    <message>
+        <source>Sell</source>
+        <translation>Продать</translation>
+    </message>
+    <message>
+        <source>Sell at the price of %1?</source>
+        <translation>Продать по цене %1?</translation>
+    </message>
+    <message>
+        <source>Remove position %1?</source>
+        <translation>Удалить позицию %1?</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>The total is %1. None of the goods will be sold.</source>
+        <translation>Сумма — %1. Товары из чека проданы не будут.</translation>
+    </message>
+    <message>
+        <source>Leave and lose receipts?</source>
+        <translation>Выйти и потерять чеки?</translation>
+    </message>
+    <message>
+        <source>The till cannot sell</source>
+        <translation>Касса не может продавать</translation>
+    </message>
+    <message>
+        <source>Sell it all the same</source>
+        <translation>Всё равно продать</translation>
+    </message>
+    <message>
+        <source>Selling %1</source>
+        <translation>Продаётся: %1</translation>
+    </message>
+    <message>
+        <source>Customer's phone</source>
+        <translation>Телефон клиента</translation>
+    </message>
+    <message>
+        <source>Looking for the customer</source>
+        <translation>Поиск клиента</translation>
+    </message>
+    <message>
+        <source>Changing the quantity</source>
+        <translation>Меняется количество</translation>
+    </message>
+    <message>
+        <source>Promotion number</source>
+        <translation>Номер акции</translation>
+    </message>
+    <message>
+        <source>%1, price %2</source>
+        <translation>%1, стоит %2</translation>
+    </message>
+    <message>
+        <source>Discount amount</source>
+        <translation>Сумма скидки</translation>
+    </message>
+    <message>
+        <source>Giving the discount</source>
+        <translation>Применяется скидка</translation>
+    </message>
+    <message>
+        <source>Removing the position</source>
+        <translation>Удаляется позиция</translation>
+    </message>
+    <message>
+        <source>Cancel receipt %1?</source>
+        <translation>Аннулировать чек %1?</translation>
+    </message>
+    <message>
+        <source>Cancel the receipt</source>
+        <translation>Аннулировать</translation>
+    </message>
+    <message>
+        <source>Cancelling the receipt</source>
+        <translation>Чек аннулируется</translation>
+    </message>
+    <message>
+        <source>Closing the shift</source>
+        <translation>Смена закрывается</translation>
+    </message>
+    <message>
+        <source>Closing the till</source>
+        <translation>Касса завершает работу</translation>
+    </message>
+    <message>
+        <source>Opening the till</source>
+        <translation>Касса открывается</translation>
+    </message>
+    <message>
+        <source>These lines of %1 cannot be sold by their code:</source>
+        <translation>Эти строки файла %1 не продать по коду:</translation>
+    </message>
+    <message>
+        <source>Goods file</source>
+        <translation>Файл товаров</translation>
+    </message>
+    <message>
+        <source>Close the return</source>
+        <translation>Закрыть возврат</translation>
+    </message>
+    <message>
+        <source>Give back</source>
+        <translation>Верните</translation>
+    </message>
+    <message>
+        <source>Return %1 is closed.
+Give back</source>
+        <translation>Возврат %1 закрыт.
+Верните</translation>
+    </message>
+    <message>
+        <source>Receipt %1
+is closed</source>
+        <translation>Чек %1
+закрыт</translation>
+    </message>
+    <message>
+        <source>Exit</source>
+        <translation>Выход</translation>
+    </message>
+    <message>
+        <source>Asking for the customer's data</source>
+        <translation>Запрашиваются данные клиента</translation>
+    </message>
+    <message>
+        <source>Removing the customer</source>
+        <translation>Клиент убирается из чека</translation>
+    </message>
+    <message>
+        <source>Opening a return</source>
+        <translation>Открывается возврат</translation>
+    </message>
+    <message>
+        <source>Closing the receipt</source>
+        <translation>Чек закрывается</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <comment>the customer</comment>
+        <translation>Убрать</translation>
+    </message>
+    <message>
+        <source>Cancel receipt</source>
+        <translation>Аннулировать</translation>
+    </message>
+    <message>
+        <source>Something is wrong with the till's settings or its disk. Call support: &quot;till check&quot; says what to mend.</source>
+        <translation>Что-то не так с настройками кассы или её диском. Позовите поддержку: команда «till check» скажет, что исправить.</translation>
+    </message>
+    <message>
+        <source>Log: %1</source>
+        <translation>Журнал: %1</translation>
+    </message>
+    <message>
+        <source>The till found a fault when it started. You can go on selling. Call support.</source>
+        <translation>При запуске найдена неисправность. Продавать можно. Позовите поддержку.</translation>
+    </message>
+    <message>
+        <source>The loyalty plugin is missing. Call support: it must be installed again.</source>
+        <translation>Нет плагина лояльности. Позовите поддержку: его нужно установить снова.</translation>
+    </message>
+    <message>
+        <source>The disk is full. Make room on it, and start the till again.</source>
+        <translation>На диске нет места. Освободите его и запустите кассу снова.</translation>
+    </message>
+    <message>
+        <source>The stored receipts are of a newer version of this till. Call support: that version must be installed.</source>
+        <translation>Сохранённые чеки записаны более новой версией кассы. Позовите поддержку: нужно установить ту версию.</translation>
+    </message>
+    <message>
+        <source>up to three decimals: 0.350</source>
+        <translation>до трёх знаков, например 0,350</translation>
+    </message>
+    <message>
+        <source>The setting %1 is missing or cannot be used. Call support: &quot;till check&quot; says what to mend.</source>
+        <translation>Настройка %1 не задана или не годится. Позовите поддержку: команда «till check» скажет, что исправить.</translation>
+    </message>
+    <message>
+        <source>Adding up the shift</source>
+        <translation>Подсчитывается смена</translation>
+    </message>
+    <message>
+        <source>Receipts: %1, %2</source>
+        <translation>Чеков: %1 на %2</translation>
+    </message>
+    <message>
+        <source>Returns: %1, %2</source>
+        <translation>Возвратов: %1 на %2</translation>
+    </message>
+    <message>
+        <source>Messages waiting: %1</source>
+        <translation>Сообщений в очереди: %1</translation>
+    </message>
+    <message>
+        <source>Orders refused: %1</source>
+        <translation>Отклонено заказов: %1</translation>
+    </message>
+    <message>
+        <source>Close shift %1?</source>
+        <translation>Закрыть смену %1?</translation>
+    </message>
+    <message>
+        <source>Reading the refused orders</source>
+        <translation>Читаются отклонённые заказы</translation>
+    </message>
+    <message>
+        <source>These sales are done, but the service refused their orders. When support has mended the reason, send the orders again.</source>
+        <translation>Эти продажи состоялись, но сервис отклонил их заказы. Когда поддержка устранит причину, передайте заказы ещё раз.</translation>
+    </message>
+    <message>
+        <source>Receipt %1</source>
+        <translation>Чек %1</translation>
+    </message>
+    <message>
+        <source>Refused orders</source>
+        <translation>Отклонённые заказы</translation>
+    </message>
+    <message>
+        <source>Send again</source>
+        <translation>Передать ещё раз</translation>
+    </message>
+    <message>
+        <source>Sending the orders again</source>
+        <translation>Передача заказов</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>This till is selling already, in another window or at a terminal. Go on there.</source>
+        <translation>Эта касса уже торгует, в другом окне или в терминале. Продолжайте там.</translation>
+    </message>
+    <message>
+        <source>No customer.</source>
+        <translation>Клиента нет.</translation>
+    </message>
+    <message>
+        <source>F2 finds one by the phone.</source>
+        <translation>F2 — найти по телефону.</translation>
+    </message>
+    <message>
+        <source>not given</source>
+        <translation>не указано</translation>
+    </message>
+    <message>
+        <source>Phone</source>
+        <translation>Телефон</translation>
+    </message>
+    <message>
+        <source>E-mail</source>
+        <translation>Почта</translation>
+    </message>
+    <message>
+        <source>Birthday</source>
+        <translation>Дата рождения</translation>
+    </message>
+    <message>
+        <source>Receipts</source>
+        <translation>Чеки</translation>
+    </message>
+    <message>
+        <source>electronic</source>
+        <translation>электронные</translation>
+    </message>
+    <message>
+        <source>on paper</source>
+        <translation>бумажные</translation>
+    </message>
+    <message>
+        <source>no code</source>
+        <translation>нет кода</translation>
+    </message>
+    <message>
+        <source>no name</source>
+        <translation>нет названия</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no price</source>
+        <translation>«%1» — не цена</translation>
+    </message>
+    <message>
+        <source>the code %1 is there already</source>
+        <translation>код %1 уже есть</translation>
+    </message>
+    <message>
+        <source>The file cannot be read: %1</source>
+        <translation>Файл не читается: %1</translation>
+    </message>
+    <message>
+        <source>Line 1: the columns code, name and price are expected; &quot;%1&quot; is missing</source>
+        <translation>Строка 1: нужны столбцы code, name и price, не хватает «%1»</translation>
+    </message>
+    <message>
+        <source>not UTF-8</source>
+        <translation>не UTF-8</translation>
+    </message>
+    <message>
+        <source>a quotation mark is missing</source>
+        <translation>не хватает кавычки</translation>
+    </message>
+    <message>
+        <source>Line %1: %2</source>
+        <translation>Строка %1: %2</translation>
+    </message>
 </context>
 <context>
     <name>till::MessageDialog</name>
     <message>
-        <source>Error</source>
-        <translation>Ошибка</translation>
+        <source>Details</source>
+        <translation>Подробности</translation>
     </message>
     <message>
-        <source>Message</source>
-        <translation>Сообщение</translation>
+        <source>Scanned %1: finish this first.</source>
+        <translation>Отсканировано %1: сначала закончите это.</translation>
     </message>
     <message>
-        <source>Question</source>
-        <translation>Вопрос</translation>
+        <source>OK</source>
+        <translation>ОК</translation>
     </message>
 </context>
 <context>
@@ -1267,17 +1325,29 @@ F2 — найти покупателя по телефону.</translation>
         <source>Delete the last character</source>
         <translation>Стереть последний символ</translation>
     </message>
+    <message>
+        <source>Capital letters</source>
+        <translation>Заглавные буквы</translation>
+    </message>
+    <message>
+        <source>Other letters</source>
+        <translation>Другие буквы</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Пробел</translation>
+    </message>
 </context>
 <context>
     <name>till::ProgressCard</name>
     <message>
-        <source>One moment, please ...</source>
-        <translation>Подождите…</translation>
+        <source>%1, %2 s</source>
+        <extracomment>What the till waits for, and the seconds that it has waited.</extracomment>
+        <translation>%1, %2 с</translation>
     </message>
     <message>
-        <source>%1 s</source>
-        <extracomment>Seconds that the till has waited.</extracomment>
-        <translation>%1 с</translation>
+        <source>Waiting behind it: %1</source>
+        <translation>За этим ждут: %1</translation>
     </message>
 </context>
 <context>
@@ -1305,37 +1375,6 @@ F2 — найти покупателя по телефону.</translation>
     <message>
         <source>Sum</source>
         <translation>Сумма</translation>
-    </message>
-</context>
-<context>
-    <name>till::RefusedDialog</name>
-    <message>
-        <source>Refused orders</source>
-        <translation>Отклонённые заказы</translation>
-    </message>
-    <message>
-        <source>The service did not take these. When the reason is mended, report the order again.</source>
-        <translation>Сервис не принял эти заказы. Когда причина устранена, передайте заказ ещё раз.</translation>
-    </message>
-    <message>
-        <source>Receipt</source>
-        <translation>Чек</translation>
-    </message>
-    <message>
-        <source>Sold</source>
-        <translation>Продан</translation>
-    </message>
-    <message>
-        <source>Reason</source>
-        <translation>Причина</translation>
-    </message>
-    <message>
-        <source>Report again</source>
-        <translation>Передать ещё раз</translation>
-    </message>
-    <message>
-        <source>Back</source>
-        <translation>Назад</translation>
     </message>
 </context>
 <context>
@@ -1369,7 +1408,7 @@ F2 — найти покупателя по телефону.</translation>
         <translation>remove ПОЗИЦИЯ</translation>
     </message>
     <message>
-        <source>takes a position off: remove 2</source>
+        <source>removes a position: remove 2</source>
         <translation>убирает позицию: remove 2</translation>
     </message>
     <message>
@@ -1381,12 +1420,8 @@ F2 — найти покупателя по телефону.</translation>
         <translation>даёт скидку на позицию: discount 1 10.00 77</translation>
     </message>
     <message>
-        <source>card NUMBER</source>
-        <translation>card НОМЕР</translation>
-    </message>
-    <message>
         <source>identifies the customer: card +7 916 123-45-67</source>
-        <translation>находит покупателя: card +7 916 123-45-67</translation>
+        <translation>находит клиента: card +7 916 123-45-67</translation>
     </message>
     <message>
         <source>shows the receipt</source>
@@ -1397,19 +1432,15 @@ F2 — найти покупателя по телефону.</translation>
         <translation>показывает карту и её владельца</translation>
     </message>
     <message>
-        <source>action CODE</source>
-        <translation>action КОД</translation>
-    </message>
-    <message>
         <source>triggers an action: action 170</source>
         <translation>выполняет действие: action 170</translation>
     </message>
     <message>
-        <source>edits the customer&apos;s data, as action 170 does</source>
-        <translation>меняет данные покупателя, как действие 170</translation>
+        <source>edits the customer's data, as action 170 does</source>
+        <translation>меняет данные клиента, как действие 170</translation>
     </message>
     <message>
-        <source>takes card and loyalty data off the receipt</source>
+        <source>removes card and loyalty data from the receipt</source>
         <translation>убирает из чека карту и данные лояльности</translation>
     </message>
     <message>
@@ -1417,7 +1448,7 @@ F2 — найти покупателя по телефону.</translation>
         <translation>закрывает чек</translation>
     </message>
     <message>
-        <source>abandons the receipt</source>
+        <source>cancels the receipt</source>
         <translation>аннулирует чек</translation>
     </message>
     <message>
@@ -1425,11 +1456,11 @@ F2 — найти покупателя по телефону.</translation>
         <translation>report НОМЕР</translation>
     </message>
     <message>
-        <source>reports a committed receipt once more: report 17</source>
-        <translation>сообщает о закрытом чеке ещё раз: report 17</translation>
+        <source>reports a committed receipt again: report 17</source>
+        <translation>передаёт закрытый чек ещё раз: report 17</translation>
     </message>
     <message>
-        <source>shows how delivery stands</source>
+        <source>shows the state of the delivery</source>
         <translation>показывает состояние очереди</translation>
     </message>
     <message>
@@ -1437,19 +1468,15 @@ F2 — найти покупателя по телефону.</translation>
         <translation>закрывает смену</translation>
     </message>
     <message>
-        <source>shows what is loaded</source>
-        <translation>показывает, что загружено</translation>
+        <source>shows the loaded plugin</source>
+        <translation>показывает загруженный плагин</translation>
     </message>
     <message>
         <source>shows this list</source>
         <translation>показывает этот список</translation>
     </message>
     <message>
-        <source>quit [now]</source>
-        <translation>quit [now]</translation>
-    </message>
-    <message>
-        <source>ends the till; an open receipt stays open</source>
+        <source>quits the till; an open receipt stays open</source>
         <translation>завершает работу; открытый чек остаётся открытым</translation>
     </message>
     <message>
@@ -1469,10 +1496,6 @@ F2 — найти покупателя по телефону.</translation>
         <translation>1 (продажа) или 2 (возврат)</translation>
     </message>
     <message>
-        <source>a code and a name</source>
-        <translation>код и название</translation>
-    </message>
-    <message>
         <source>a price from 0 to %1 with at most two decimals</source>
         <translation>цена от 0 до %1, не больше двух знаков после точки</translation>
     </message>
@@ -1485,15 +1508,11 @@ F2 — найти покупателя по телефону.</translation>
         <translation>сумма больше 0, не больше двух знаков после точки</translation>
     </message>
     <message>
-        <source>a whole number, not &quot;%1&quot;</source>
-        <translation>целое число, а не «%1»</translation>
-    </message>
-    <message>
         <source>No receipt is open.</source>
         <translation>Открытого чека нет.</translation>
     </message>
     <message>
-        <source>Abandon receipt %1, total %2?</source>
+        <source>Cancel receipt %1, total %2?</source>
         <translation>Аннулировать чек %1 на %2?</translation>
     </message>
     <message>
@@ -1509,77 +1528,98 @@ F2 — найти покупателя по телефону.</translation>
         <translation>нет</translation>
     </message>
     <message>
-        <source>Only in memory: receipt %1.</source>
-        <translation>Только в памяти: чек %1.</translation>
+        <source>Not saved: receipt %1.</source>
+        <translation>Не сохранено: чек %1.</translation>
     </message>
     <message>
-        <source>&quot;quit&quot; or &quot;quit now&quot;</source>
-        <translation>«quit» или «quit now»</translation>
+        <source>The till keeps running. Make room on the disk and quit again; &quot;quit now&quot; quits without saving.</source>
+        <translation>Касса работает дальше. Освободите место на диске и повторите quit; «quit now» завершит работу без сохранения.</translation>
     </message>
     <message>
-        <source>The till goes on. Make room on the disk and quit again; &quot;quit now&quot; ends it all the same.</source>
-        <translation>Касса работает дальше. Освободите место на диске и повторите quit; «quit now» завершит работу всё равно.</translation>
+        <source>Messages waiting: %1, parked: %2; receipts refused: %3. Oldest: %4.</source>
+        <translation>Сообщений в очереди: %1, отложено: %2; отклонено чеков: %3. Самое старое: %4.</translation>
+    </message>
+    <message>
+        <source>a whole number above 0</source>
+        <translation>целое число больше 0</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>целое число</translation>
+    </message>
+    <message>
+        <source>card PHONE</source>
+        <translation>card ТЕЛЕФОН</translation>
+    </message>
+    <message>
+        <source>action NUMBER</source>
+        <translation>action НОМЕР</translation>
+    </message>
+    <message>
+        <source>[not saved] %1</source>
+        <translation>[не сохранено] %1</translation>
+    </message>
+    <message>
+        <source>[not readable] row %1: %2</source>
+        <translation>[не читается] строка %1: %2</translation>
+    </message>
+    <message>
+        <source>Receipts to report again: %1. Report them?</source>
+        <translation>Чеков для повторной передачи: %1. Передать?</translation>
+    </message>
+    <message>
+        <source>expected a receipt's number, not &quot;%1&quot;</source>
+        <translation>ожидается номер чека, а не «%1»</translation>
     </message>
 </context>
 <context>
     <name>till::StateLine</name>
     <message>
-        <source>Orders waiting: none</source>
-        <translation>Заказов в очереди нет</translation>
+        <source>Receipts not saved: %1</source>
+        <translation>Не сохранено чеков: %1</translation>
     </message>
     <message>
-        <source>Orders waiting: %1, since %2</source>
-        <translation>Заказов в очереди: %1, с %2</translation>
+        <source>Loyalty service: not asked yet</source>
+        <translation>Лояльность: нет данных</translation>
     </message>
     <message>
-        <source>Orders refused: %1</source>
-        <translation>Отклонено заказов: %1</translation>
+        <source>Loyalty service: online</source>
+        <translation>Лояльность: на связи</translation>
     </message>
     <message>
-        <source>Receipts not on the disk: %1</source>
-        <translation>Чеков не на диске: %1</translation>
+        <source>Loyalty service: offline since %1</source>
+        <translation>Лояльность: нет связи с %1</translation>
     </message>
     <message>
-        <source>Orders waiting: %1</source>
-        <translation>Заказов в очереди: %1</translation>
+        <source>Orders refused: %1 ▸</source>
+        <translation>Отклонено заказов: %1 ▸</translation>
     </message>
     <message>
-        <source>Orders: the disk does not answer</source>
-        <translation>Заказы: диск не отвечает</translation>
+        <source>Messages: the disk cannot be read</source>
+        <translation>Очередь: диск не читается</translation>
     </message>
     <message>
-        <source>Loyalty: not asked yet</source>
-        <translation>Лояльность: ещё не спрашивали</translation>
+        <source>Messages waiting: %1, since %2</source>
+        <translation>Сообщений в очереди: %1, с %2</translation>
     </message>
     <message>
-        <source>Loyalty: answers</source>
-        <translation>Лояльность: отвечает</translation>
-    </message>
-    <message>
-        <source>Loyalty: no answer since %1</source>
-        <translation>Лояльность: нет ответа с %1</translation>
-    </message>
-</context>
-<context>
-    <name>till::TextEditor</name>
-    <message>
-        <source>That does not fit in here</source>
-        <translation>Сюда это не помещается</translation>
-    </message>
-    <message>
-        <source>To be filled in to the end: %1</source>
-        <translation>Заполните до конца: %1</translation>
-    </message>
-    <message>
-        <source>Not of the form that is expected here</source>
-        <translation>Здесь ожидается другая запись</translation>
+        <source>Goods file errors: %1 ▸</source>
+        <translation>Ошибок в товарах: %1 ▸</translation>
     </message>
 </context>
 <context>
     <name>till::WindowPresenter</name>
     <message>
-        <source>OK</source>
-        <translation>ОК</translation>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Attempt %1</source>
+        <translation>Попытка %1</translation>
     </message>
 </context>
 </TS>

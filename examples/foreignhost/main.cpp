@@ -1,5 +1,5 @@
-// A till in one file: it loads the loyalty plugin, sells to the owner of a phone, abandons a
-// second receipt, and delivers what was queued.
+// A till in one file: it loads the loyalty plugin, sells to the owner of a phone, abandons a second
+// receipt, and delivers the queued messages.
 //
 // usage: foreignhost SETTINGS DIRECTORY PHONE    the cashier's answers come from standard input
 
@@ -11,6 +11,7 @@
 #include <host/dialogpresenter.h>
 #include <host/documentjson.h>
 #include <host/logging.h>
+#include <host/messagesink.h>
 #include <host/privatefile.h>
 #include <host/receiptkeeper.h>
 #include <host/session.h>
@@ -18,10 +19,13 @@
 #include <interface/ordermessage.h>
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QPluginLoader>
 
 #include <iostream>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -30,7 +34,7 @@ void say(const QString &text)
     std::cout << text.toStdString() << std::endl;
 }
 
-/// The cashier's next line; nothing at the end of the input.
+/// The cashier's next line; null at the end of the input.
 std::optional<QString> answer()
 {
     std::string line;
@@ -39,23 +43,17 @@ std::optional<QString> answer()
     return QString::fromStdString(line);
 }
 
-/// Dialogs on standard input and output. The end of the input cancels: an empty answer to the code
-/// dialog is asked again, so a host that answered with empty texts for ever would never end.
+/// Dialogs on standard input and output. The end of the input must cancel a dialog: the plugin
+/// repeats the code dialog after an empty answer, so endless empty answers would loop for ever.
 class Cashier : public DialogPresenter
 {
 public:
-    void showError(const tr::Tr &text) override
-    {
-        say(QStringLiteral("error: ") + text.toString());
-    }
-    void showMessage(const tr::Tr &text) override
-    {
-        say(QStringLiteral("message: ") + text.toString());
-    }
+    void showError(const tr::Tr &text) override { say(u"error: "_s + text.toString()); }
+    void showMessage(const tr::Tr &text) override { say(u"message: "_s + text.toString()); }
     bool showChoice(const tr::Tr &question, const tr::Tr &ok, const tr::Tr &) override
     {
-        say(QStringLiteral("%1 (1: %2)").arg(question.toString(), ok.toString()));
-        return answer() == QStringLiteral("1");
+        say(u"%1 (1: %2)"_s.arg(question.toString(), ok.toString()));
+        return answer() == u"1"_s;
     }
     core::BasicDialog::Result showInputText(const InputTextRequest &request) override
     {
@@ -74,9 +72,9 @@ public:
             say(field.label.toString());
             const auto text = answer();
             if (!text)
-                return {}; // cancelled, as a whole
+                return {}; // the whole form is cancelled
             if (field.kind == FormFieldKind::Date)
-                answers.insert(field.key, QDate::fromString(*text, QStringLiteral("dd.MM.yyyy")));
+                answers.insert(field.key, QDate::fromString(*text, u"dd.MM.yyyy"_s));
             else if (field.kind == FormFieldKind::Choice)
                 answers.insert(field.key, text->toInt()); // the option's index
             else
@@ -93,11 +91,11 @@ class Progress : public ProgressDisplay
 public:
     void setProgress(const tr::Tr &text, int value) override
     {
-        say(QStringLiteral("%1 %2 %").arg(text.toString()).arg(value));
+        say(u"%1 %2 %"_s.arg(text.toString()).arg(value));
     }
 };
 
-/// Keeps the receipt at hand in a file, for itself and for the plugin.
+/// Saves the current receipt in a file, for the host and for the plugin.
 class Keeper : public ReceiptKeeper
 {
 public:
@@ -106,21 +104,43 @@ public:
     {}
     bool keep(const QSharedPointer<AbstractDocument> &document) override
     {
-        QString error;
-        const auto json = documentjson::toJson(*document, error);
-        return error.isEmpty() && !privatefile::write(file, QJsonDocument(json).toJson());
+        const auto json = QJsonDocument(documentjson::toJson(*document)).toJson();
+        return privatefile::write(file, json).has_value();
     }
 
 private:
     QString file;
 };
 
+/// The queue, saved as one file.
+class Queue : public MessageSink
+{
+public:
+    explicit Queue(QString file)
+        : file(std::move(file))
+    {}
+    bool put(const QString &, const QJsonObject &message, const QString &) override
+    {
+        messages.append(message);
+        return save();
+    }
+    bool save()
+    {
+        return isSaved = privatefile::write(file, QJsonDocument(messages).toJson()).has_value();
+    }
+
+    QString file;
+    QJsonArray messages;
+    bool isSaved = true;
+};
+
 class Till
 {
 public:
-    Till(BasicLoyaltySystem &system, Keeper &keeper)
+    Till(BasicLoyaltySystem &system, Keeper &keeper, Queue &queue)
         : system(system)
         , keeper(keeper)
+        , queue(queue)
     {}
 
     void open(int number)
@@ -147,28 +167,24 @@ public:
         auto card = QSharedPointer<DocumentCardRecord>::create(number.number);
         receipt->setCardRecord(card);
         if (system.identifyByCard(card, ECardNumberType::Typed)) {
-            receipt->setCardRecord(card); // by reference: it may be another one now
-            say(QStringLiteral("customer: ") + card->getCard()->getClient()->getName());
+            receipt->setCardRecord(card); // the plugin may have replaced the record
+            say(u"customer: "_s + card->getCard()->getClient()->getName());
         } else {
-            say(QStringLiteral("no customer: ") +
-                system.getLastErrorString()); // which may be empty
+            say(u"no customer: "_s + system.getLastErrorString()); // may be empty
             forgetHolder();
         }
         keeper.keep(receipt);
     }
 
-    /// \return Whether the order is with the service or in the queue.
+    /// \return Whether the order has reached the service or the queue.
     bool commit()
     {
-        auto *const queue = Singleton<DBQueueBroker>::instance();
-        queue->beginBatch(); // all messages of a receipt or none
         system.commit(receipt);
-        const auto isQueued = queue->endBatch();
-        if (!isQueued)
-            say(QStringLiteral("commit it again later: ") + queue->lastError());
+        if (!queue.isSaved)
+            say(u"commit it again later: its messages are not saved"_s);
         system.clearAfterClose();
         close();
-        return isQueued;
+        return queue.isSaved;
     }
 
     void abandon()
@@ -196,29 +212,31 @@ private:
 
     BasicLoyaltySystem &system;
     Keeper &keeper;
+    Queue &queue;
     QSharedPointer<AbstractDocument> receipt;
 };
 
-/// Delivers in the order of the queue until it is empty or the service does not take a message.
-/// \return How many were delivered.
-int deliver()
+/// Delivers the queue in order until it is empty or the service does not accept a message.
+/// \return The number of delivered messages.
+int deliver(Queue &queue)
 {
     namespace words = lmmindbox::ordermessage;
-    constexpr bool atOnce = true; // and not into the queue again
-    auto *const queue = Singleton<DBQueueBroker>::instance();
+    constexpr bool atOnce = true; // do not queue the message again
     lmmindbox::Interface service;
     int delivered = 0;
-    while (const auto next = queue->first(words::queue)) {
-        const auto payload = next->message.value(words::payload).toObject();
-        const auto isOrder = next->message.value(words::method) == words::create;
+    while (!queue.messages.isEmpty()) {
+        const auto message = queue.messages.first().toObject();
+        const auto payload = message.value(words::payload).toObject();
+        const auto isOrder = message.value(words::method) == words::create;
         const lmmindbox::OperationResult result =
             isOrder ? service.createAuthorizedOrder(payload, atOnce)
                     : service.changeOrderStatus(payload, atOnce);
         if (!result.success()) {
-            say(QStringLiteral("not delivered, HTTP code %1").arg(result.httpCode));
+            say(u"not delivered, HTTP code %1"_s.arg(result.httpCode));
             break;
         }
-        queue->remove(next->id);
+        queue.messages.removeFirst();
+        queue.save();
         ++delivered;
     }
     return delivered;
@@ -237,18 +255,19 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     const auto arguments = QCoreApplication::arguments();
     if (arguments.size() != 4)
-        return fail(QStringLiteral("usage: foreignhost SETTINGS DIRECTORY PHONE"));
+        return fail(u"usage: foreignhost SETTINGS DIRECTORY PHONE"_s);
     const auto directory = arguments.at(2);
 
-    // Before the plugin is loaded: it reads its settings when it is created.
-    if (const auto error = Singleton<Config>::instance()->load(arguments.at(1)))
-        return fail(*error);
-    if (const auto error = logging::start(directory + QStringLiteral("/host.log"), false))
-        return fail(*error);
-    Singleton<DBQueueBroker>::instance()->setFile(directory + QStringLiteral("/queue.db"));
+    // Load the settings first: the plugin reads them when it is created.
+    if (const auto loaded = Singleton<Config>::instance()->load(arguments.at(1)); !loaded)
+        return fail(loaded.error().text());
+    if (const auto log = logging::start(directory + u"/host.log"_s, false); !log)
+        return fail(log.error());
+    Queue queue(directory + u"/queue.json"_s);
+    Singleton<DBQueueBroker>::instance()->setSink(&queue);
     Cashier cashier;
     Dialog::setPresenter(&cashier);
-    Keeper keeper(directory + QStringLiteral("/receipt.json"));
+    Keeper keeper(directory + u"/receipt.json"_s);
     auto *const session = Singleton<Session>::instance();
     session->setReceiptKeeper(&keeper);
     session->setProgressDisplay(QSharedPointer<Progress>::create());
@@ -258,24 +277,25 @@ int main(int argc, char *argv[])
     if (!system)
         return fail(loader.errorString());
     if (!system->init())
-        return fail(QStringLiteral("the plugin cannot be initialised"));
+        return fail(u"the plugin cannot be initialised"_s);
     system->registerLoyaltySystem();
 
-    Till till(*system, keeper);
+    Till till(*system, keeper, queue);
     till.open(1);
-    till.add(QStringLiteral("4600"), QStringLiteral("Milk"), 89.90, 2);
+    till.add(u"4600"_s, u"Milk"_s, 89.90, 2);
     till.identify(arguments.at(3));
     const auto isReported = till.commit();
     till.open(2);
-    till.add(QStringLiteral("4601"), QStringLiteral("Bread"), 45, 1);
+    till.add(u"4601"_s, u"Bread"_s, 45, 1);
     till.abandon();
-    say(QStringLiteral("delivered: %1").arg(deliver()));
+    say(u"delivered: %1"_s.arg(deliver(queue)));
 
     system->deregisterLoyaltySystem();
     system->deinit();
     session->setReceiptKeeper(nullptr);
     session->setProgressDisplay({});
     Dialog::setPresenter(nullptr);
+    Singleton<DBQueueBroker>::instance()->setSink(nullptr);
     logging::stop();
     return isReported ? 0 : 1;
 }

@@ -13,8 +13,8 @@ namespace Log4Qt {
 
 /// A named logger over a Qt logging category of the same name.
 ///
-/// Level, pattern and destination are set the Qt way (QT_LOGGING_RULES, QT_MESSAGE_PATTERN, an
-/// installed message handler). The arguments of a message fill its %1, %2 in order.
+/// Level, pattern and destination are Qt's (QT_LOGGING_RULES, QT_MESSAGE_PATTERN, an installed
+/// message handler). The arguments of a message fill its %1, %2 in order.
 class LOG4QT_EXPORT Logger
 {
 public:
@@ -51,7 +51,7 @@ private:
     template<typename... Args>
     static QString fill(const QString &message, const Args &...args)
     {
-        // All at once: a place in the text of an argument is not to be filled by the next one.
+        // All at once: an argument that contains "%2" must not be filled by the next one.
         if constexpr (sizeof...(args) > 0)
             return message.arg(QStringLiteral("%1").arg(args)...);
         else

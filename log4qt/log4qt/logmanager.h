@@ -8,8 +8,8 @@ namespace Log4Qt {
 class LOG4QT_EXPORT LogManager
 {
 public:
-    /// The logger of that name, the same one on every call, alive until the process ends. Nothing
-    /// is set up from the second text here; callers give none or an empty one.
+    /// The logger with that name: the same object on every call, alive until the process ends.
+    /// `setup` is not read.
     static Logger *logger(const QString &name, const QString &setup = {});
 };
 

@@ -1,5 +1,6 @@
 """What all actors of a crash test share: its settings, its processes and its counts."""
 import asyncio
+import contextlib
 import os
 import pathlib
 import random
@@ -9,7 +10,7 @@ from collections import Counter
 
 SECRET = "crash-test-secret"
 PATIENCE = 60  # seconds for one step of a process on a busy machine
-PHASES = ("start", "identification", "sale", "commit", "delivery")
+PHASES = ("start", "identification", "sale", "cancel", "commit", "report", "delivery")
 FINDINGS = ("lost", "duplicated", "unexplained", "wrong", "broken files")
 
 
@@ -35,7 +36,7 @@ class Run:
                             if name not in ("TILL_CONFIG", "QT_LOGGING_RULES",
                                             "QT_MESSAGE_PATTERN")}
         self.environment["SIMULATOR_SECRET_KEY"] = SECRET
-        self.receipts = self.in_memory = 0
+        self.receipts = self.cancelled = self.in_memory = 0
         self.processes = []  # that nobody has killed yet
         self.begun = time.monotonic()
 
@@ -71,7 +72,10 @@ class Run:
         if process not in self.processes or process.returncode is not None:
             return False
         self.processes.remove(process)
-        process.kill()
+        # asyncio's own kill() looks first whether the process has ended, and so takes the exit code
+        # away from the thread that waits for it.
+        with contextlib.suppress(ProcessLookupError):
+            os.kill(process.pid, signal.SIGKILL)
         return True
 
     async def gone(self, process, name):
@@ -87,8 +91,10 @@ class Run:
 
     def table(self):
         rows = [("receipts", self.receipts), ("  only in memory, and told", self.in_memory),
+                ("cancelled", self.cancelled),
                 ("kills", self.kills.total()),
-                *((f"  of {name}", self.kills[name]) for name in ("till", "deliverer", "simulator")),
+                *((f"  of {name}", self.kills[name])
+                  for name in ("till", "deliverer", "office", "simulator")),
                 *((f"  during {name}", self.phases[name]) for name in PHASES),
                 ("faults", self.faults.total()),
                 *((f"  {name}", count) for name, count in sorted(self.faults.items())),

@@ -1,217 +1,250 @@
 'use strict';
 
-// Whatever is shown here may come from a till: it becomes text, never markup.
+// Any shown value may come from a till, so it becomes text, never markup.
 
-const mostShown = 200; // as many as the service tells
-const silence = 6000;  // milliseconds; the service gives a sign every two seconds
+const mostShown = 200; // of a list; the service sends no more
+const mostLines = 50;  // of an order
 const operations = ['GetCustomer', 'RegisterCustomer', 'EditCustomer', 'ConfirmMobilePhone',
                     'ResendMobilePhoneConfirmationCode', 'CheckMobilePhoneAuthorizationCode',
                     'EmailConfirmationLetter', 'CreateAuthorizedOrder', 'ChangeStatus'];
+// kind, name, meaning, members from the form
 const faults = [
-  {kind: 'delay', name: 'Delay', means: 'the answer comes late'},
-  {kind: 'drop', name: 'Drop', means: 'closes without a byte'},
-  {kind: 'cut', name: 'Cut', means: 'closes within the answer'},
-  {kind: 'emptyBody', name: 'Empty', means: '200 and no body'},
-  {kind: 'http500', name: '500', means: 'the error and no body'},
-  {kind: 'busy', name: '503', means: 'busy, with Retry-After'},
-  {kind: 'html', name: 'Page', means: 'a web page instead of JSON'},
-  {kind: 'slowDrip', name: 'Drip', means: 'the answer comes byte by byte'},
-  {kind: 'wrongCodeAsValidationError', name: 'Wrong code', means: 'told as a validation error'},
+  ['delay', 'Delay', 'the answer comes late', 'executed', 'milliseconds'],
+  ['drop', 'Drop', 'closes without a byte', 'executed'],
+  ['cut', 'Cut', 'closes within the answer', 'executed'],
+  ['emptyBody', 'Empty', 'HTTP 200 without a body', 'executed'],
+  ['http500', '500', 'HTTP 500 without a body', 'executed'],
+  ['busy', '503', 'busy, with Retry-After', 'executed'],
+  ['html', 'Page', 'a web page instead of JSON', 'executed'],
+  ['slowDrip', 'Drip', 'the answer comes byte by byte', 'milliseconds'],
+  ['answer', 'Answer', 'the code and body above', 'executed', 'httpCode', 'body'],
 ];
+const moods = {Success: 'good', Found: 'good', Created: 'good', Changed: 'good', Processed: 'good',
+               Calculated: 'good', MobilePhoneConfirmed: 'good', AlreadyConfirmed: 'good',
+               NotFound: 'warn'};
 
 const byId = id => document.getElementById(id);
 
-/// An element of a class with children, which are elements or texts.
+/// An element with a class and children, which are elements or texts.
 function make(tag, className, ...children) {
   const element = document.createElement(tag);
   element.className = className;
-  element.append(...children.filter(child => child !== null).map(
+  element.append(...children.filter(child => child !== '').map(
       child => child instanceof Node ? child : String(child)));
   return element;
+}
+
+function makeButton(className, click, ...children) {
+  const button = make('button', className, ...children);
+  button.type = 'button';
+  button.addEventListener('click', click);
+  return button;
 }
 
 const badge = (text, mood = '') => make('span', `badge ${mood}`, text);
 const time = milliseconds => new Date(milliseconds).toLocaleTimeString();
 const money = amount => Number(amount).toFixed(2);
-const plural = (count, one, many) => `${count} ${count === 1 ? one : many}`;
 const only = object => Object.entries(object ?? {})[0] ?? ['', ''];
+const short = operation => operation.replace(/^Offline\./, '');
 
-function smsItem(sms) {
-  return make('li', '', make('span', 'who', `+${sms.mobilePhone}`),
-              make('span', 'what', 'code ', make('b', 'code', sms.code)),
-              make('time', 'quiet', time(sms.sentAt)));
-}
+const bubble = (who, sentAt, ...what) => make('li', '', make('span', 'who', who),
+    make('span', '', ...what), make('time', 'quiet', time(sentAt)));
 
-function letterItem(letter) {
-  return make('li', '', make('span', 'who', letter.email),
-              make('span', 'what', 'please confirm your e-mail'),
-              make('time', 'quiet', time(letter.sentAt)));
-}
-
-function customerItem(customer) {
+function customerItem({mobilePhone, firstName, lastName, email, ...customer}) {
   const confirmed = (is, what) => badge(`${what} ${is ? '✓ confirmed' : 'not confirmed'}`,
                                         is ? 'good' : 'warn');
-  const name = [customer.firstName, customer.lastName].filter(part => part).join(' ');
-  const details = [customer.sex, customer.birthDate, customer.email].filter(part => part);
-  return make('li', '', make('div', 'top', make('strong', '', `+${customer.mobilePhone}`),
-                             make('span', '', name)),
-              make('div', 'quiet', details.join(' · ')),
+  const joined = (parts, between) => parts.filter(part => part).join(between);
+  return make('li', '', make('div', 'top', make('strong', '', `+${mobilePhone}`),
+                             make('span', '', joined([firstName, lastName], ' '))),
+              make('div', 'quiet', joined([customer.sex, customer.birthDate, email], ' · ')),
               make('div', '', confirmed(customer.isMobilePhoneConfirmed, 'phone'), ' ',
-                   customer.email ? confirmed(customer.isEmailConfirmed, 'e-mail') : ''));
+                   email ? confirmed(customer.isEmailConfirmed, 'e-mail') : ''));
 }
 
-function lineRows(line) {
-  const [, product] = only(line.product?.ids);
-  const promotions = (line.requestedPromotions ?? []).map(
-      ({type, amount, promotion}) => `${type} ${money(amount)} · promotion ${promotion.ids.externalId}`);
-  const status = line.status ? badge(line.status, 'good') : badge('no status');
+function lineRow(line) {
+  const promotions = (line.requestedPromotions ?? []).map(({type, amount, promotion}) =>
+      `${type} ${money(amount)} · promotion ${promotion.ids.externalId}`);
+  const sum = line.discountedPricePerLine ?? line.discountedPriceOfLine;
   return make('tr', '', make('td', 'quiet', line.lineNumber),
-              make('td', '', product, make('div', 'quiet', promotions.join(', '))),
+              make('td', '', only(line.product?.ids)[1],
+                   make('div', 'quiet', promotions.join(', '))),
               make('td', 'number', `${line.quantity} × ${money(line.basePricePerItem)}`),
-              make('td', 'number', money(line.discountedPricePerLine)), make('td', '', status));
+              make('td', 'number', money(sum)),
+              make('td', '', line.status ? badge(line.status, 'good') : badge('no status')));
 }
 
-function orderItem(order) {
+function orderItem({mobilePhone, executionDateTimeUtc, ...order}) {
   const [name, id] = only(order.ids);
-  const head = ['', 'product', 'price', 'sum', 'status'].map(
-      text => make('th', '', text));
-  head.forEach(cell => { cell.scope = 'col'; });
-  const more = order.lineCount - order.lines.length;
-  const counts = [[order.repetitions, 'repetition', 'repetitions', ''],
-                  [order.conflicts, 'repetition differed', 'repetitions differed', 'bad'],
-                  [order.statusRepetitions, 'status repeated', 'statuses repeated', '']]
-      .filter(([count]) => count > 0)
-      .map(([count, one, many, mood]) => badge(plural(count, one, many), mood));
+  const head = ['no.', 'product', 'price', 'sum', 'status'].map(text => make('th', '', text));
+  const more = order.lines.length - mostLines;
+  const counts = [['repeated', order.repetitions], ['differed', order.conflicts, 'bad'],
+                  ['status repeated', order.statusRepetitions]]
+      .filter(([, count]) => count > 0)
+      .map(([what, count, mood]) => badge(`${count} × ${what}`, mood));
   return make('li', '', make('div', 'top', make('strong', 'id', id),
                              make('strong', 'number', money(order.totalPrice))),
               make('div', 'quiet', `${name} · `,
-                   order.mobilePhone ? `customer +${order.mobilePhone}` : 'no customer',
-                   order.executionDateTimeUtc ? ` · of ${order.executionDateTimeUtc} UTC` : ''),
+                   mobilePhone ? `customer +${mobilePhone}` : 'no customer',
+                   executionDateTimeUtc ? ` · of ${executionDateTimeUtc} UTC` : ''),
               make('div', '', badge(order.processingStatus, 'good'), ' ', ...counts),
               make('table', '', make('thead', '', make('tr', '', ...head)),
-                   make('tbody', '', ...order.lines.map(lineRows))),
-              make('div', 'quiet', more > 0 ? `… and ${plural(more, 'line', 'lines')} more` : ''));
+                   make('tbody', '', ...order.lines.slice(0, mostLines).map(lineRow))),
+              make('div', 'quiet', more > 0 ? `… and ${more} more` : ''));
 }
 
-function outcome(exchange) {
-  if (!exchange.httpCode) return badge('no answer', 'bad');
-  let text = '';
+function parsed(text) {
   try {
-    const answer = JSON.parse(exchange.answer);
-    const part = answer.order ?? answer.smsConfirmation ?? answer.customer;
-    text = exchange.isDone ? part?.processingStatus ?? answer.status ?? '' : '';
-  } catch { /* cut short, or none */ }
-  const isGood = exchange.httpCode === 200 && !exchange.fault;
-  return badge(`${exchange.httpCode} ${text}`.trim(), isGood ? 'good' : 'bad');
+    return JSON.parse(text);
+  } catch {
+    return text;
+  }
+}
+
+function indented(text) {
+  const value = parsed(text);
+  return (value === text ? text : JSON.stringify(value, null, 2)) || '(empty)';
+}
+
+/// Colours the opened JSON with the browser's highlights, which need no markup.
+function colour() {
+  const ranges = {key: [], text: [], value: []};
+  const token = /("(?:[^"\\]|\\.)*")(:?)|\b(?:true|false|null|-?\d[\d.eE+-]*)/g;
+  for (const {textContent, firstChild} of document.querySelectorAll('[open] pre.json')) {
+    for (const {0: found, 1: text, 2: colon, index} of textContent.matchAll(token)) {
+      const range = new Range();
+      range.setStart(firstChild, index);
+      range.setEnd(firstChild, index + found.length);
+      ranges[colon ? 'key' : text ? 'text' : 'value'].push(range);
+    }
+  }
+  for (const name in ranges) CSS.highlights?.set(name, new Highlight(...ranges[name]));
+}
+
+function curl({request}) {
+  const quoted = text => `'${text.replaceAll("'", "'\\''")}'`;
+  const [line, ...headers] = request.head.trim().split('\r\n');
+  const kept = headers.filter(header => /^(accept|content-type):/i.test(header));
+  return ['curl', quoted(location.origin + line.split(' ')[1]),
+          ...[...kept, 'Authorization: Mindbox secretKey="KEY"'].map(field => `-H ${quoted(field)}`),
+          `--data-raw ${quoted(request.body)}`].join(' \\\n  ');
 }
 
 function exchangeItem(exchange) {
-  const name = exchange.operation.replace(/^Offline\./, '') || 'no operation';
-  const body = text => make('pre', '', text || '(empty)');
-  const summary = make('summary', '', make('span', 'top', make('strong', '', name),
-                                           make('time', 'quiet', time(exchange.at))),
-                       make('span', 'top', make('span', '', outcome(exchange), ' ',
-                                                exchange.fault ? badge(exchange.fault, 'warn') : ''),
-                            make('span', 'quiet', `${exchange.milliseconds} ms · connection ` +
-                                 exchange.connection)));
-  return make('li', '', make('details', '', summary, make('h3', '', 'Request'),
-                             body(exchange.sent), make('h3', '', 'Answer of the operation'),
-                             exchange.isDone ? body(exchange.answer)
-                                             : make('p', 'quiet', 'It was not carried out.')));
+  const {operation, httpCode, outcome, fault, request, answer, order, phone} = exchange;
+  const result = httpCode ? `${httpCode} ${outcome || 'no status'}` : 'no answer';
+  const mood = httpCode === 200 && moods[outcome] || 'bad';
+  const summary = make('summary', '', make('strong', '', short(operation) || 'no operation'), ' ',
+                       badge(result, mood), ' ', fault ? badge(fault, 'warn') : '', ' ',
+                       exchange.isDone ? '' : badge('not done', 'bad'));
+  const part = (title, {head, body}) => [make('h3', 'quiet', title), make('pre', '', head || '(nothing)'),
+                                         make('pre', 'json', indented(body))];
+  const copy = makeButton('', () => navigator.clipboard.writeText(curl(exchange)), 'Copy as curl');
+  const details = make('details', '', summary, ...part('Request', request),
+                       ...part('Answer', answer), copy);
+  details.addEventListener('toggle', colour);
+  const follow = text => makeButton('link', () => filter(exchange), text);
+  const who = [phone ? follow(`+${phone}`) : '', ' ', order ? follow(order) : ''];
+  const when = [time(exchange.at), `${exchange.milliseconds} ms`, `connection ${exchange.connection}`];
+  const item = make('li', '', make('div', 'top', make('span', '', ...who),
+                                   make('span', 'quiet', when.join(' · '))), details);
+  return Object.assign(item, {exchange, hidden: !isInSale(exchange)});
 }
 
-/// A list on the page, the latest on top.
-class Feed {
-  constructor(id, item, most = mostShown) {
-    Object.assign(this, {list: byId(id), total: byId(`${id}-total`), item, most});
-    this.clear();
-  }
+let sale = null; // the exchange whose sale is shown, or null for all
 
-  clear() {
-    this.items = new Map(); // by number
-    this.list.replaceChildren();
-  }
-
-  take(objects) {
-    for (const object of objects) {
-      const item = this.item(object);
-      const known = this.items.get(object.number);
-      if (known) known.replaceWith(item);
-      else this.list.prepend(item);
-      this.items.set(object.number, item);
-    }
-    for (const [number, item] of this.items) {
-      if (this.items.size <= this.most) break;
-      item.remove();
-      this.items.delete(number);
-    }
-  }
-
-  count(total = 0) {
-    const hidden = total - this.items.size;
-    this.total.textContent = hidden > 0 ? `${total}, the latest ${this.items.size}` : total;
-  }
+/// A sale is an order and the look-ups of its customer.
+function isInSale({order, phone}) {
+  if (!sale) return true;
+  return sale.order && order ? order === sale.order : phone !== '' && phone === sale.phone;
 }
 
-const feeds = {
-  sms: new Feed('sms', smsItem, 20),
-  letters: new Feed('letters', letterItem, 20),
-  customers: new Feed('customers', customerItem),
-  orders: new Feed('orders', orderItem),
-  exchanges: new Feed('exchanges', exchangeItem, 100),
+function filter(exchange) {
+  sale = exchange;
+  byId('filter').hidden = !sale;
+  byId('filter').textContent = sale ? `Only ${sale.order || `+${sale.phone}`} ✕` : '';
+  for (const item of byId('exchanges').children) item.hidden = !isInSale(item.exchange);
+}
+
+/// The lists by the ids of their elements, with the item of an object.
+const lists = {
+  codes: ({mobilePhone, sentAt, code}) =>
+      bubble(`+${mobilePhone}`, sentAt, 'code ', make('b', 'code', code)),
+  letters: ({email, sentAt}) => bubble(email, sentAt, 'please confirm your e-mail'),
+  customers: customerItem,
+  orders: orderItem,
+  exchanges: exchangeItem,
 };
+let held = null; // exchanges that arrived during a pause
+
+/// Puts the objects on top of their list, the latest first.
+function show(name, objects = []) {
+  const list = byId(name);
+  for (const object of objects) {
+    [...list.children].find(item => item.key === object.key)?.remove();
+    list.prepend(Object.assign(lists[name](object), {key: object.key}));
+  }
+  for (const item of [...list.children].slice(mostShown))
+    if (!item.querySelector('[open]')) item.remove();
+}
 
 function take(news) {
-  if (news.reset) Object.values(feeds).forEach(feed => feed.clear());
-  for (const [name, feed] of Object.entries(feeds)) feed.take(news[name] ?? []);
-  if (news.totals) {
-    feeds.customers.count(news.totals.customers);
-    feeds.orders.count(news.totals.orders);
+  if (news.reset) {
+    for (const name in lists) byId(name).replaceChildren();
+    held &&= [];
+  }
+  held?.push(...news.exchanges?.splice(0) ?? []);
+  if (held?.length) byId('pause').textContent = `Continue, ${held.length} more`;
+  for (const name in lists) {
+    show(name, news[name]);
+    const total = news.totals?.[name] ?? 0;
+    const shown = byId(name).childElementCount;
+    if (news.totals && byId(`${name}-total`))
+      byId(`${name}-total`).textContent = total > shown ? `${total}, the latest ${shown}` : total;
   }
   if (news.faults) showFaults(news.faults);
 }
 
+function togglePause() {
+  if (held) show('exchanges', held);
+  held = held ? null : [];
+  byId('pause').textContent = held ? 'Continue' : 'Pause';
+  byId('pause').setAttribute('aria-pressed', String(held !== null));
+}
+
+function say(trouble = '') {
+  byId('trouble').textContent = trouble;
+  byId('trouble').hidden = !trouble;
+}
+
 async function ask(method, path, body) {
-  const trouble = byId('trouble');
+  const late = setTimeout(say, 1000, 'The simulator has not answered for a second. Six pages open ' +
+      'side by side use up the browser’s connections to it: close some.');
   try {
     const answer = await fetch(path, {method, body: body && JSON.stringify(body)});
-    const told = answer.ok ? {} : await answer.json();
-    trouble.textContent = told.errorMessage ?? '';
+    say(answer.ok ? '' : (await answer.json()).errorMessage);
   } catch {
-    trouble.textContent = 'The simulator cannot be reached.';
+    say('The simulator cannot be reached.');
   }
-  trouble.hidden = !trouble.textContent;
+  clearTimeout(late);
 }
 
 const chosen = name => document.querySelector(`input[name=${name}]:checked`).value;
 
-function orderFault(kind) {
+function orderFault(kind, ...takes) {
   if (!byId('settings').reportValidity()) return;
   const often = chosen('often');
-  ask('POST', '/simulator/faults', {
-    kind,
-    operation: byId('operation').value,
-    count: often === 'once' ? 1 : 0,
-    probability: often === 'lot' ? byId('percent').valueAsNumber / 100 : 1,
-    executed: chosen('executed') === 'after',
-    milliseconds: byId('milliseconds').valueAsNumber,
-    retryAfter: byId('retry-after').valueAsNumber,
-  });
+  const given = {executed: chosen('executed') === 'after', body: parsed(byId('body').value)};
+  const order = {kind, count: often === 'once' ? 1 : 0};
+  if (often === 'random') order.probability = byId('percent').valueAsNumber / 100;
+  if (byId('operation').value) order.operation = byId('operation').value;
+  for (const name of takes) order[name] = given[name] ?? byId(name).valueAsNumber;
+  ask('POST', '/simulator/faults', order);
 }
 
-function toggle(event) {
-  const button = event.currentTarget;
-  const {kind} = button.dataset;
-  if (button.getAttribute('aria-checked') === 'true')
-    ask('DELETE', `/simulator/faults?kind=${encodeURIComponent(kind)}`);
-  else orderFault(kind);
-}
-
-function describe(fault) {
-  const often = fault.probability < 1 ? `${Math.round(fault.probability * 100)} %`
-      : fault.count ? plural(fault.count, 'time', 'times') : 'always';
-  const name = fault.operation.replace(/^Offline\./, '');
-  return name ? `${often}, ${name}` : often;
+function describe({probability = 1, count = 1, operation = ''}) {
+  const often = probability < 1 ? `${Math.round(probability * 100)} %`
+      : count ? `${count} ×` : 'always';
+  return operation ? `${often}, ${short(operation)}` : often;
 }
 
 function showFaults(plan) {
@@ -220,35 +253,34 @@ function showFaults(plan) {
     button.setAttribute('aria-checked', String(waiting.length > 0));
     button.querySelector('.state').textContent = waiting.map(describe).join('; ') || 'off';
   }
-  const played = Object.entries(plan.played).map(([kind, count]) => `${kind} ${count}`);
-  byId('played').textContent = played.length ? `Played: ${played.join(', ')}` : '';
 }
 
 function build() {
   byId('operation').append(new Option('every operation', ''), ...operations.map(
       name => new Option(name, `Offline.${name}`)));
-  for (const {kind, name, means} of faults) {
-    const button = make('button', '', make('span', 'name', name), make('span', 'state', 'off'),
-                        make('span', 'quiet', means));
-    button.type = 'button';
+  for (const [kind, name, means, ...takes] of faults) {
+    const button = makeButton('', () => {
+      const isOn = button.getAttribute('aria-checked') === 'true';
+      if (isOn) ask('DELETE', `/simulator/faults?kind=${kind}`);
+      else orderFault(kind, ...takes);
+    }, make('span', 'name', name), make('span', 'state', 'off'), make('span', 'quiet', means));
     button.disabled = true;
     button.dataset.kind = kind;
     button.setAttribute('role', 'switch');
     button.setAttribute('aria-checked', 'false');
-    button.addEventListener('click', toggle);
     byId('faults').append(make('li', '', button));
   }
   byId('settings').addEventListener('submit', event => event.preventDefault());
-  byId('percent').addEventListener('input', () => {
-    document.querySelector('input[value=lot]').checked = true;
-  });
+  byId('filter').addEventListener('click', () => filter(null));
+  byId('pause').addEventListener('click', togglePause);
   byId('reset').addEventListener('click', () => {
     if (confirm('Forget all orders, customers and faults?')) ask('POST', '/simulator/reset');
   });
+  // A browser has few connections for all of its pages, and each stream takes one.
+  document.addEventListener('visibilitychange', connect);
 }
 
 let source;
-let watch;
 
 function mark(isLive) {
   const connection = byId('connection');
@@ -256,28 +288,19 @@ function mark(isLive) {
   connection.className = isLive ? 'live' : 'lost';
   connection.textContent = isLive ? 'live'
       : `connection lost at ${time(Date.now())}; what is shown may be old`;
-  document.querySelectorAll('button').forEach(button => { button.disabled = !isLive; });
+  for (const button of document.querySelectorAll('#faults button, #reset')) button.disabled = !isLive;
 }
 
+/// The browser connects again by itself.
 function connect() {
   source?.close();
+  if (document.hidden) return;
   source = new EventSource('/simulator/events');
   source.onmessage = event => {
     mark(true);
-    expect();
     take(JSON.parse(event.data));
   };
   source.onerror = () => mark(false);
-  expect();
-}
-
-/// Begins anew when the service gives no sign, or the browser has given up.
-function expect() {
-  clearTimeout(watch);
-  watch = setTimeout(() => {
-    mark(false);
-    connect();
-  }, silence);
 }
 
 build();

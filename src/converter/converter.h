@@ -16,30 +16,30 @@ class Customer;
 
 /// Turns the session's current receipt into the payloads of the order operations.
 ///
-/// Nothing is checked or rounded: what the host returns goes into the payload. Only the total and
-/// the customer come from the caller. One converter builds one payload at a time.
+/// The host's values go into the payload unchecked and unrounded. Only the total and the customer
+/// come from the caller. One converter builds one payload at a time.
 class Converter
 {
 public:
-    /// Reads the lines' status, the setting "LmMindbox:changeOrderStatusLinesStatus", once.
+    /// Reads the setting "LmMindbox:changeOrderStatusLinesStatus", the lines' status, once.
     Converter();
     virtual ~Converter() = default;
     Q_DISABLE_COPY_MOVE(Converter)
 
-    /// The payload of the order's creation, and the transaction id that stands in it.
+    /// The payload of the order's creation, and its transaction id.
     virtual std::pair<QJsonObject, QString> getOrderPayload(const Customer &customer,
                                                             double totalPrice) const;
     /// The payload that gives every line the configured status. The ids are computed afresh;
     /// `transactionId` is not read.
     virtual QJsonObject getChangeOrderStatusPayload(const QString &transactionId);
-    /// One object a position of the receipt, in its order; empty without a current receipt.
+    /// One object for each position, in the receipt's order; empty without a current receipt.
     virtual QJsonArray getOrderLines() const;
     /// The till's own discounts on a position; empty when there are none.
     virtual QJsonArray getRequestedPromotions(const QSharedPointer<AbstractDocument> &document,
                                               const QSharedPointer<GoodsItem> &item) const;
-    /// The lines under "lines", for each payload to add the rest to.
+    /// The lines under "lines": the beginning of each payload.
     virtual QJsonObject getOrder() const;
-    /// The order's ids and the transaction id that is their only member, from the settings
+    /// The order's ids and their only member, the transaction id; from the settings
     /// "LmMindbox:requestTransactionIdName" and "LmMindbox:requestTransactionIdMask".
     virtual std::pair<QJsonObject, QString> getIds() const;
     /// A position's product ids, from the settings "LmMindbox:productIdName" and
@@ -47,7 +47,7 @@ public:
     QJsonObject getProductIds(const QSharedPointer<GoodsItem> &item) const;
 
 private:
-    bool changeStatusMode = false; ///< On while the status payload is built: another line form.
+    bool changeStatusMode = false; ///< On while the status payload is built: other lines.
     QString linesStatus;
 };
 

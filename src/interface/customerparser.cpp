@@ -9,12 +9,12 @@ Customer Interface::getCustomer(const QJsonObject &answer) const
     if (value.isUndefined())
         return {};
 
-    // The walk to each field begins at the customer, where all of them pass.
+    // Every path goes through the customer; a customer that is no object ends them all.
     const auto object = value.toObject();
     const auto read = [&value, &object](const QStringList &keys) {
         return value.isObject() ? getJsonValueByPath(object, keys) : value;
     };
-    // Every answer is parsed, so the paths are made once.
+    // The paths are built once, because every answer is parsed.
     static const QStringList mobilePhone = {QStringLiteral("mobilePhone")};
     static const QStringList phoneConfirmed = {QStringLiteral("isMobilePhoneConfirmed")};
     static const QStringList email = {QStringLiteral("email")};
@@ -26,8 +26,8 @@ Customer Interface::getCustomer(const QJsonObject &answer) const
     static const QStringList sex = {QStringLiteral("sex")};
     static const QStringList processingStatus = {QStringLiteral("processingStatus")};
 
-    // The confirmation of the e-mail is not read on purpose, not even where an answer has it: every
-    // customer counts as unconfirmed, so that each identification cares for the e-mail.
+    // The answer's e-mail confirmation is ignored on purpose: every customer counts as unconfirmed,
+    // so that each identification takes care of the e-mail.
     Customer customer;
     customer.mobilePhone = read(mobilePhone).toVariant().toString();
     customer.isMobilePhoneConfirmed = read(phoneConfirmed).toBool();

@@ -14,11 +14,11 @@ namespace lmmindbox {
 
 namespace {
 
-// No shop's service lives there: without a configured address nothing leaves the till.
+// This host never exists, so nothing leaves the till without a configured address.
 const auto defaultUrl = QStringLiteral("https://service.invalid/v3/operations/sync");
 
-/// An item of the URL's query. Encoded here to the last character: QUrl lets "+" and anything that
-/// looks encoded pass.
+/// An item of the URL's query. Encodes every character itself, because QUrl keeps "+" and anything
+/// that looks encoded.
 QString queryItem(QLatin1String name, const QString &value)
 {
     return name + QLatin1Char('=') + QString::fromLatin1(QUrl::toPercentEncoding(value));
@@ -64,8 +64,8 @@ OperationResult Interface::sendRequest(const QString &operation, const QJsonObje
                  queryItem(QLatin1String("operation"), operation);
     if (!transactionId.isEmpty())
         query += QLatin1Char('&') + queryItem(QLatin1String("transactionId"), transactionId);
-    // A query would make an address that cannot be read valid again, with another host or port:
-    // the secret must not travel there.
+    // A query could make an invalid address valid again, with another host or port, and the secret
+    // key must not go there.
     if (url.isValid())
         url.setQuery(query);
 

@@ -17,14 +17,14 @@ namespace lmmindbox {
 
 class CustomerEdit;
 
-/// Client of the loyalty service: one method an operation, one HTTP exchange a call.
+/// Client of the loyalty service: a method for each operation, one HTTP exchange for each call.
 ///
 /// The connection settings ("LmMindbox:url", "LmMindbox:endpoint", "LmMindbox:secretKey",
 /// "LmMindbox:pointOfContact", "LmMindbox:timeout" in seconds) are read once, at construction.
-/// Every call blocks until the answer is in or the time-out has passed. No operation checks its
-/// arguments: an empty text is sent as it is, and the service's answer decides. A failure is a
-/// result whose `success()` is false; without a connection it says so in `noConnection`. One client
-/// serves one request at a time.
+/// Every call blocks until the answer arrives or the time-out passes. No operation checks its
+/// arguments: the service refuses what it does not like, such as an empty text. A failure is a
+/// result whose `success()` is false; `noConnection` marks a lost connection. One client sends one
+/// request at a time.
 class Interface
 {
 public:
@@ -32,44 +32,43 @@ public:
     virtual ~Interface();
     Q_DISABLE_COPY_MOVE(Interface)
 
-    /// Offline.GetCustomer: looks a customer up by phone. An unknown one is a success as well, with
-    /// a `customer` that is not `found()`.
+    /// Offline.GetCustomer: looks a customer up by phone. An unknown customer is a success too; its
+    /// `customer.found()` is false.
     virtual GetCustomerResult getCustomer(const QString &phone);
-    /// Offline.RegisterCustomer: a success when the answer says that the customer was created. An
-    /// invalid birthday and an empty e-mail are left out.
+    /// Offline.RegisterCustomer: a success when the service created the customer. An invalid
+    /// birthday and an empty e-mail are left out.
     virtual RegisterCustomerResult registerCustomer(const CustomerEdit &edit);
-    /// Offline.EditCustomer: changes the data of the customer with that phone; sends what a
-    /// registration sends. A success when the service took the change.
+    /// Offline.EditCustomer: changes the data of the customer with that phone; the body is that of
+    /// a registration. A success when the service accepted the change.
     virtual OperationResult editCustomer(const CustomerEdit &edit);
-    /// Offline.ResendMobilePhoneConfirmationCode: has a code sent by SMS. It counts as sent
+    /// Offline.ResendMobilePhoneConfirmationCode: requests a code by SMS. The code counts as sent
     /// when this is a success and the result's `customer` is `found()`.
     virtual OperationResult resendMobilePhoneConfirmationCode(const QString &phone);
-    /// Offline.ConfirmMobilePhone: checks that code. Whether it was right is not in `success()` but
-    /// in the `SmsConfirmationResult` made of the result.
+    /// Offline.ConfirmMobilePhone: checks that code. `success()` does not mean a right code: make a
+    /// `SmsConfirmationResult` of the result to know.
     virtual OperationResult confirmMobilePhone(const QString &phone, const QString &code);
-    /// Offline.CheckMobilePhoneAuthorizationCode: checks a code of authorization; a success when
-    /// the answer's status says so. No workflow of the plugin needs it.
+    /// Offline.CheckMobilePhoneAuthorizationCode: checks an authorization code; a success when the
+    /// answer's status is one. No workflow of the plugin calls it.
     virtual OperationResult checkMobilePhoneAuthCode(const QString &phone, const QString &code);
-    /// Offline.EmailConfirmationLetter: has a letter sent by which the address can be confirmed; a
-    /// success when the service took the request.
+    /// Offline.EmailConfirmationLetter: requests a letter that lets the customer confirm the
+    /// address; a success when the service accepted the request.
     virtual OperationResult emailConfirmationLetter(const QString &email);
-    /// Offline.CreateAuthorizedOrder: sends the order at once. When the result says `noConnection`,
-    /// and unless `skipQueue`, the order waits in the till's queue (ordermessage.h), dated
-    /// with the time in UTC; the failed result is returned all the same.
+    /// Offline.CreateAuthorizedOrder: sends the order at once. With `noConnection` in the result,
+    /// and unless `skipQueue`, it queues the order (ordermessage.h) with the UTC time; it still
+    /// returns the failed result.
     virtual CreateOrderResult createAuthorizedOrder(const QJsonObject &payload, bool skipQueue);
-    /// Offline.ChangeStatus: puts the change into the same queue without a try and returns a result
-    /// in its initial state; with `skipQueue` sends it at once. That the queue could not keep a
-    /// message is not told here.
+    /// Offline.ChangeStatus: queues the change without trying to send it and returns an empty
+    /// result; with `skipQueue` sends it at once. A failure of the queue is not reported here.
     virtual OperationResult changeOrderStatus(const QJsonObject &payload, bool skipQueue);
-    /// One exchange: the envelope is added to `body`. An empty `transactionId` is left out. An
-    /// address that cannot be read is an exchange without a connection.
+    /// Adds the envelope to `body` and runs one exchange. An empty `transactionId` is left out. An
+    /// invalid address counts as a lost connection.
     virtual OperationResult sendRequest(const QString &operation, const QJsonObject &body,
                                         const QString &transactionId);
 
-    /// The result of the HTTP client's last answer, so right after a request only.
+    /// The result of the HTTP client's last answer; call it right after a request.
     OperationResult getRequestResult() const;
-    /// The customer that an answer carries; one in its initial state when it carries none.
-    /// A missing or mistyped value leaves its own field as it is initially and spoils no other.
+    /// The customer in an answer; an empty one when there is none. A missing or mistyped value
+    /// leaves only its own field empty.
     Customer getCustomer(const QJsonObject &answer) const;
 
 private:

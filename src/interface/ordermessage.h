@@ -2,8 +2,8 @@
 
 #include <QLatin1String>
 
-/// Words of an order message that waits in the till's queue:
-/// `{"method": "create" | "change", "payload": {...}}`.
+/// The words of an order message in the till's queue: `{"method": "create" | "change", "payload":
+/// {...}}`.
 namespace lmmindbox::ordermessage {
 
 inline constexpr QLatin1String queue("lmmindbox"); ///< Name of the queue.

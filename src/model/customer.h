@@ -10,11 +10,10 @@
 
 namespace lmmindbox {
 
-/// Customer of the loyalty service as its last answer described it.
+/// A customer as the loyalty service's last answer described it.
 ///
-/// A value, equal when every field is equal, the processing status included. Its properties are
-/// the keys of the record kept with the receipt, so renaming one breaks receipts saved by earlier
-/// versions.
+/// A value, equal when every field is equal, the processing status included. Its properties are the
+/// keys of the record saved with the receipt, so renaming one breaks receipts of earlier versions.
 class Customer
 {
     Q_GADGET
@@ -29,8 +28,8 @@ class Customer
     Q_PROPERTY(QString sex MEMBER sex)
 
 public:
-    /// The date that the service's answers and the record kept with the receipt spell "yyyy-MM-dd";
-    /// invalid for any other text.
+    /// Reads a date "yyyy-MM-dd", as in the service's answers and in the record saved with the
+    /// receipt; invalid for any other text.
     static QDate readBirthDate(const QString &text);
 
     /// Whether the service knew the customer.
@@ -47,9 +46,9 @@ public:
     bool consentToElectronicChecks = false;
     QString firstName;
     QString lastName;
-    QDate birthDate; ///< Invalid when not known.
+    QDate birthDate; ///< Invalid when unknown.
     QString sex;     ///< The service's word, such as "male" or "female".
-    ProcessingStatus processingStatus = ProcessingStatus::Unknown; ///< Not kept with the receipt.
+    ProcessingStatus processingStatus = ProcessingStatus::Unknown; ///< Not saved with the receipt.
 };
 
 } // namespace lmmindbox

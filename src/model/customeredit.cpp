@@ -13,7 +13,7 @@ QString CustomerEdit::toString() const
 }
 
 namespace {
-// Variants find the types by these names.
+// Registers the type's name for variants.
 [[maybe_unused]] const int customerEditTypeId =
     qRegisterMetaType<CustomerEdit>("lmmindbox::CustomerEdit");
 [[maybe_unused]] const int sexTypeId = qRegisterMetaType<Client::Sex>("Client::Sex");

@@ -7,11 +7,10 @@ class QJsonObject;
 
 namespace lmmindbox {
 
-/// The value that `keys` lead to inside `object`, one key a level.
+/// The value inside `object` at the path `keys`, one key for each level.
 ///
-/// The first value on the way that is no object ends the walk and is returned, even when keys
-/// remain; a missing member reads as null. Null for no keys, and where the path ends on an object:
-/// an object is never returned.
+/// The first value on the path that is no object is returned, even when keys remain; a missing
+/// member reads as null. An object is never returned: null when the path ends on one, or is empty.
 QJsonValue getJsonValueByPath(const QJsonObject &object, const QStringList &keys);
 
 } // namespace lmmindbox

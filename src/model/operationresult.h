@@ -13,8 +13,8 @@ namespace lmmindbox {
 
 /// One answer of the service.
 ///
-/// It fails as a value: what went wrong is in `status`, `noConnection` and `error`. The results
-/// derived from it are made of it and know what success means for their operation.
+/// A failure is a value too: see `status`, `noConnection` and `error`. Each derived result is made
+/// from it and knows what success means for its operation.
 class OperationResult
 {
 public:
@@ -25,19 +25,19 @@ public:
     OperationResult &operator=(OperationResult &&) = default;
     virtual ~OperationResult();
 
-    /// Whether the operation did what it was sent for: here, whether its status says so.
+    /// Whether the operation succeeded; here by its status.
     [[nodiscard]] virtual bool success() const;
     /// The answer's own error text, else `defaultText`.
     virtual tr::Tr getError(const tr::Tr &defaultText) const;
 
-    int httpCode = 0;      ///< Of the answer; not 200 without one.
-    int transportCode = 0; ///< The HTTP client's own code, kept for the log.
-    /// No answer came, or one without content whose HTTP code is not 200: the operation may be sent
-    /// again later.
+    int httpCode = 0;      ///< The answer's code; not 200 without an answer.
+    int transportCode = 0; ///< The HTTP client's own code, for the log.
+    /// No answer came, or an empty one whose HTTP code is not 200: the operation may be sent again
+    /// later.
     bool noConnection = false;
     OperationStatus status = OperationStatus::Undefined;
-    tr::Tr error;         ///< Set only when there was no connection.
-    QJsonObject response; ///< The answer's body; empty when there is none or it is no JSON object.
+    tr::Tr error;         ///< Set only by a lost connection.
+    QJsonObject response; ///< The answer's body; empty when missing or no JSON object.
     Customer customer;    ///< Parsed from the answer, whatever the operation.
 };
 
@@ -47,8 +47,7 @@ class GetCustomerResult : public OperationResult
 public:
     GetCustomerResult(const OperationResult &result);
 
-    /// That the service does not know the customer is a success as well; `customer.found()` tells
-    /// the two apart.
+    /// An unknown customer is a success too; `customer.found()` distinguishes the two.
     [[nodiscard]] bool success() const override;
 };
 
@@ -58,7 +57,7 @@ class RegisterCustomerResult : public OperationResult
 public:
     RegisterCustomerResult(const OperationResult &result);
 
-    /// Whether the answer says that the customer was created, whatever the operation's status.
+    /// Whether the service created the customer, whatever the operation's status.
     [[nodiscard]] bool success() const override;
 };
 
@@ -68,7 +67,7 @@ class SmsConfirmationResult : public OperationResult
 public:
     SmsConfirmationResult(const OperationResult &result);
 
-    ProcessingStatus processingStatus; ///< Of the code; `Unknown` when missing.
+    ProcessingStatus processingStatus; ///< The code's status; `Unknown` when missing.
     QString authenticationCode;        ///< Empty when missing or no text.
 };
 
@@ -78,10 +77,10 @@ class CreateOrderResult : public OperationResult
 public:
     CreateOrderResult(const OperationResult &result);
 
-    /// Whether the service took the order, whatever the operation's status.
+    /// Whether the service accepted the order, whatever the operation's status.
     [[nodiscard]] bool success() const override;
 
-    ProcessingStatus processingStatus; ///< Of the order; `Unknown` when missing.
+    ProcessingStatus processingStatus; ///< The order's status; `Unknown` when missing.
 };
 
 } // namespace lmmindbox

@@ -4,7 +4,7 @@
 
 namespace lmmindbox {
 
-/// How the service took an operation as a whole.
+/// The status of an operation as a whole.
 enum class OperationStatus {
     Undefined = 0,
     Error = 1, ///< No connection, or an answer that carries an error message.
@@ -13,8 +13,8 @@ enum class OperationStatus {
     ProtocolError = 4,
 };
 
-/// The status spelled `text` in an answer, compared exactly; `Undefined` for any other text.
-/// `Error` is never spelled out.
+/// The status named `text` in an answer, compared exactly; `Undefined` for any other text. `Error`
+/// has no text of its own.
 OperationStatus getOperationStatus(const QString &text);
 
 } // namespace lmmindbox

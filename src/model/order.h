@@ -5,12 +5,12 @@
 
 namespace lmmindbox {
 
-/// An order read from JSON: an answer that carries it under "order", or the order itself.
+/// An order read from JSON: from an answer with a member "order", or from the order itself.
 class Order
 {
 public:
-    /// The transaction id is read from the "ids" beside the order's wrapper, under the name in
-    /// the setting "Mindbox:responseTransactionIdName".
+    /// Reads the transaction id from the top-level "ids", under the name in the setting
+    /// "Mindbox:responseTransactionIdName".
     explicit Order(const QJsonObject &object);
 
     /// Whether the order has no lines.

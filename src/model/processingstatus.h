@@ -6,7 +6,7 @@ class QJsonObject;
 
 namespace lmmindbox {
 
-/// What the service did with one entity (customer, order, code) of an operation.
+/// The status of one entity (customer, order, code) in an operation's answer.
 enum class ProcessingStatus {
     Unknown = 0,
     NotFound = 1,
@@ -21,9 +21,9 @@ enum class ProcessingStatus {
     IncorrectConfirmationCode = 11,
 };
 
-/// The status spelled `text` in an answer, compared exactly; `Unknown` for any other text.
+/// The status named `text` in an answer, compared exactly; `Unknown` for any other text.
 ProcessingStatus getProcessingStatus(const QString &text);
-/// The status that `answer` gives to one of its entities, such as "order"; `Unknown` without one.
+/// The status of one of the answer's entities, such as "order"; `Unknown` without one.
 ProcessingStatus getProcessingStatus(const QJsonObject &answer, const QString &entity);
 
 } // namespace lmmindbox

@@ -4,11 +4,11 @@
 
 namespace lmmindbox {
 
-/// How a verification ended.
+/// The outcome of a verification.
 struct VerifyResult
 {
     int code = 0;   ///< 0 when it passed.
-    tr::Tr message; ///< Why it did not pass; empty when nothing is known beyond the code.
+    tr::Tr message; ///< The reason of a failure; empty when only the code is known.
 
     bool operator==(const VerifyResult &other) const = default;
 };

@@ -13,7 +13,7 @@ void Plugin::fillClientInfo(QSharedPointer<DocumentCardRecord> &card, const Cust
     client->setPhoneNumber(holder.mobilePhone);
     client->setEmail(holder.email);
     if (!holder.email.isEmpty() && holder.consentToElectronicChecks) {
-        // In this order, which the host keeps.
+        // The host keeps this order.
         client->setOption(ClientOptions::ElectronicReceipt);
         client->setOption(ClientOptions::NoPaperReceipt);
     }

@@ -9,11 +9,11 @@ namespace lmmindbox {
 
 namespace {
 
-/// Indexes of the sex field's options: not the values of `Client::Sex`.
+/// Indexes of the sex field's options, which are not the values of `Client::Sex`.
 constexpr int woman = 0;
 constexpr int man = 1;
 
-/// The fields' keys are the properties of `CustomerEdit` that take the answers.
+/// The fields' keys are the properties of `CustomerEdit`.
 FormField makeField(const QString &key, FormFieldKind kind, const tr::Tr &label, int order)
 {
     FormField field;
@@ -97,7 +97,7 @@ tr::Tr title(const Customer &customer)
 CustomerEdit readAnswers(QVariantMap answers)
 {
     CustomerEdit edit;
-    // A cancelled form counts as a man's, an answer without the sex as a woman's.
+    // A cancelled form gives male; an answer without the sex gives female.
     const auto option = answers.isEmpty() ? man : answers.take(QStringLiteral("sex")).toInt();
     edit.sex = option == man ? Client::Sex::Male : Client::Sex::Female;
 

@@ -36,7 +36,7 @@ bool Plugin::restoreLoyaltySystem()
     for (int i = 0; i < meta.propertyCount(); ++i) {
         const auto property = meta.property(i);
         auto value = record.value(QLatin1String(property.name()));
-        // Qt's own conversion takes other spellings of a date as well.
+        // Qt's own conversion also accepts other spellings of a date.
         if (property.metaType() == QMetaType::fromType<QDate>() &&
             value.metaType() == QMetaType::fromType<QString>())
             value = Customer::readBirthDate(value.toString());

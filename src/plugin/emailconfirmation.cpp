@@ -16,7 +16,7 @@ void Plugin::checkEmail()
         return;
     }
     logger->info(QStringLiteral("Почта не указана, отображение диалога редактирования клиента"));
-    // An action that nothing triggered: the form opens also while the receipt has no card.
+    // An action without a type opens the form even while the receipt has no card.
     editCustomer({});
 }
 

@@ -9,7 +9,7 @@ namespace lmmindbox {
 
 namespace {
 
-/// The word that makes "confirmed" in the log "not confirmed".
+/// The word that turns the log's "confirmed" into "not confirmed".
 QString unless(bool confirmed)
 {
     return confirmed ? QString() : QStringLiteral("не ");
@@ -40,7 +40,7 @@ bool Plugin::identifyByCard(QSharedPointer<DocumentCardRecord> &card, ECardNumbe
         logger->info(QStringLiteral("Клиент не найден"));
         if (!registerCustomer(enteredPhone))
             return false;
-        // Registered counts as found, also when the service still answers that it is not.
+        // A registered customer counts as found even when the service still answers "not found".
         result = getCustomer(customer.mobilePhone, false);
         if (!result.success()) {
             lastError = result.getError(notRegistered());

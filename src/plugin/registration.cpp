@@ -22,7 +22,7 @@ bool Plugin::registerCustomer(const QString &phone)
     }
 
     logger->info(QStringLiteral("Регистрация клиента"));
-    // The look-up's status is not kept here, so the form bears its usual title.
+    // The look-up's status is not set here, so the form has its usual title.
     customer.mobilePhone = phone;
     const auto edit = showCustomerEdit(customer);
     if (edit.name.isEmpty()) {
@@ -41,7 +41,7 @@ bool Plugin::registerCustomer(const QString &phone)
         return false;
     }
     logger->info(QStringLiteral("Клиент успешно создан"));
-    codeSent = true; // the confirmation that follows asks for the code and has none sent
+    codeSent = true; // the confirmation that follows asks for the code without sending one
     return true;
 }
 

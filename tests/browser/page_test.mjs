@@ -4,7 +4,7 @@
 import assert from 'node:assert/strict';
 import {spawn} from 'node:child_process';
 import {once} from 'node:events';
-import {mkdtemp, rm, writeFile} from 'node:fs/promises';
+import {mkdtemp, readFile, rm, writeFile} from 'node:fs/promises';
 import {createServer} from 'node:http';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
@@ -19,7 +19,7 @@ const hostileName = '<img src=x onerror="document.title=`taken`"><b>Анна</b>
 let directory, simulator, till, browser, page;
 let port = 0;
 
-/// A program that is talked to line by line.
+/// A program with line-based input and output.
 class Program {
   constructor(name, ...options) {
     this.process = spawn(join(programs, name), options, {stdio: ['pipe', 'pipe', 'inherit']});
@@ -35,7 +35,7 @@ class Program {
     this.process.stdin.write(lines.map(line => `${line}\n`).join(''));
   }
 
-  /// The match of the first line that has not been seen and fits.
+  /// Returns the match of the first new line that fits.
   async says(pattern) {
     for (const end = Date.now() + patience; Date.now() < end && !this.hasEnded; await pause(20)) {
       while (this.lines.length) {
@@ -55,7 +55,7 @@ class Program {
 
 const pause = milliseconds => new Promise(resolve => { setTimeout(resolve, milliseconds); });
 
-/// Waits until the page has what the function, run in it, looks for.
+/// Waits until the function, run in the page, returns true.
 const shows = (what, argument) => page.waitForFunction(what, argument, {timeout: patience});
 const showsText = (selector, text) => shows(
     ([where, part]) => [...document.querySelectorAll(where)].some(
@@ -71,7 +71,7 @@ const orders = async () => (await (await fetch(address('/simulator/dump'))).json
 
 async function sell(code, ...more) {
   till.type(`add ${code} "Milk <i>3,2%</i>" 89.90 2`, ...more, 'commit');
-  await till.says(/is committed/);
+  await till.says(/is closed/);
 }
 
 const faultSwitch = name => page.getByRole('switch', {name});
@@ -88,17 +88,17 @@ before(async () => {
   await writeFile(settings, [
     `LmMindbox:url=${address('/v3/operations/sync')}`, 'LmMindbox:endpoint=till-demo',
     'LmMindbox:secretKey=demo-secret', 'LmMindbox:timeout=5', 'Till:shopCode=12', 'Till:cashCode=3',
-    'Till:retryFirst=100', 'Till:language=en', `Till:dataDir=${join(directory, 'data')}`, ''].join('\n'), {mode: 0o600});
+    'Http:retryFirst=100', 'Till:language=en', `Till:dataDir=${join(directory, 'data')}`, ''].join('\n'), {mode: 0o600});
   till = new Program('till', '--config', settings);
   browser = await chromium.launch({
     executablePath: '/usr/bin/chromium',
     args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
            '--disable-background-networking', '--disable-component-update', '--disable-sync'],
   });
-  page = await browser.newPage();
+  page = await (await browser.newContext()).newPage();
   page.setDefaultTimeout(patience);
   await page.goto(address('/'));
-  // A page that is loaded anew has no mark.
+  // A reloaded page loses this mark.
   await page.evaluate(() => { window.isFirst = true; });
 });
 
@@ -128,7 +128,7 @@ test('a sale appears with its lines, customer and status, without a reload', asy
 
 test('the code read from the page confirms a phone, and markup in a name stays text', async () => {
   till.type('card 9031234567', '1', '', hostileName, '05.03.1990', '1', 'i@example.org');
-  const code = await page.locator('#sms li', {hasText: '79031234567'}).locator('.code').innerText();
+  const code = await page.locator('#codes li', {hasText: '79031234567'}).locator('.code').innerText();
   till.type(code);
   await till.says(/Card \d/);
   const customer = page.locator('#customers li', {hasText: '+79031234567'});
@@ -158,8 +158,86 @@ test('a fault switched on reaches the till, by keyboard too, and ends by itself 
   await isOn('Drop', true);
   await sell(4602);
   await isOn('Drop', false);
-  // Carried out, then lost: the till sends it again.
-  await showsText('#orders li', '1 repetition');
+  // The order was executed but its answer lost, so the till sends it again.
+  await showsText('#orders li', '1 × repeated');
+});
+
+test('a refusal is red, and a click follows one sale', async () => {
+  await page.getByRole('radio', {name: 'once'}).check();
+  await page.getByRole('combobox').selectOption({label: 'CreateAuthorizedOrder'});
+  await faultSwitch(/^Answer/).click();
+  await isOn('Answer', true);
+  await sell(4610);
+  const refused = page.locator('#exchanges li', {hasText: 'answer'}).first();
+  await refused.locator('.badge.bad', {hasText: '200 Error'}).waitFor();
+  till.type('card 79160000009');
+  await till.says(/Card \d/);
+  await sell(4611);
+  const unprocessed = page.locator('#exchanges li', {hasText: 'NotProcessed'}).first();
+  await unprocessed.locator('.badge.bad').waitFor();
+  await unprocessed.getByRole('button', {name: /^\d/}).click();
+  const rows = await page.locator('#exchanges li:visible').allInnerTexts();
+  assert.ok(rows.length >= 2 && rows.every(row => row.includes('+79160000009')), rows.join('\n'));
+  await page.getByRole('button', {name: /^Only/}).click();
+});
+
+test('a paused list holds still, and an opened exchange stays and can be copied', async () => {
+  await page.getByRole('button', {name: 'Pause'}).click();
+  const first = page.locator('#exchanges li').first();
+  await first.locator('summary').click();
+  const before = await first.innerText();
+  await sell(4612);
+  await page.getByRole('button', {name: /^Continue, [1-9]/}).waitFor();
+  assert.equal(await first.innerText(), before);
+  assert.match(before, /\n {2}"pointOfContact": "Offline"/);
+  assert.ok(await page.evaluate(() => CSS.highlights.get('key').size > 0));
+  await page.context().grantPermissions(['clipboard-read', 'clipboard-write']);
+  await first.getByRole('button', {name: 'curl'}).click();
+  const copied = await page.evaluate(() => navigator.clipboard.readText());
+  assert.match(copied, /^curl \\\n {2}'http[^]*secretKey="KEY"[^]*--data-raw '\{/);
+  assert.ok(!copied.includes('demo-secret'));
+  await page.getByRole('button', {name: /^Continue/}).click();
+  await shows(() => document.querySelectorAll('#exchanges li:first-child [open]').length === 0);
+  assert.equal(await page.locator('#exchanges [open]').count(), 1);
+  await page.locator('#exchanges [open] summary').click();
+});
+
+test('a hidden page frees its connection, and a switch that waits for one says so', async () => {
+  const others = [];
+  for (let i = 0; i < 5; ++i) {
+    others.push(await page.context().newPage());
+    await others[i].goto(address('/'));
+    await others[i].locator('#connection.live').waitFor();
+  }
+  await faultSwitch('Cut').click();
+  await page.getByRole('alert').getByText('has not answered for a second').waitFor();
+  for (const other of others)
+    await other.evaluate(() => {
+      Object.defineProperty(document, 'hidden', {value: true});
+      document.dispatchEvent(new Event('visibilitychange'));
+    });
+  await isOn('Cut', true);
+  await page.getByRole('alert').waitFor({state: 'hidden'});
+  await Promise.all(others.map(other => other.close()));
+  await faultSwitch('Cut').click();
+  await isOn('Cut', false);
+});
+
+test('axe finds nothing, and nothing that the page asks for is missing', async () => {
+  const context = await browser.newContext({bypassCSP: true});
+  const other = await context.newPage();
+  const missing = [];
+  other.on('response', answer => { if (!answer.ok()) missing.push(answer.url()); });
+  await other.goto(address('/'));
+  await other.locator('#exchanges summary').first().click();
+  await other.evaluate(await readFile('node_modules/axe-core/axe.min.js', 'utf8'));
+  for (const colorScheme of ['light', 'dark']) {
+    await other.emulateMedia({colorScheme});
+    const {violations} = await other.evaluate(() => window.axe.run());
+    assert.deepEqual(violations.map(({id, nodes}) => [id, nodes[0].html]), []);
+  }
+  assert.deepEqual(missing, []);
+  await context.close();
 });
 
 test('no other page changes anything, and a program without a page may', async () => {

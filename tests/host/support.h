@@ -4,6 +4,7 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/printqt.h"
 
+#include <QDir>
 #include <QFile>
 #include <QString>
 #include <QTemporaryDir>
@@ -12,13 +13,12 @@
 
 #include <sys/stat.h>
 
-/// A directory of the test's own, under a umask that takes no right away.
+using namespace Qt::StringLiterals;
+
+/// A directory for the test, with a umask that removes no rights.
 class WithFiles : public testing::Test
 {
 protected:
-    WithFiles()
-        : umaskBefore(::umask(0))
-    {}
     ~WithFiles() override { ::umask(umaskBefore); }
 
     QString path(const QString &name) const { return directory.filePath(name); }
@@ -28,7 +28,7 @@ protected:
         QFile file(path(name));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         EXPECT_EQ(file.write(content), content.size());
-        EXPECT_EQ(::chmod(QFile::encodeName(path(name)).constData(), mode), 0);
+        EXPECT_EQ(::chmod(qPrintable(path(name)), mode), 0);
         return path(name);
     }
 
@@ -42,11 +42,11 @@ protected:
     static unsigned mode(const QString &path)
     {
         struct stat status = {};
-        EXPECT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0) << path.toStdString();
+        EXPECT_EQ(::stat(qPrintable(path), &status), 0) << path.toStdString();
         return status.st_mode & 07777U;
     }
 
 private:
-    mode_t umaskBefore;
+    const mode_t umaskBefore = ::umask(0);
     QTemporaryDir directory;
 };

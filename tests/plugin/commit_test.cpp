@@ -1,18 +1,7 @@
-#include "fakes.h"
+#include "workflow.h"
 
 namespace lmmindbox {
 namespace {
-
-using testing::InSequence;
-using testing::Return;
-
-class MockConverter : public Converter
-{
-public:
-    MOCK_METHOD((std::pair<QJsonObject, QString>), getOrderPayload, (const Customer &, double),
-                (const, override));
-    MOCK_METHOD(QJsonObject, getChangeOrderStatusPayload, (const QString &), (override));
-};
 
 class Commit : public WorkflowTest
 {
@@ -20,86 +9,73 @@ protected:
     Commit()
     {
         document->addGoodsItem(u"4600"_s, u"Молоко"_s, 10, 2);
-        plugin.customer = makeCustomer(u"79160000001"_s, true);
-        plugin.converter = converter;
-        ON_CALL(*converter, getOrderPayload).WillByDefault(Return(std::pair(payload, u"id"_s)));
+        Singleton<Session>::instance()->setCurrentDocument(document);
+        plugin.customer = customerIn(known);
     }
+    ~Commit() override { Singleton<Session>::instance()->setCurrentDocument(nullptr); }
 
-    static CreateOrderResult order(ProcessingStatus status, const OperationResult &result = {})
+    QString creation() const
     {
-        CreateOrderResult order(result);
-        order.processingStatus = status;
-        return order;
+        return u"Offline.CreateAuthorizedOrder "_s +
+               compact(Converter().getOrderPayload(plugin.customer, 20).first);
     }
 
-    const QJsonObject payload = {{u"payload"_s, 1}};
-    const QJsonObject change = {{u"change"_s, 2}};
-    QSharedPointer<testing::StrictMock<MockConverter>> converter{
-        new testing::StrictMock<MockConverter>};
+    FakeQueue queue;
 };
 
 TEST_F(Commit, AnOrderThatIsThereOrWaitsIsFollowedByItsStatus)
 {
-    for (const auto &result :
-         {order(ProcessingStatus::Processed), order(ProcessingStatus::Calculated),
-          order(ProcessingStatus::Unknown, withoutConnection())}) {
-        InSequence inOrder;
-        EXPECT_CALL(*converter, getOrderPayload(plugin.customer, 20.0));
-        EXPECT_CALL(*service, createAuthorizedOrder(payload, false)).WillOnce(Return(result));
-        EXPECT_CALL(*converter, getChangeOrderStatusPayload(u"id"_s)).WillOnce(Return(change));
-        EXPECT_CALL(*service, changeOrderStatus(change, false))
-            .WillOnce(Return(withoutConnection()));
+    const QJsonObject status{{u"method"_s, u"change"_s},
+                             {u"payload"_s, Converter().getChangeOrderStatusPayload({})}};
+    for (const auto &answer :
+         {QByteArray(R"({"order":{"processingStatus":"Processed"}})"),
+          QByteArray(R"({"order":{"processingStatus":"Calculated"}})"), lost}) {
+        around.answers = {answer};
         EXPECT_TRUE(plugin.commit(document));
-        // A sale without a customer is reported as well.
+        EXPECT_EQ(around.seen().filter(u"Offline"_s), QStringList(creation()));
+        ASSERT_EQ(queue.messages.size(), answer == lost ? 2 : 1);
+        EXPECT_EQ(queue.messages.takeLast(), status);
+        // A sale without a customer is reported too.
         plugin.customer = {};
     }
 }
 
-TEST_F(Commit, ARefusedOrderIsShownAndTheSaleGoesOn)
+TEST_F(Commit, ARefusedOrderIsShownAndTheSaleGoesOnAndAReturnIsNotReported)
 {
-    auto own = makeResult(OperationStatus::Error);
-    own.error = {u"own"_s, u"own"_s};
-    EXPECT_CALL(*converter, getOrderPayload).Times(2);
-    EXPECT_CALL(*service, createAuthorizedOrder)
-        .WillOnce(
-            Return(order(ProcessingStatus::NotProcessed, makeResult(OperationStatus::Success))))
-        .WillOnce(Return(order(ProcessingStatus::Unknown, own)));
-    InSequence inOrder;
-    EXPECT_CALL(dialog, showMessage(isText("lmmindboxCreateAuthorizedOrderError",
-                                           "Не удалось создать заказ"),
-                                    0, 0));
-    EXPECT_CALL(dialog, showMessage(own.error, 0, 0));
+    around.answers = {R"({"status":"Success","order":{"processingStatus":"NotProcessed"}})"};
     EXPECT_TRUE(plugin.commit(document));
-    EXPECT_TRUE(plugin.commit(document));
-    EXPECT_EQ(plugin.customer.mobilePhone, u"79160000001"_s);
-}
+    EXPECT_EQ(around.seen(),
+              QStringList(
+                  {u"I Создание заказа авторизованного клиента"_s, creation(),
+                   u"message 0 0 lmmindboxCreateAuthorizedOrderError/Не удалось создать заказ"_s}));
+    EXPECT_EQ(plugin.customer, customerIn(known));
 
-TEST_F(Commit, OnlySalesAreReported)
-{
     DocumentHeader header;
     header.kind = 2;
     EXPECT_TRUE(plugin.commit(QSharedPointer<AbstractDocument>::create(header)));
+    EXPECT_TRUE(queue.messages.isEmpty());
 }
 
 TEST_F(Commit, CustomerIsKeptWithTheReceiptAndRestored)
 {
+    plugin.fillClientInfo(card, plugin.customer);
     plugin.customer.lastName = QString();
     plugin.customer.consentToElectronicChecks = true;
     plugin.customer.sex = u"female"_s;
-    EXPECT_CALL(saveToFile, save(document, QString())).Times(2);
-    for (const auto &birthDate : {QDate(1990, 3, 5), QDate()}) {
+    auto record = json(R"({"birthDate": null, "consentToElectronicChecks": true,
+        "email": "anna@example.org", "firstName": "Анна", "isEmailConfirmed": false,
+        "isMobilePhoneConfirmed": true, "lastName": "", "mobilePhone": "79160000001",
+        "sex": "female"})");
+    for (const auto &birthDate : {QDate(), QDate(1990, 3, 5)}) {
         plugin.customer.birthDate = birthDate;
         plugin.storePluginData();
-
-        const auto record = plugin.getPluginData(u"customer"_s, {}).toJsonObject();
-        EXPECT_EQ(record.size(), 9);
-        EXPECT_EQ(record["birthDate"_L1],
-                  birthDate.isValid() ? QJsonValue(u"1990-03-05"_s) : QJsonValue());
-        EXPECT_EQ(record["lastName"_L1], u""_s);
+        EXPECT_EQ(around.seen(), QStringList(u"save Анна 79160000001"_s));
+        EXPECT_EQ(plugin.getPluginData(u"customer"_s, {}).toJsonObject(), record);
+        record.insert("birthDate"_L1, u"1990-03-05"_s);
 
         auto expected = plugin.customer;
         expected.processingStatus = ProcessingStatus::Unknown;
-        OpenPlugin other{service};
+        OpenPlugin other;
         other.setDocument(document);
         other.codeSent = true;
         other.confirmedEmails = {u"a@b"_s};
@@ -107,49 +83,46 @@ TEST_F(Commit, CustomerIsKeptWithTheReceiptAndRestored)
         EXPECT_EQ(other.customer, expected);
         EXPECT_TRUE(other.codeSent);
         EXPECT_EQ(other.confirmedEmails.size(), 1);
+        around.seen();
     }
 }
 
 TEST_F(Commit, RestoreTakesWhatItCanFromAForeignRecord)
 {
-    const auto restored = [this](const QVariant &record) {
-        plugin.setPluginData(u"customer"_s, record);
+    const auto restored = [this](const QVariantMap &data) {
+        plugin.setPluginData(data);
         EXPECT_TRUE(plugin.restoreLoyaltySystem());
         return plugin.customer;
     };
+    const auto key = u"customer"_s;
     Customer expected;
     expected.email = u"a@b"_s;
-    EXPECT_EQ(restored(QJsonObject{{u"email"_s, u"a@b"_s},
-                                   {u"birthDate"_s, u"1990/03/05"_s},
-                                   {u"firstName"_s, QJsonObject()},
-                                   {u"processingStatus"_s, 2},
-                                   {u"email\0x"_s, u"x"_s},
-                                   {u"Email"_s, u"x"_s}}),
-              expected);
+    const auto record = json(R"({"email": "a@b", "birthDate": "1990/03/05", "firstName": {},
+        "processingStatus": 2, "email\u0000x": "x", "Email": "x"})");
+    EXPECT_EQ(restored({{key, record}}), expected);
     const QDateTime birth(QDate(1990, 3, 5), QTime(9, 0));
-    EXPECT_EQ(restored(QVariantMap{{u"birthDate"_s, birth}}).birthDate, birth.date());
-    EXPECT_EQ(restored(5), Customer());
-
+    EXPECT_EQ(restored({{key, QVariantMap{{u"birthDate"_s, birth}}}}).birthDate, birth.date());
+    EXPECT_EQ(restored({{key, 5}}), Customer());
     plugin.customer = expected;
-    plugin.setPluginData({});
-    EXPECT_TRUE(plugin.restoreLoyaltySystem());
-    EXPECT_EQ(plugin.customer, Customer());
+    EXPECT_EQ(restored({}), Customer());
 
     plugin.customer = expected;
     document->setCardRecord(nullptr);
-    EXPECT_TRUE(plugin.restoreLoyaltySystem());
-    EXPECT_EQ(plugin.customer, expected);
+    EXPECT_EQ(restored({}), expected);
 }
 
 TEST_F(Commit, ClearingForgetsTheCustomerButNotItsRecord)
 {
     plugin.setPluginData(u"customer"_s, 5);
+    plugin.setPluginData(u"visits"_s, 7); // beside it, not in its place
     plugin.codeSent = true;
     plugin.confirmedEmails = {u"a@b"_s};
+    plugin.lastError = {{}, u"before"_s};
     plugin.clearLoyaltyData();
     EXPECT_EQ(plugin.customer, Customer());
     EXPECT_FALSE(plugin.codeSent);
     EXPECT_TRUE(plugin.confirmedEmails.isEmpty());
+    EXPECT_EQ(plugin.getLastErrorString(), QString());
     EXPECT_EQ(plugin.getPluginData(u"customer"_s, {}), QVariant(5));
 }
 

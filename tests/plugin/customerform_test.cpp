@@ -1,34 +1,23 @@
-#include "fakes.h"
+#include "workflow.h"
 
 namespace lmmindbox {
 namespace {
-
-using testing::_;
-using testing::DoAll;
-using testing::Return;
-using testing::SaveArg;
 
 class CustomerForm : public WorkflowTest
 {
 protected:
     FormRequest shownFor(const Customer &customer)
     {
-        FormRequest request;
-        EXPECT_CALL(dialog, showForm(_))
-            .WillOnce(DoAll(SaveArg<0>(&request), Return(QVariantMap())));
+        around.inputs = {QVariant()};
         (void)plugin.showCustomerEdit(customer);
-        return request;
-    }
-    CustomerEdit answered(const QVariantMap &answers)
-    {
-        EXPECT_CALL(dialog, showForm(_)).WillOnce(Return(answers));
-        return plugin.showCustomerEdit({});
+        return around.form;
     }
 };
 
 TEST_F(CustomerForm, ShowsFiveFieldsPrefilledFromTheCustomer)
 {
-    auto customer = makeCustomer(u"89161234567"_s, true);
+    auto customer = customerIn(known);
+    customer.mobilePhone = u"89161234567"_s;
     customer.birthDate = QDate(1990, 3, 5);
     customer.sex = u"MALE"_s;
 
@@ -36,8 +25,8 @@ TEST_F(CustomerForm, ShowsFiveFieldsPrefilledFromTheCustomer)
     const auto form = shownFor(customer);
     const auto after = QDate::currentDate();
 
-    EXPECT_THAT(form.title,
-                isText("lmmindboxEditCustomerTitle", "Редактирование анкетных данных клиента"));
+    EXPECT_EQ(textOf(form.title),
+              u"lmmindboxEditCustomerTitle/Редактирование анкетных данных клиента"_s);
     EXPECT_TRUE(form.cancellable && !form.compact && form.validates && !form.readOnly);
     EXPECT_EQ(form.columns, 1);
     QStringList fields;
@@ -63,12 +52,19 @@ TEST_F(CustomerForm, ShowsFiveFieldsPrefilledFromTheCustomer)
     EXPECT_EQ(form.fields[2].minDate, form.fields[2].maxDate.addYears(-150));
     EXPECT_EQ(form.fields[3].options, tr::TrList({{u"inputClientFemale"_s, u"Женщина"_s},
                                                   {u"inputClientMale"_s, u"Мужчина"_s}}));
+
+    const auto empty = shownFor(customerIn(notFound));
+    EXPECT_EQ(textOf(empty.title), u"lmmindboxRegisterCustomeTitle/Новый клиент"_s);
+    EXPECT_EQ(empty.fields[3].value, u"0"_s);
+    EXPECT_EQ(empty.fields[2].value, QString());
 }
 
 TEST_F(CustomerForm, PrefillsOnlyAPhoneOfTenDigitsWithItsUsualPrefixes)
 {
     const auto prefilled = [this](const char *phone) {
-        const auto field = shownFor(makeCustomer(QString::fromUtf8(phone), true)).fields[0];
+        Customer customer;
+        customer.mobilePhone = QString::fromUtf8(phone);
+        const auto field = shownFor(customer).fields[0];
         EXPECT_EQ(field.editable, field.value.isEmpty());
         return field.value;
     };
@@ -78,43 +74,37 @@ TEST_F(CustomerForm, PrefillsOnlyAPhoneOfTenDigitsWithItsUsualPrefixes)
         EXPECT_EQ(prefilled(phone), QString());
 }
 
-TEST_F(CustomerForm, IsTitledForANewCustomerOnlyWhenTheServiceDidNotKnowIt)
-{
-    Customer customer;
-    customer.processingStatus = ProcessingStatus::NotFound;
-    const auto form = shownFor(customer);
-    EXPECT_EQ(form.title.getId(), u"lmmindboxRegisterCustomeTitle"_s);
-    EXPECT_EQ(form.title.getDefaultText(), u"Новый клиент"_s);
-    EXPECT_EQ(form.fields[3].value, u"0"_s);
-    EXPECT_EQ(form.fields[2].value, QString());
-}
-
 TEST_F(CustomerForm, ReadsAnswersByNameAndTurnsTheSexRound)
 {
-    const auto edit = answered({{u"phone"_s, u"+7(916)-123-45-67"_s},
-                                {u"name"_s, u"Пётр"_s},
-                                {u"birthday"_s, u"1990-03-05"_s},
-                                {u"sex"_s, u"1"_s},
-                                {u"email"_s, u"p@example.org"_s},
-                                {u"email\0"_s, 5}});
+    const auto read = [this](const QVariantMap &answers) {
+        around.inputs = {answers};
+        return plugin.showCustomerEdit({});
+    };
     CustomerEdit expected;
     expected.phone = u"+7(916)-123-45-67"_s;
     expected.name = u"Пётр"_s;
     expected.birthday = QDate(1990, 3, 5);
     expected.sex = Client::Sex::Male;
     expected.email = u"p@example.org"_s;
-    EXPECT_EQ(edit, expected);
-
-    const auto name = std::pair(u"name"_s, QVariant(u"x"_s));
-    EXPECT_EQ(answered({name, {u"sex"_s, 1}}).sex, Client::Sex::Male);
-    EXPECT_EQ(answered({name, {u"sex"_s, 0}}).sex, Client::Sex::Female);
-    EXPECT_EQ(answered({name}).sex, Client::Sex::Female);
-    EXPECT_EQ(answered({name, {u"sex"_s, u"?"_s}}).sex, Client::Sex::Female);
-    EXPECT_EQ(answered({name, {u"birthday"_s, u"soon"_s}}).birthday, QDate());
-
-    const auto cancelled = answered({});
-    EXPECT_TRUE(cancelled.name.isEmpty());
-    EXPECT_EQ(cancelled.sex, Client::Sex::Male);
+    EXPECT_EQ(read({{u"phone"_s, expected.phone},
+                    {u"name"_s, expected.name},
+                    {u"birthday"_s, u"1990-03-05"_s},
+                    {u"sex"_s, u"1"_s},
+                    {u"email"_s, expected.email},
+                    {u"email\0"_s, 5}}),
+              expected);
+    const std::pair<QVariantMap, Client::Sex> sexes[] = {
+        {{{u"sex"_s, 1}}, Client::Sex::Male},
+        {{{u"sex"_s, 0}}, Client::Sex::Female},
+        {{{u"sex"_s, u"?"_s}}, Client::Sex::Female},
+        {{{u"birthday"_s, u"soon"_s}}, Client::Sex::Female},
+        {QVariantMap(), Client::Sex::Male}, // cancelled
+    };
+    for (const auto &[answers, sex] : sexes) {
+        CustomerEdit empty;
+        empty.sex = sex;
+        EXPECT_EQ(read(answers), empty);
+    }
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "tests/support/fakehttp.h"
+#include "tests/support/fakequeue.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
-#include <host/dbqueuebroker.h>
 #include <host/dialog.h>
 #include <host/session.h>
 
@@ -98,15 +98,11 @@ TEST_F(Module, UsesTheProgramsSubstitutesAndSingletons)
               card->getNumber().toString());
     EXPECT_EQ(system->getLastErrorString(), u"Не удалось получить информацию о клиенте"_s);
 
-    const QTemporaryDir directory;
-    auto *broker = Singleton<DBQueueBroker>::instance();
-    broker->setFile(directory.filePath(u"queue.db"_s));
+    const FakeQueue queue;
     http.answer = R"({"order": {"processingStatus": "Processed"}})";
     EXPECT_TRUE(system->commit(document));
-    const auto waiting = broker->waiting(u"lmmindbox"_s, 10);
-    ASSERT_EQ(waiting.size(), 1) << broker->lastError().toStdString();
-    EXPECT_EQ(waiting.first().message["method"_L1].toString().toStdString(), "change");
-    broker->setFile({});
+    ASSERT_EQ(queue.messages.size(), 1);
+    EXPECT_EQ(queue.messages.first()["method"_L1].toString().toStdString(), "change");
 
     http.answer = R"({"status": "Success", "order": {"processingStatus": "NotProcessed"}})";
     EXPECT_TRUE(system->commit(document));

@@ -7,11 +7,10 @@
 #include <gtest/gtest.h>
 #include <httplib.h>
 
-/// What the tests of the simulator share: bodies, and a client that sends them as tills do.
+/// Shared by the simulator's tests: bodies, and a client that sends them as tills do.
 namespace simulatortest {
 
 using namespace Qt::StringLiterals;
-using simulator::FaultKind;
 using simulator::Simulator;
 
 inline const auto create = u"CreateAuthorizedOrder"_s;
@@ -68,7 +67,7 @@ struct Till
         return result ? QJsonDocument::fromJson(result->body.c_str()).object() : QJsonObject();
     }
 
-    /// The processing status of what the operation is about.
+    /// The processing status of the operation's entity.
     QString outcome(const QString &operation, const QString &body)
     {
         const auto answer = call(operation, body);
@@ -82,7 +81,7 @@ struct Till
     httplib::Client client;
 };
 
-/// The unused code last sent to the phone.
+/// The last unused code sent to the phone.
 inline QString lastCode(const Simulator &service, const QString &phone)
 {
     QString last;
@@ -95,11 +94,21 @@ inline QString lastCode(const Simulator &service, const QString &phone)
 
 struct SimulatorTest : testing::Test
 {
-    // Whoever is told of an SMS may ask the service for its code.
-    Simulator service{{.seed = 1, .print = [this](const QString &) { service.dump(); }}};
-    const bool started = service.start();
+    Simulator service{{.seed = 1}};
+    const simulator::Store::Done started = service.start();
     Till till{service};
-    void SetUp() override { ASSERT_TRUE(started) << qPrintable(service.errorString()); }
+    void SetUp() override { ASSERT_TRUE(started) << qPrintable(started.error()); }
+
+    void order(const char *fault)
+    {
+        const auto wrong = service.addFault(QJsonDocument::fromJson(fault).object());
+        EXPECT_EQ(wrong, QString()) << fault;
+    }
+    QJsonArray exchanges(const std::string &query = {})
+    {
+        const auto result = till.client.Get("/simulator/exchanges" + query);
+        return QJsonDocument::fromJson(result->body.c_str()).object()["exchanges"_L1].toArray();
+    }
 };
 
 } // namespace simulatortest

@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 #include <QUrl>
 
-/// Answers every request with the same response and keeps what was sent.
+/// Answers every request with the same response and records the requests.
 class FakeRestClient : public RestClient
 {
 public:

@@ -7,12 +7,12 @@
 #include <csignal>
 #include <sys/resource.h>
 
-/// A disk on which no file grows beyond `size` bytes, as long as this object lives.
+/// Simulates a full disk while it lives: no file grows beyond `size` bytes.
 class FullDisk
 {
 public:
     explicit FullDisk(rlim_t size)
-        : signalBefore(::signal(SIGXFSZ, SIG_IGN)) // the write then fails
+        : signalBefore(::signal(SIGXFSZ, SIG_IGN)) // so that the write fails
     {
         EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
         const rlimit limit{size, before.rlim_max};

@@ -6,11 +6,11 @@
 #include <mutex>
 #include <utility>
 
-/// The log's lines while this object lives, each behind its level's letter: D, I, W, E or F.
+/// Captures the log's lines while it lives, each after the letter of its level: D, I, W, E or F.
 class LogCapture
 {
 public:
-    /// With a category only its lines, those of debug level included.
+    /// A category limits it to that category's lines, with debug level.
     explicit LogCapture(const char *category = nullptr)
     {
         take();
@@ -27,7 +27,7 @@ public:
     }
     Q_DISABLE_COPY_MOVE(LogCapture)
 
-    /// Hands the lines out and forgets them.
+    /// Returns the lines and forgets them.
     static QStringList take()
     {
         const std::scoped_lock lock(mutex);

@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-/// How a failed expectation shows a text.
+/// Prints a text in a failed expectation.
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toStdString() << '"';

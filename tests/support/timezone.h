@@ -6,7 +6,7 @@
 
 #include <ctime>
 
-/// The process's time zone while this object lives.
+/// Sets the process's time zone while it lives.
 class TimeZone
 {
 public:

@@ -12,12 +12,13 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
 
-/// What the server does with one request.
+/// The server's reply to one request.
 struct Reply
 {
     QByteArray bytes;
@@ -31,8 +32,8 @@ inline QByteArray okReply(const QByteArray &body)
            body;
 }
 
-/// Answers request after request with scripted bytes, the last reply over and over; one connection
-/// at a time.
+/// Answers each request with scripted bytes and repeats the last reply. Serves one connection at a
+/// time.
 class WireServer
 {
 public:
@@ -56,13 +57,12 @@ public:
         thread.join();
         ::close(listener);
     }
-    WireServer(const WireServer &) = delete;
-    WireServer &operator=(const WireServer &) = delete;
+    Q_DISABLE_COPY_MOVE(WireServer)
 
     int port = 0;
     std::atomic<int> connections = 0;
     std::atomic<int> requests = 0;
-    std::atomic<int> closes = 0; ///< Connections that were closed here.
+    std::atomic<int> closes = 0; ///< Connections that the server closed.
     QByteArray received() const
     {
         const std::scoped_lock lock(mutex);
@@ -92,26 +92,24 @@ private:
         return false;
     }
 
+    /// Reads a request or the beginning of a TLS handshake.
     bool readRequest(int socket)
     {
         QByteArray request;
+        std::array<char, 65536> part{};
         while (awaits(socket)) {
-            std::array<char, 65536> part{};
             const auto length = ::recv(socket, part.data(), part.size(), 0);
             if (length <= 0)
                 return false;
             request.append(part.data(), length);
             const auto head = request.indexOf("\r\n\r\n");
             const auto field = request.indexOf("Content-Length: ");
-            if (head < 0 || field < 0)
-                continue;
-            const auto digits =
-                request.mid(field + 16, request.indexOf("\r\n", field) - field - 16);
-            if (request.size() - head - 4 < digits.toLongLong())
-                continue;
-            const std::scoped_lock lock(mutex);
-            bytes += request;
-            return true;
+            const auto body = field < 0 ? 0 : std::atoi(request.constData() + field + 16);
+            if (request.startsWith('\x16') || (head >= 0 && request.size() >= head + 4 + body)) {
+                const std::scoped_lock lock(mutex);
+                bytes += request;
+                return true;
+            }
         }
         return false;
     }

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The identifiers of all texts in the product's sources.
+/// The identifiers of all texts in the plugin's sources.
 QSet<QString> usedIdentifiers()
 {
     static const QRegularExpression identifier(
@@ -34,13 +34,13 @@ TEST(Catalogue, EveryTextOfTheProductIsThereInEnglish)
 {
     const auto identifiers = usedIdentifiers();
     ASSERT_GE(identifiers.size(), 25);
-    ASSERT_EQ(till::installLanguage(QStringLiteral("en")), std::nullopt);
+    ASSERT_TRUE(till::installLanguage(QStringLiteral("en")));
     for (const auto &identifier : identifiers) {
         const auto shown = tr::Tr(identifier, QStringLiteral("<missing>")).toString();
         EXPECT_NE(shown, QStringLiteral("<missing>")) << identifier.toStdString();
         EXPECT_FALSE(shown.isEmpty()) << identifier.toStdString();
     }
-    EXPECT_TRUE(till::installLanguage(QStringLiteral("../en")));
+    EXPECT_FALSE(till::installLanguage(QStringLiteral("../en")));
     EXPECT_EQ(tr::Tr(QStringLiteral("unknownText"), QStringLiteral("Текст")).toString(),
               QStringLiteral("Текст"));
 }

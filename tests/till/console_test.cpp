@@ -1,5 +1,9 @@
 #include "scriptedconsole.h"
 
+#include "till/console/consolepresenter.h"
+#include "till/words/receipttext.h"
+#include "till/words/saletext.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -28,11 +32,40 @@ TEST(Console, RefusesWhatIsNoTextAndGoesOnWithTheNextLine)
     }
 }
 
-TEST(Console, KeepsForeignTextsFromCommandingTheTerminal)
+TEST(Console, HasWordsForEveryEventButOneAndEveryObstacle)
 {
+    using Event = till::SaleEvent::Kind;
+    till::SaleEvent event;
+    for (int kind = 0; kind <= static_cast<int>(Event::Refused); ++kind) {
+        event.kind = static_cast<Event>(kind);
+        EXPECT_EQ(till::eventText(event, {}).isEmpty(), event.kind == Event::Identified) << kind;
+    }
+    for (int obstacle = 0; obstacle <= static_cast<int>(till::Obstacle::UnknownReceipt);
+         ++obstacle) {
+        event.obstacle = static_cast<till::Obstacle>(obstacle);
+        EXPECT_FALSE(till::eventText(event, {}).isEmpty()) << obstacle;
+    }
+}
+
+TEST(Console, WritesWhatAServiceSaysInOneLine)
+{
+    const auto forged = QStringLiteral("Anna\nReceipt 99 is closed: 0.00.\u2028x");
+    till::ReceiptView receipt;
+    receipt.cardNumber = QStringLiteral("1");
+    receipt.customer = Client();
+    receipt.customer->setName(forged);
+    till::SaleEvent refused;
+    refused.text = forged;
+    till::SaleEvent added{till::SaleEvent::Kind::PositionAdded};
+    added.position.name = forged;
+    for (const auto &text :
+         {till::holderText(receipt), till::eventText(refused, {}), till::eventText(added, {})}) {
+        EXPECT_FALSE(text.contains(u'\n') || text.contains(QChar(0x2028))) << text.toStdString();
+        EXPECT_TRUE(text.contains(QStringLiteral("Anna?Receipt 99"))) << text.toStdString();
+    }
     ScriptedConsole scripted;
-    scripted.console.line(QStringLiteral("a\x1b[2J\nb"));
-    EXPECT_EQ(scripted.shown(), "a?[2J\nb\n");
+    till::ConsolePresenter(scripted.console).showError({{}, forged});
+    EXPECT_EQ(scripted.shown(), "[error] Anna?Receipt 99 is closed: 0.00.?x\n");
 }
 
 } // namespace

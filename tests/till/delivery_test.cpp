@@ -1,10 +1,19 @@
 #include "deliveryfixture.h"
 
+#include <host/config.h>
+#include <host/serviceavailability.h>
+
+#include <QDir>
+
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using Outcome = till::Deliverer::Outcome;
 
 TEST_F(Delivery, SendsInOrderAndRemovesAMessageOnlyWhenItsAnswerIsIn)
 {
@@ -12,28 +21,30 @@ TEST_F(Delivery, SendsInOrderAndRemovesAMessageOnlyWhenItsAnswerIsIn)
         put("create", order(name));
         put("change", order(name));
     }
-    service.whileSending = [&] { EXPECT_EQ(state().waiting, 4); }; // removed in a group
-    EXPECT_EQ(deliver(), Outcome::Emptied);
+    const auto onDisk = [this] { return till::Store(directory.path()).deliveryState().waiting; };
+    service.whileSending = [&] { EXPECT_EQ(onDisk(), 4); }; // removed later, in a group
+    EXPECT_EQ(deliver(), Outcome::Empty);
     EXPECT_THAT(service.received, ElementsAre("+A", "=A", "+B", "=B"));
-    EXPECT_EQ(state().waiting, 0);
+    EXPECT_EQ(onDisk(), 0);
 
-    // A group is bounded.
-    constexpr int messages = 2 * till::Deliverer::groupSize + 1;
-    for (int i = 0; i < messages; ++i)
+    // A group has a limit.
+    constexpr int many = 201;
+    for (int i = 0; i < many; ++i)
         put("create", order("A"));
     service.received.clear();
-    std::vector<qint64> waiting;
-    service.whileSending = [&] { waiting.push_back(state().waiting); };
-    EXPECT_EQ(deliver(), Outcome::Emptied);
-    EXPECT_EQ(service.received.size(), messages);
-    EXPECT_LE(waiting.back(), till::Deliverer::groupSize);
-    EXPECT_EQ(state().waiting, 0);
+    std::vector<qint64> left;
+    service.whileSending = [&] { left.push_back(onDisk()); };
+    EXPECT_EQ(deliver(), Outcome::Empty);
+    EXPECT_EQ(service.received.size(), many);
+    EXPECT_LE(left.back(), 100);
+    EXPECT_EQ(onDisk(), 0);
 }
 
 TEST_F(Delivery, AMessageWithoutTheServicesAnswerStaysFirst)
 {
+    FakeClock clock;
     put("create", order("A"));
-    put("change", order("A"));
+    put("change", order("B"));
     service.failing = "A";
     const http::Response answers[] = {
         {0, 7, {}},
@@ -48,20 +59,21 @@ TEST_F(Delivery, AMessageWithoutTheServicesAnswerStaysFirst)
     for (const auto &answer : answers) {
         service.failure = answer;
         EXPECT_EQ(deliver(), Outcome::Unreachable);
-        EXPECT_EQ(state().waiting, 2);
-        const auto oldest = state().oldest.value_or(QueuedMessage());
-        EXPECT_EQ(oldest.tries, ++tries);
-        EXPECT_THAT(oldest.lastError.toStdString(), HasSubstr("HTTP code"));
+        EXPECT_EQ(waiting(), 2);
+        EXPECT_EQ(first().tries, ++tries);
+        EXPECT_THAT(first().lastError.toStdString(), HasSubstr("HTTP code"));
         EXPECT_EQ(service.received.back(), "+A");
     }
-    // Put off for too long, it no longer keeps the others from going out, whoever counts.
-    while (state().parked == 0 && tries < 2 * till::Deliverer::mostDeferrals) {
-        ++tries;
-        till::Deliverer(broker, interface).deliver([] { return false; });
-    }
-    constexpr int withoutAnswer = 4;
-    EXPECT_EQ(tries, till::Deliverer::mostDeferrals + withoutAnswer);
-    EXPECT_EQ(service.received.back(), "=A");
+    // After a day of postponement it no longer holds up the others.
+    clock.pass(till::Deliverer::longestPutOff - 1ms);
+    EXPECT_EQ(deliver(), Outcome::Unreachable);
+    service.failure = {0, 7, {}};
+    clock.pass(1ms);
+    EXPECT_EQ(deliver(), Outcome::Unreachable);
+    service.failure = answers[6];
+    EXPECT_EQ(deliver(), Outcome::Empty);
+    EXPECT_EQ(service.received.back(), "=B");
+    EXPECT_EQ(messages(true).size(), 1);
 }
 
 TEST_F(Delivery, AMessageParkedByHandWhileItIsSentStaysParkedWithItsReason)
@@ -72,17 +84,14 @@ TEST_F(Delivery, AMessageParkedByHandWhileItIsSentStaysParkedWithItsReason)
     for (const auto &answer : answers) {
         service.failure = answer;
         put("create", order("A"));
-        const auto waiting = broker.first(till::loyaltyQueue());
-        ASSERT_TRUE(waiting) << broker.lastError().toStdString();
-        const auto id = waiting->id;
+        const auto id = first().id;
         service.whileSending = [&] {
-            EXPECT_TRUE(DBQueueBroker(broker.file()).park(id, QStringLiteral("by hand")));
+            EXPECT_TRUE(till::Store(directory.path()).setParked({id}, true).value_or(0) == 1);
         };
-        EXPECT_NE(deliver(), Outcome::Unusable) << broker.lastError().toStdString();
+        (void)deliverer.step();
         service.whileSending = [] {};
-        EXPECT_EQ(broker.parked(till::loyaltyQueue()).constLast().id, id);
-        EXPECT_EQ(broker.parked(till::loyaltyQueue()).constLast().lastError,
-                  QStringLiteral("by hand"));
+        EXPECT_EQ(messages(true).constLast().id, id);
+        EXPECT_EQ(messages(true).constLast().lastError, QStringLiteral("by hand"));
     }
 }
 
@@ -95,29 +104,95 @@ TEST_F(Delivery, ARefusedOrMalformedMessageIsParkedWithTheReasonAndTheRestGoesOn
     put("erase", order("B"));
     put("create", QJsonValue(1));
     put("create", order("C"));
-    EXPECT_EQ(deliver(), Outcome::Emptied);
-    const auto parked = broker.parked(till::loyaltyQueue());
+    EXPECT_EQ(deliver(), Outcome::Empty);
+    const auto parked = messages(true);
     ASSERT_EQ(parked.size(), 3);
     EXPECT_THAT(parked.at(0).lastError.toStdString(), HasSubstr("ValidationError"));
     EXPECT_LT(parked.at(0).lastError.size(), 5'000);
     EXPECT_THAT(parked.at(1).lastError.toStdString(), HasSubstr("unknown method"));
     EXPECT_THAT(parked.at(2).lastError.toStdString(), HasSubstr("no payload"));
     EXPECT_THAT(service.received, ElementsAre("+A", "+C"));
+
+    // Messages put back keep their old order, and a missing one does no harm.
+    service.failing.clear();
+    EXPECT_EQ(store.setParked({parked.at(0).id, 999}, false).value_or(-1), 1);
+    EXPECT_EQ(deliver(), Outcome::Empty);
+    EXPECT_EQ(service.received.back(), "+A");
+    EXPECT_EQ(messages(true).size(), 2);
 }
 
-TEST_F(Delivery, OnlyOneDelivererWorksOnAQueue)
+TEST_F(Delivery, OnlyOneDelivererWorksOnADirectoryAndALockIsNoFifo)
 {
     put("create", order("A"));
-    DBQueueBroker otherBroker(broker.file());
-    till::Deliverer other(otherBroker, interface);
-    auto outcome = Outcome::Emptied;
-    service.whileSending = [&] { outcome = other.deliver([] { return false; }).outcome; };
+    till::Store otherStore(directory.path());
+    till::Deliverer other(otherStore, directory.path(), {});
+    till::Deliverer::Step meanwhile;
+    service.whileSending = [&] { meanwhile = other.step(); };
     deliver();
-    EXPECT_EQ(outcome, Outcome::Busy);
+    EXPECT_EQ(meanwhile.outcome, Outcome::Busy);
+    EXPECT_THAT(meanwhile.error.toStdString(), HasSubstr(std::to_string(::getpid())));
     EXPECT_EQ(service.received.size(), 1);
-    EXPECT_EQ(other.deliver([] { return false; }).outcome, Outcome::Emptied);
-    broker.setFile(directory.path());
-    EXPECT_EQ(deliver(), Outcome::Unusable);
+    EXPECT_EQ(other.step().outcome, Outcome::Empty);
+
+    const QTemporaryDir place;
+    const auto lock = till::Deliverer::lockFile(place.path());
+    ASSERT_EQ(::mkfifo(lock.toLocal8Bit().constData(), 0600), 0);
+    const auto held = till::Deliverer(store, place.path(), {}).acquire();
+    EXPECT_FALSE(held);
+    EXPECT_EQ(till::ProcessLock::holderOf(lock), std::nullopt);
+}
+
+TEST_F(Delivery, ALockFileWithoutAHolderIsTakenOver)
+{
+    for (const QByteArray left : {"", "999999999\ntill\nelsewhere\n"}) {
+        for (const auto *suffix : {"", ".rmlock"}) { // Qt's second lock, held during a removal
+            const QTemporaryDir place;
+            const auto lock = till::Deliverer::lockFile(place.path());
+            for (const auto &name : {lock, lock + QLatin1String(suffix)}) {
+                QFile file(name);
+                ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(left) == left.size());
+            }
+            till::Deliverer deliverer(store, place.path(), {});
+            EXPECT_TRUE(deliverer.acquire()) << left.toStdString() << suffix;
+            EXPECT_EQ(till::ProcessLock::holderOf(lock), ::getpid());
+        }
+    }
+}
+
+TEST_F(Delivery, RestsTwiceAsLongAfterEachFailureAndAsLongAsTheServiceAsks)
+{
+    const auto about = [](std::chrono::milliseconds time) {
+        return testing::AllOf(testing::Ge(time * 8 / 10), testing::Le(time * 12 / 10));
+    };
+    till::Deliverer patient(store, directory.path(), {100ms, 1'000ms});
+    (void)patient.step(); // nothing waits: the catching up ends
+    put("create", order("A"));
+    service.failing = "A";
+    for (const auto rest : {100ms, 200ms, 400ms, 800ms, 1'000ms, 1'000ms})
+        EXPECT_THAT(patient.step().rest, about(rest));
+
+    service.failure = {503, 0, R"({"errorMessage":"busy"})"};
+    service.whileSending = [] {
+        Singleton<ServiceAvailability>::instance()->note(ServiceAvailability::Outcome::Answered,
+                                                         300s);
+    };
+    EXPECT_THAT(patient.step().rest, testing::AllOf(testing::Ge(290s), testing::Le(360s)));
+    Singleton<ServiceAvailability>::instance()->clear();
+}
+
+TEST_F(Delivery, InTheBackgroundStopsWithoutWaitingForTheNextTry)
+{
+    put("create", order("A"));
+    service.failing = "A";
+    till::Deliverer background(store, directory.path(), {60s, 60s});
+    std::thread thread([&] { background.run([] {}); });
+    for (int i = 0; i < 1000 && first().tries == 0; ++i)
+        std::this_thread::sleep_for(10ms);
+    const auto begun = std::chrono::steady_clock::now();
+    background.stop();
+    thread.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, 10s);
+    EXPECT_EQ(first().tries, 1);
 }
 
 } // namespace

@@ -2,19 +2,17 @@
 
 #include "tests/support/fakehttp.h"
 #include "till/core/deliverer.h"
-
-#include "interface/interface.h"
-
-#include <host/dbqueuebroker.h>
+#include "till/core/store.h"
 
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <limits>
 
-/// The service: answers by the message's name and keeps what came, "create" messages as "+name"
-/// and "change" messages as "=name".
+/// A service that answers by the message's name. Keeps the names it received: "+name" for "create"
+/// messages and "=name" for "change" messages.
 class FakeService : public FakeRestClient
 {
 public:
@@ -41,29 +39,63 @@ public:
     std::function<void()> whileSending = [] {};
 };
 
+/// A clock that the test sets.
+class FakeClock : private Clock::Source
+{
+public:
+    FakeClock() { Clock::setSource(this); }
+    ~FakeClock() override { Clock::setSource(nullptr); }
+    Q_DISABLE_COPY_MOVE(FakeClock)
+
+    void pass(std::chrono::milliseconds duration) { passed += duration; }
+    /// Sets the time of day, as a person might.
+    void jump(std::chrono::milliseconds by) { jumped += by; }
+
+private:
+    QDateTime now() override { return begin.addMSecs((passed + jumped).count()); }
+    Clock::Time steady() override { return Clock::Time(passed); }
+
+    const QDateTime begin = QDateTime::currentDateTimeUtc();
+    std::chrono::milliseconds passed{1};
+    std::chrono::milliseconds jumped{0};
+};
+
 class Delivery : public testing::Test
 {
 protected:
+    using Outcome = till::Deliverer::Outcome;
+
     void put(const char *method, const QJsonValue &payload)
     {
-        ASSERT_TRUE(broker.put(
-            till::loyaltyQueue(),
-            {{QLatin1String("method"), QLatin1String(method)}, {QLatin1String("payload"), payload}},
-            {}));
+        till::QueuedMessage message;
+        message.queue = till::loyaltyQueue();
+        message.message = {{QLatin1String("method"), QLatin1String(method)},
+                           {QLatin1String("payload"), payload}};
+        message.queuedAt = Clock::now();
+        ASSERT_TRUE(store.saveReport(store.newReceipt({}, DocumentHeader::sale),
+                                     {till::Report::Reported, {}, {}}, {message}));
     }
     static QJsonObject order(const char *name)
     {
         return {{QLatin1String("name"), QLatin1String(name)}};
     }
-    till::Deliverer::Outcome deliver()
+    /// Steps until one delivers and parks nothing. \return Its outcome.
+    Outcome deliver()
     {
-        return deliverer.deliver([] { return false; }).outcome;
+        auto outcome = Outcome::Settled;
+        while (outcome == Outcome::Settled)
+            outcome = deliverer.step().outcome;
+        return outcome;
     }
-    QueueState state() { return broker.state(till::loyaltyQueue()).value_or(QueueState()); }
+    qint64 waiting() { return store.deliveryState().waiting; }
+    till::QueuedMessage first() { return messages(false).value(0); }
+    QList<till::QueuedMessage> messages(bool parked)
+    {
+        return store.messages(parked, std::numeric_limits<int>::max()).value();
+    }
 
     QTemporaryDir directory;
-    DBQueueBroker broker{directory.filePath(QStringLiteral("queue.db"))};
+    till::Store store{directory.path()};
     FakeService service;
-    lmmindbox::Interface interface;
-    till::Deliverer deliverer{broker, interface};
+    till::Deliverer deliverer{store, directory.path(), {}};
 };

@@ -1,5 +1,7 @@
 #include "scriptedconsole.h"
+#include "tests/support/logcapture.h"
 #include "till/console/consolepresenter.h"
+#include "till/core/toldtexts.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -26,7 +28,7 @@ FormField field(const char *key, FormFieldKind kind, bool mandatory)
     return field;
 }
 
-/// The shape of the customer's form.
+/// A form like the customer's.
 FormRequest customerForm()
 {
     auto phone = field("phone", FormFieldKind::Text, true);
@@ -44,7 +46,7 @@ FormRequest customerForm()
     return request;
 }
 
-/// The form's answers to a script, and what was shown.
+/// The form's answers to a script, and its output.
 struct Filled
 {
     Filled(const FormRequest &request, const QByteArray &script)
@@ -89,13 +91,13 @@ TEST(Form, AsksAgainForWhatCannotBeTheAnswer)
         {0, "", "must be filled in"},
         {1, "   ", "must be filled in"},
         {1, "/clear", "must be filled in"},
-        {2, "31.02.1990", "A date such as"},
-        {2, "1990-03-05", "A date such as"},
-        {2, "1.3.1990", "A date such as"},
+        {2, "31.02.1990", "Type a date such as"},
+        {2, "1990-03-05", "Type a date such as"},
+        {2, "1.3.1990", "Type a date such as"},
         {2, "02.01.2020", "must not be after 01.01.2020"},
         {2, "31.12.1899", "must not be before 01.01.1900"},
-        {3, "0", "A number from 1 to 2"},
-        {3, "3", "A number from 1 to 2"},
+        {3, "0", "Type a number from 1 to 2"},
+        {3, "3", "Type a number from 1 to 2"},
         {3, "\x1b", "control characters"},
     };
     for (const auto &[field, wrong, problem] : cases) {
@@ -151,6 +153,15 @@ TEST(Choice, TakesNumberOrTextAndTheEndOfTheInputIsNo)
                       .showChoice(text("Register?"), text("ОК"), text("Отмена")),
                   agreed);
     }
+}
+
+TEST(ToldTexts, AreLoggedWithoutPhoneAndAddress)
+{
+    const LogCapture log;
+    till::logTold(QStringLiteral("+7 (903) 123-45-67 and 79031234567 belong to <an-na@a.org>, "
+                                 "receipt 4711 of 2026-11-25 22:02:11, 179.80"));
+    EXPECT_EQ(LogCapture::text(), QStringLiteral("I *** and *** belong to <***>, "
+                                                 "receipt 4711 of 2026-11-25 22:02:11, 179.80"));
 }
 
 } // namespace

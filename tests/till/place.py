@@ -1,4 +1,4 @@
-"""A till as a program with its settings and data, and the simulated service that it talks to."""
+"""A till as a program with its settings and data, and its simulated service."""
 import contextlib
 import json
 import os

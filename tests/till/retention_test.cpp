@@ -1,5 +1,8 @@
+#include "deliveryfixture.h"
 #include "till/core/retention.h"
+#include "till/core/settingtable.h"
 #include "till/core/store.h"
+#include "till/core/storeschema.h"
 
 #include <host/config.h>
 
@@ -10,69 +13,63 @@
 
 namespace {
 
-using testing::ElementsAre;
+using namespace std::chrono_literals;
 using till::ReceiptState;
 using till::Report;
-
-/// A receipt of so many days ago, large enough to count in the file's size.
-QSharedPointer<AbstractDocument> receiptOf(int number, int daysAgo)
-{
-    const auto begun = QDateTime::currentDateTime().addDays(-daysAgo);
-    auto document =
-        QSharedPointer<AbstractDocument>::create(DocumentHeader{1, 12, 3, 1, number, begun});
-    for (int i = 0; i < 20; ++i)
-        document->addGoodsItem(QStringLiteral("4600"), QString(200, u'x'), 1, 1);
-    return document;
-}
 
 TEST(Retention, RemovesOldReceiptsThatAreDoneAFewAtATimeAndTheFileShrinks)
 {
     const QTemporaryDir directory;
+    FakeClock clock;
     till::Store store(directory.path());
-    ASSERT_EQ(store.prepare(), QString());
-    const auto keep = [&](int number, Report outcome, const QList<QueuedMessage> &messages) {
-        till::StoredReceipt receipt{receiptOf(number, 200)};
-        return store.saveCommitted(receipt, {outcome, {}, {}}, messages);
+    ASSERT_TRUE(store.prepare());
+    const auto receipt = [&] {
+        auto document = store.newReceipt({}, DocumentHeader::sale);
+        for (int i = 0; i < 20; ++i)
+            document->addGoodsItem(QStringLiteral("4600"), QString(200, u'x'), 1, 1);
+        return document;
     };
-    QueuedMessage waiting;
-    waiting.queue = QStringLiteral("lmmindbox");
-    ASSERT_TRUE(keep(1, Report::Queued, {waiting}));
-    ASSERT_TRUE(keep(2, Report::Refused, {}));
-    ASSERT_TRUE(keep(3, Report::Reported, {}));
-    ASSERT_TRUE(store.together([&] {
-        bool all =
-            store.adopt(receiptOf(4, 200), ReceiptState::Open) &&
-            store.adopt(receiptOf(5, 200), ReceiptState::Committing) &&
-            store.adopt(receiptOf(6, till::Retention::usualDays - 1), ReceiptState::Committed);
-        for (int number = 7; number < 7 + 2 * till::Retention::atOnce; ++number)
-            all = all &&
-                  store.adopt(receiptOf(number, 100),
-                              number % 2 == 0 ? ReceiptState::Cancelled : ReceiptState::Committed);
-        return all;
-    }));
+    till::QueuedMessage waiting;
+    waiting.queue = till::loyaltyQueue();
+    ASSERT_TRUE(store.saveReport(receipt(), {Report::Reported, {}, {}}, {waiting}));
+    ASSERT_TRUE(store.saveReport(receipt(), {Report::Refused, {}, {}}, {}));
+    ASSERT_TRUE(store.save(receipt(), ReceiptState::Open));
+    ASSERT_TRUE(store.save(receipt(), ReceiptState::Committing));
+    for (int number = 0; number < 2 * till::Retention::atOnce; ++number)
+        ASSERT_TRUE(number % 2 == 0 ? store.save(receipt(), ReceiptState::Cancelled)
+                                    : store.saveReport(receipt(), {Report::Reported, {}, {}}, {}));
     const auto rows = [&store] { return store.list({})->size(); };
-    const auto before = rows();
     const auto size = [&directory] {
-        Database database(till::Store::fileIn(directory.path()));
-        EXPECT_TRUE(database.read("PRAGMA wal_checkpoint(TRUNCATE)"));
+        Database database(till::Store::fileIn(directory.path()), till::storeSchema());
+        EXPECT_TRUE(database.run("PRAGMA wal_checkpoint(TRUNCATE)"));
         return QFileInfo(database.file()).size();
     };
+    const auto before = rows();
     const auto full = size();
 
-    till::Retention(directory.path()).step();
-    EXPECT_EQ(rows(), before - till::Retention::atOnce);
-    till::Retention retention(directory.path());
+    // A clock that was years ahead for one day does not count.
+    clock.jump(24h * 3650);
+    ASSERT_TRUE(store.saveReport(receipt(), {Report::Reported, {}, {}}, {}));
+    till::Retention retention(store);
     retention.step();
-    retention.step(); // before its time
-    EXPECT_EQ(rows(), before - 2 * till::Retention::atOnce);
-    till::Retention(directory.path()).step();
-    till::Retention(directory.path()).step();
+    EXPECT_EQ(rows(), before + 1);
 
-    std::vector<int> left;
-    const auto records = store.list({});
-    for (const auto &record : *records)
-        left.push_back(record.header.num);
-    EXPECT_THAT(left, ElementsAre(6, 5, 4, 2, 1));
+    clock.jump(-24h * 3650);
+    clock.pass(24h * (till::settingNumber(QLatin1String("Till:keepDays")) + 1));
+    for (int day = 0; day < 3; ++day) {
+        clock.pass(24h);
+        ASSERT_TRUE(store.saveReport(receipt(), {Report::Reported, {}, {}}, {}));
+    }
+    retention.step();
+    EXPECT_EQ(rows(), before + 4 - till::Retention::atOnce);
+    retention.step(); // too early
+    EXPECT_EQ(rows(), before + 4 - till::Retention::atOnce);
+    for (int i = 0; i < 3; ++i) {
+        clock.pass(till::Retention::pause);
+        retention.step();
+    }
+    EXPECT_EQ(rows(), before + 4 - 2 * till::Retention::atOnce);
+    EXPECT_EQ(store.list({})->constLast().header.num, 1);
     EXPECT_LT(size(), full / 2);
 }
 

@@ -1,3 +1,4 @@
+#include "tests/support/fulldisk.h"
 #include "tillrun.h"
 
 namespace {
@@ -5,7 +6,7 @@ namespace {
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
+using till::Report;
 using Outcome = till::SaleCommands::Outcome;
 
 TEST_F(SaleTest, WhatIsNotUnderstoodGetsOneLineAndChangesNothing)
@@ -56,24 +57,40 @@ TEST_F(SaleTest, ARefusedStepIsUnderstoodAndChangesNothing)
     EXPECT_TRUE(run.system.committed.empty());
 }
 
-TEST_F(SaleTest, PositionsComeAndGoWithTheirDiscountsAndNumbersStay)
+TEST_F(SaleTest, WhileAReceiptIsCommittedTheStoreKnowsItAndNobodyWaitsForALock)
 {
     TillRun run(data());
-    run.execute({"add 1 Milk 10.00 2", "add 2 Bread 5.00", "discount 1 5 7", "remove 2",
-                 "add 3 Tea 1.00", "quantity 1 3"});
-    EXPECT_THAT(run.receipt(),
-                AllOf(HasSubstr("3.000      10.00        30.00"), HasSubstr("-5.00"),
-                      HasSubstr("3 3"), HasSubstr("26.00"), Not(HasSubstr("Bread"))));
+    run.execute("add 1 Milk 10.00");
+    run.system.whileCommitting = [&] {
+        EXPECT_EQ(record(1).state, till::ReceiptState::Committing);
+        EXPECT_TRUE(till::Store(data()).closeShift({7, 7}));
+    };
+    run.execute("commit");
+    EXPECT_THAT(run.system.committed, ElementsAre(1));
 }
 
-TEST_F(SaleTest, AFailedIdentificationLeavesNoCardAndNoHolder)
+TEST_F(SaleTest, WhatTheDiskDoesNotTakeIsDeliveredFromMemoryAndStoredLater)
 {
     TillRun run(data());
-    run.execute({"add 1 Milk 10.00", "card 8 916 1", "card 8 916 2"});
-    EXPECT_THAT(run.shown(), HasSubstr("not confirmed"));
-    EXPECT_THAT(run.receipt(), HasSubstr("No card."));
-    run.execute("commit");
-    EXPECT_THAT(run.system.committed, ElementsAre("1"));
+    run.execute("add 1 Milk 10.00");
+    {
+        const FullDisk disk(0);
+        run.execute({"add 2 Bread 5.00", "commit", "add 3 Tea 1.00"});
+        EXPECT_THAT(run.shown(), AllOf(HasSubstr("[not saved]"), HasSubstr("Receipt 1 is closed"),
+                                       HasSubstr("Receipt 1 is only in memory")));
+        EXPECT_EQ(run.execute("quit"), Outcome::Understood);
+        EXPECT_THAT(run.shown(), HasSubstr("Not saved: receipt 1, 2."));
+        EXPECT_EQ(service.requests, 1); // without an answer
+        service.answer = R"({"status":"Success","order":{"processingStatus":"Processed"}})";
+        run.execute("quit");
+        EXPECT_EQ(service.requests, 3);
+    }
+    run.execute("add 4 Rice 1.00");
+    EXPECT_THAT(run.shown(), HasSubstr("Receipt 1 is on the disk now."));
+    EXPECT_EQ(record(1).report.outcome, Report::Reported);
+    EXPECT_EQ(waiting(), 0);
+    EXPECT_EQ(record(2).state, till::ReceiptState::Open);
+    EXPECT_EQ(run.execute("quit"), Outcome::Quit);
 }
 
 } // namespace

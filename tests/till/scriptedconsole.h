@@ -9,7 +9,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-/// A console that reads a script, then the end of the input, and keeps what it shows.
+/// A console that reads a script to its end and keeps its output.
 class ScriptedConsole
 {
 public:
@@ -22,7 +22,7 @@ public:
     ~ScriptedConsole() { ::close(descriptor); }
     Q_DISABLE_COPY_MOVE(ScriptedConsole)
 
-    /// All that was shown since the last call.
+    /// The output since the last call.
     std::string shown()
     {
         auto text = output.str();

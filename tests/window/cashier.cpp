@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QListWidget>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPushButton>
@@ -32,7 +33,7 @@ Service &Service::instance()
 
 void Service::start()
 {
-    // A program that is started by another one uses its service.
+    // A program started by another test program uses the other's service.
     if (port == 0)
         port = qEnvironmentVariableIntValue("SERVICE_PORT");
     if (qEnvironmentVariableIsSet("SERVICE_PORT"))
@@ -79,24 +80,6 @@ QJsonObject Service::send(const char *verb, const QString &path, const QJsonObje
     return QJsonDocument::fromJson(reply->readAll()).object();
 }
 
-namespace {
-
-/// The most frequent colours of a picture; few make a small file.
-QList<QRgb> usualColours(const QImage &image)
-{
-    QHash<QRgb, int> counts;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            ++counts[image.pixel(x, y)];
-    }
-    auto colours = counts.keys();
-    std::sort(colours.begin(), colours.end(),
-              [&](QRgb one, QRgb other) { return counts[one] > counts[other]; });
-    return colours.first(std::min<qsizetype>(colours.size(), 256));
-}
-
-} // namespace
-
 WindowTest::WindowTest()
 {
     service.reset();
@@ -110,28 +93,26 @@ WindowTest::WindowTest()
     settings.write(QStringLiteral("LmMindbox:url=%1/v3/operations/sync\n"
                                   "LmMindbox:endpoint=till-demo\n"
                                   "LmMindbox:secretKey=demo-secret\n"
-                                  "Till:shopCode=12\nTill:cashCode=3\nTill:retryFirst=100\n"
-                                  "Till:dataDir=%2/data\n")
+                                  "Till:shopCode=12\nTill:cashCode=3\nHttp:retryFirst=100\n"
+                                  "Till:dataDir=%2/data\n"
+                                  "Till:goodsFile=%2/goods.csv\n"
+                                  "Till:scanGap=200\n") // a busy machine delivers keys late
                        .arg(service.url(), directory)
                        .toUtf8());
 }
 
 WindowTest::~WindowTest() = default;
 
-void WindowTest::openWindow(const QString &language)
+void WindowTest::openWindow(const QString &chosen)
 {
     closeWindow();
-    QString error;
-    till::WindowSetup setup;
-    setup.till = till::loadSettings(
-        {fileName("till.conf"), QStringLiteral(PLUGIN), {}, language, {}}, error);
-    ASSERT_EQ(error.toStdString(), "");
-    ASSERT_EQ(till::installLanguage(language), std::nullopt);
-    ASSERT_EQ(privatefile::createDirectory(setup.till.dataDirectory), std::nullopt);
-    setup.goodsFile = fileName("goods.csv");
-    setup.service = QUrl(service.url());
-    setup.phoneMask = QStringLiteral("+7(999)-999-99-99;_");
-    window = std::make_unique<till::MainWindow>(setup);
+    const auto language = chosen.isEmpty() ? QStringLiteral("ru") : chosen;
+    const auto settings =
+        till::loadSettings({fileName("till.conf"), QStringLiteral(PLUGIN), {}, language, {}});
+    ASSERT_TRUE(settings) << settings.error().text().toStdString();
+    ASSERT_TRUE(till::installLanguage(language));
+    ASSERT_TRUE(privatefile::createDirectory(settings->dataDirectory));
+    window = std::make_unique<till::MainWindow>(*settings);
     const auto size = qEnvironmentVariable("WINDOW_SIZE", QStringLiteral("1024x768")).split(u'x');
     window->resize(size.at(0).toInt(), size.at(1).toInt());
     window->show();
@@ -143,6 +124,12 @@ void WindowTest::openWindow(const QString &language)
 
 std::string WindowTest::text(const char *name) const
 {
+    if (const auto *const list = find<QListWidget>(name)) {
+        QStringList lines;
+        for (int row = 0; row < list->count(); ++row)
+            lines.append(list->item(row)->text());
+        return lines.join(u'\n').toStdString();
+    }
     const auto *const label = find<QLabel>(name);
     return label ? label->text().toStdString() : std::string("there is no such label");
 }
@@ -170,6 +157,21 @@ void WindowTest::press(Qt::Key key, const char *shown)
         await(shown);
 }
 
+void WindowTest::scan(const char *code, Qt::Key end, int gap)
+{
+    for (const auto character : QString::fromUtf8(code)) {
+        strike(Qt::Key(character.toUpper().unicode()), character);
+        if (gap > 0)
+            QTest::qWait(gap);
+    }
+    strike(end, end == Qt::Key_Tab ? QStringLiteral("\t") : QStringLiteral("\r"));
+}
+
+void WindowTest::strike(Qt::Key key, const QString &text)
+{
+    QTest::sendKeyEvent(QTest::Click, window->windowHandle(), key, text, Qt::NoModifier);
+}
+
 void WindowTest::enter(const char *line)
 {
     type(line, Qt::Key_Return);
@@ -193,18 +195,6 @@ void WindowTest::awaitRest()
 {
     const auto rests = [&] { return !window->isBusy() && find("body")->isEnabled(); };
     EXPECT_TRUE(QTest::qWaitFor(rests, 10'000));
-}
-
-void WindowTest::picture(const char *name) const
-{
-    const auto place = qEnvironmentVariable("PICTURES");
-    if (place.isEmpty())
-        return;
-    QTest::qWait(100); // for what is still to be laid out
-    const auto image = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
-    const auto file =
-        QStringLiteral("%1/window-%2-%3.png").arg(place, QLatin1String(name)).arg(image.width());
-    EXPECT_TRUE(image.convertToFormat(QImage::Format_Indexed8, usualColours(image)).save(file));
 }
 
 void WindowTest::expectNoText(const QRegularExpression &letters) const

@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-/// The simulated service, as a process of its own.
+/// The simulated service in its own process.
 class Service
 {
 public:
@@ -21,7 +21,7 @@ public:
     ~Service();
     Q_DISABLE_COPY_MOVE(Service)
 
-    /// The one of the program: the plugin asks for its address once.
+    /// The program's only one, because the plugin reads its address once.
     static Service &instance();
     void start();
     void stop();
@@ -29,7 +29,7 @@ public:
     QString url() const { return QStringLiteral("http://127.0.0.1:%1").arg(port); }
     /// The code of the last SMS.
     QString code() const;
-    /// What it holds.
+    /// The service's state.
     QJsonObject dump() const { return send("GET", QStringLiteral("dump"), {}); }
     void order(const QJsonObject &fault) { send("POST", QStringLiteral("faults"), fault); }
     void reset();
@@ -42,18 +42,18 @@ private:
     int port = 0;
 };
 
-/// A cashier with a window before them, and the service behind it.
+/// A cashier at a window, with the service behind it.
 class WindowTest : public testing::Test
 {
 protected:
     WindowTest();
     ~WindowTest() override;
 
-    /// Opens the window anew, as after a start of the program.
+    /// Opens a new window, as the program's start does.
     void openWindow(const QString &language = {});
     void closeWindow() { window.reset(); }
 
-    /// The widget of that name; of several the last on the screen, that of the dialog on top.
+    /// The widget with that name; among several the last visible one, in the topmost dialog.
     template<typename Widget = QWidget>
     Widget *find(const char *name) const
     {
@@ -63,29 +63,34 @@ protected:
         return found.value(found.size() - 1);
     }
     bool isShown(const char *name) const { return find(name) && find(name)->isVisible(); }
-    /// Waits until a widget of that name is on the screen.
+    /// Waits until a widget with that name is visible.
     template<typename Widget = QWidget>
     Widget *await(const char *name)
     {
         EXPECT_TRUE(QTest::qWaitFor([&] { return isShown(name); }, 10'000)) << name;
         return find<Widget>(name);
     }
+    /// The text of a label, or of all items of a list.
     std::string text(const char *name) const;
     /// Waits until a label's text holds the words.
     void expectText(const char *name, const char *words);
-    /// Types where the focus is; `shown` is what comes of it.
+    /// Types at the focus; `shown` is the text that results.
     void type(const char *keys, Qt::Key last = Qt::Key_unknown, const char *shown = nullptr);
     void press(Qt::Key key, const char *shown = nullptr);
-    /// Types or scans a line, or presses a key, and waits until all that follows has happened.
+    /// Types like a scanner: to the window, each character after `gap` milliseconds, then `end`.
+    void scan(const char *code, Qt::Key end = Qt::Key_Return, int gap = -1);
+    /// Presses a key, whatever has the focus.
+    void strike(Qt::Key key, const QString &text = {});
+    /// Waits until a dialog takes Enter.
+    static void read() { QTest::qWait(550); }
+    /// Types a line or presses a key, and waits until the till has reacted.
     void enter(const char *line);
     void pressAndRest(Qt::Key key);
     void click(const char *name);
     /// Waits until no dialog is open and the till has nothing to do.
     void awaitRest();
-    /// Keeps what is on the screen, when pictures are asked for.
-    void picture(const char *name) const;
-    /// Whether no text on the screen has such letters, a finger finds every button, and all that
-    /// takes the focus has a name.
+    /// Whether no visible text has such letters, every button is large enough for a finger, and
+    /// every widget that takes the focus has a name.
     void expectNoText(const QRegularExpression &letters) const;
     std::string cell(int row, int column) const;
 

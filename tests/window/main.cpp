@@ -1,3 +1,5 @@
+#include "till/window/style.h"
+
 #include <QApplication>
 
 #include <gmock/gmock.h>
@@ -7,5 +9,6 @@ int main(int argc, char *argv[])
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleMock(&argc, argv);
     const QApplication application(argc, argv);
+    till::installPalette();
     return RUN_ALL_TESTS();
 }

@@ -1,19 +1,41 @@
 #include "cashier.h"
 
+#include "till/core/till.h"
+
+#include <QDir>
+
 namespace {
+
+TEST_F(WindowTest, BringsTheSellingWindowToTheFrontInsteadOfOpeningAnother)
+{
+    openWindow();
+    const auto selling = std::move(window);
+    selling->showMinimized();
+    openWindow();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return selling->isActiveWindow(); }));
+    EXPECT_FALSE(selling->isMinimized());
+    EXPECT_EQ(till::MessageDialog::onTop(*window), nullptr);
+}
 
 TEST_F(WindowTest, SaysWhyItCannotOpen)
 {
-    openWindow();
-    const auto first = std::move(window);
+    QDir().mkdir(fileName("data"));
+    till::ProcessLock terminal(till::Till::lockFile(fileName("data")));
+    ASSERT_TRUE(terminal.acquire());
     openWindow();
     await("messageDialog");
-    expectText("message", "уже открыта в другом окне");
+    expectText("message", "Эта касса уже торгует");
+    EXPECT_FALSE(isShown("details"));
+    click("more");
+    expectText("details", "till.log");
     int exitCode = -1;
     QObject::connect(window.get(), &till::MainWindow::ended, [&](int code) { exitCode = code; });
     press(Qt::Key_Return);
     EXPECT_EQ(exitCode, 2);
+}
 
+TEST_F(WindowTest, EndsWithoutAScreen)
+{
     QProcess program;
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
@@ -24,6 +46,19 @@ TEST_F(WindowTest, SaysWhyItCannotOpen)
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 2);
     EXPECT_TRUE(program.readAllStandardError().contains("no screen"));
+}
+
+TEST_F(WindowTest, TakesThePluginThatItsOptionNames)
+{
+    QProcess program;
+    program.start(QStringLiteral(TILL_WINDOW),
+                  {QStringLiteral("--config"), fileName("till.conf"), QStringLiteral("--plugin"),
+                   QStringLiteral("/nowhere.so"), QStringLiteral("--log"), QStringLiteral("-")});
+    ASSERT_TRUE(program.waitForStarted());
+    const auto says = [&] { return program.readAllStandardError().contains("/nowhere.so"); };
+    EXPECT_TRUE(QTest::qWaitFor(says, 10'000));
+    program.kill();
+    program.waitForFinished();
 }
 
 } // namespace

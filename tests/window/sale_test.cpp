@@ -15,12 +15,10 @@ using till::ReceiptModel;
 TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
 {
     openWindow();
-    picture("empty");
-    press(Qt::Key_F2, "inputDialog");
+    press(Qt::Key_F2, "formDialog");
     type("903123456", Qt::Key_Return);
     EXPECT_FALSE(find("ok")->isEnabled());
     expectText("note", "Заполните до конца: +7(___)-___-__-__");
-    picture("phone");
     type("7", Qt::Key_Return, "messageDialog");
     expectText("message", "Зарегистрировать клиента?");
     press(Qt::Key_Return);
@@ -30,28 +28,22 @@ TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
     type("31.02.1990", Qt::Key_Return);
     EXPECT_TRUE(find("formDialog")->isVisible());
     EXPECT_TRUE(find("field_birthday")->hasFocus());
-    picture("form-wrong");
-    press(Qt::Key_Home);
     type("05.03.1990");
     click("sex_0");
     find("field_email")->setFocus();
     type("anna@example.org");
-    picture("form");
     press(Qt::Key_Return);
 
-    auto *const dialog = await("inputDialog");
     expectText("message", "Введите код из СМС");
-    picture("code");
     type("0000", Qt::Key_Return);
     expectText("message", "Некорректный код");
-    EXPECT_EQ(find("inputDialog"), dialog) << "the second question came in the place of the first";
-    EXPECT_TRUE(dialog->isVisible());
-    picture("wrong-code");
+    expectText("message", "+7 903 123-45-67");
+    expectText("message", "Попытка 2");
     type(service.code().toUtf8(), Qt::Key_Return);
     awaitRest();
-    expectText("customerName", "Анна Иванова");
-    expectText("customerPhone", "+7 903 123-45-67");
-    expectText("customerBirthday", "05.03.1990");
+    expectText("customer", "Анна Иванова");
+    expectText("customer", "+7 903 123-45-67");
+    expectText("customer", "05.03.1990");
 
     type("4600", Qt::Key_Return);
     type("3*4601", Qt::Key_Return);
@@ -60,14 +52,14 @@ TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
     press(Qt::Key_Up);
     press(Qt::Key_F6, "formDialog");
     type("200", Qt::Key_Return);
-    expectText("message", "Позиция стоит только 136,50");
+    expectText("message", "Скидка больше суммы позиции, 136,50");
     press(Qt::Key_F6, "formDialog");
-    picture("discount");
     enter("9,80");
     expectText("total", "325,10");
-    picture("sale");
     pressAndRest(Qt::Key_F12);
     expectText("message", "закрыт: 325,10");
+    expectText("total", "325,10"); // until the next receipt
+    expectText("totalCaption", "Чек 1");
 
     const auto orders = service.dump().value("orders"_L1).toArray();
     ASSERT_EQ(orders.size(), 1);
@@ -76,7 +68,7 @@ TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
     EXPECT_EQ(orders.at(0)["lines"_L1].toArray().size(), 3);
 }
 
-TEST_F(WindowTest, ChangesAndTakesBackWhatIsOnTheReceipt)
+TEST_F(WindowTest, ChangesWhatIsOnTheReceipt)
 {
     openWindow();
     type("2*4600", Qt::Key_Return);
@@ -90,42 +82,32 @@ TEST_F(WindowTest, ChangesAndTakesBackWhatIsOnTheReceipt)
     EXPECT_EQ(cell(1, ReceiptModel::Quantity), "4");
     press(Qt::Key_F6, "formDialog");
     enter("5");
-    pressAndRest(Qt::Key_F7);
-    expectText("total", "179,80");
-    pressAndRest(Qt::Key_F8); // the position comes back with its discount, under a new number
     expectText("total", "356,80");
     EXPECT_EQ(cell(1, ReceiptModel::Discount), "-5,00");
-    pressAndRest(Qt::Key_F8);
-    expectText("total", "361,80");
-    pressAndRest(Qt::Key_F8);
-    EXPECT_EQ(cell(1, ReceiptModel::Quantity), "1");
-    pressAndRest(Qt::Key_F8);
-    pressAndRest(Qt::Key_F8);
-    expectText("total", "0,00");
-    EXPECT_FALSE(find("undo")->isEnabled());
-
     press(Qt::Key_F10, "messageDialog");
-    pressAndRest(Qt::Key_Escape);
-    expectText("receiptTitle", "Продажа 1");
-    press(Qt::Key_F10, "messageDialog");
-    pressAndRest(Qt::Key_Return);
-    expectText("message", "Чек 1 аннулирован");
+    click("ok");
+    awaitRest();
     pressAndRest(Qt::Key_F9);
     expectText("receiptTitle", "Возврат 2");
+    expectText("total", "0,00");
+    enter("4600");
+    expectText("totalCaption", "Верните");
+    EXPECT_TRUE(find("commit")->property("return").toBool());
 }
 
 TEST_F(WindowTest, SaysThatACodeIsUnknownAndSellsItAllTheSame)
 {
     openWindow();
-    type("2*777", Qt::Key_Return, "formDialog");
-    expectText("title", "Неизвестный код 777");
-    picture("unknown-code");
-    pressAndRest(Qt::Key_Escape);
-    EXPECT_EQ(find("undo")->isEnabled(), false);
-    type("2*777", Qt::Key_Return, "formDialog");
+    enter("2*777");
+    expectText("unknown", "Товара с кодом 777 нет");
+    EXPECT_EQ(till::MessageDialog::onTop(*window), nullptr);
+    enter("4600");
+    EXPECT_FALSE(isShown("unknown"));
+    enter("2*777");
+    press(Qt::Key_F8, "formDialog");
     type("Пакет", Qt::Key_Tab);
     enter("7,5");
-    expectText("total", "15,00");
+    expectText("total", "104,90");
     type("x*4600", Qt::Key_Return);
     expectText("message", "«x*4600» — не код");
 }
@@ -133,17 +115,17 @@ TEST_F(WindowTest, SaysThatACodeIsUnknownAndSellsItAllTheSame)
 TEST_F(WindowTest, FindsAKnownCustomerWhoseDataIsEditedAndTakenOff)
 {
     openWindow();
-    press(Qt::Key_F2, "inputDialog");
-    enter("89160000001"); // as it is dialled inside the country
-    expectText("customerName", "Анна Иванова");
-    expectText("customerReceipts", "электронные");
-    expectText("customerBirthday", "05.03.1990");
+    press(Qt::Key_F2, "formDialog");
+    enter("89160000001"); // the spelling dialled inside the country
+    expectText("customer", "Анна Иванова");
+    expectText("customer", "электронные");
+    expectText("customer", "05.03.1990");
     press(Qt::Key_F3, "formDialog");
     enter(" Петровна");
-    expectText("message", "Данные покупателя изменены");
-    expectText("customerName", "Петровна");
+    expectText("message", "Данные клиента изменены");
+    expectText("customer", "Петровна");
     pressAndRest(Qt::Key_F4);
-    expectText("customerName", "Покупателя нет");
+    expectText("customer", "Клиента нет");
 }
 
 TEST_F(WindowTest, SpeaksOneLanguageOnAScreen)
@@ -152,15 +134,14 @@ TEST_F(WindowTest, SpeaksOneLanguageOnAScreen)
     const QRegularExpression latin(QStringLiteral("\\b(?!Enter\\b)[A-Za-z]{2,}"));
     openWindow(QStringLiteral("en"));
     expectNoText(cyrillic);
-    press(Qt::Key_F2, "inputDialog");
+    press(Qt::Key_F2, "formDialog");
     type("9031234567", Qt::Key_Return, "messageDialog");
     expectNoText(cyrillic);
     press(Qt::Key_Return, "formDialog");
     press(Qt::Key_Return);
     expectNoText(cyrillic);
-    picture("english");
     openWindow(QStringLiteral("ru"));
-    press(Qt::Key_F2, "inputDialog");
+    press(Qt::Key_F2, "formDialog");
     expectNoText(latin);
 }
 
@@ -171,6 +152,9 @@ TEST_F(WindowTest, NamesTheBadLinesOfTheGoodsFile)
     goods.write("4603;Tea;dear\n");
     goods.close();
     openWindow();
+    expectText("message", "");
+    await("stateGoods");
+    click("stateGoods");
     await("messageDialog");
     expectText("message", "Строка 5: «dear» — не цена");
     pressAndRest(Qt::Key_Return);
@@ -186,38 +170,36 @@ TEST_F(WindowTest, ReportsARefusedOrderAgain)
     press(Qt::Key_F12, "messageDialog");
     expectText("message", "Не удалось создать заказ");
     pressAndRest(Qt::Key_Return);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return find("stateRefused")->isEnabled(); }));
-    picture("refused");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isShown("stateRefused"); }));
     click("stateRefused");
-    await("refusedDialog");
-    picture("refused-list");
+    await("messageDialog");
+    expectText("message", ", 89,90: Не удалось создать заказ");
     pressAndRest(Qt::Key_Return);
     expectText("message", "Заказ по чеку 1 передан");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !find("stateRefused")->isEnabled(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown("stateRefused"); }));
     EXPECT_EQ(service.dump().value("orders"_L1).toArray().size(), 1);
 }
 
 TEST_F(WindowTest, GoesOnAfterARestartAndWithoutTheService)
 {
     openWindow();
-    press(Qt::Key_F2, "inputDialog");
+    press(Qt::Key_F2, "formDialog");
     enter("9160000001");
     enter("4600");
     openWindow();
     expectText("message", "Чек 1 снова открыт");
-    expectText("customerName", "Анна Иванова");
+    expectText("customer", "Анна Иванова");
     expectText("total", "89,90");
     EXPECT_EQ(cell(0, ReceiptModel::Name), "Молоко 3,2%");
 
     service.stop();
     pressAndRest(Qt::Key_F12);
     expectText("message", "Чек 1 закрыт");
-    expectText("stateWaiting", "Заказов в очереди: 1, с ");
-    expectText("stateService", "нет ответа с ");
-    picture("no-service");
+    expectText("stateWaiting", "Сообщений в очереди: 2, с ");
+    expectText("stateService", "нет связи с ");
     service.start();
-    expectText("stateWaiting", "Заказов в очереди нет");
-    expectText("stateService", "отвечает");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown("stateWaiting"); }, 10'000));
+    expectText("stateService", "на связи");
 }
 
 /// Counts how often a widget is painted.
@@ -240,21 +222,18 @@ TEST_F(WindowTest, StaysAliveWhileTheServiceIsSlow)
         service.order({{"kind"_L1, "delay"_L1},
                        {"milliseconds"_L1, 4'000},
                        {"operation"_L1, QLatin1String(operation)}});
-    press(Qt::Key_F2, "inputDialog");
+    press(Qt::Key_F2, "formDialog");
     type("9031234567", Qt::Key_Return, "messageDialog");
     press(Qt::Key_Return, "formDialog");
     type("Анна", Qt::Key_Return, "progress");
     expectText("progressText", "Регистрация клиента");
     const Paints paints(find("progress"));
     QTest::qWait(2'000);
-    EXPECT_GE(paints.count, 20);
-    picture("waiting");
-    type("4600", Qt::Key_Return, "inputDialog"); // a scan meanwhile waits for its turn
+    EXPECT_GE(paints.count, 10);
+    type("4600", Qt::Key_Return, "formDialog"); // the scan waits for its turn
     type("0000", Qt::Key_Return, "progress");
-    press(Qt::Key_Escape); // leaves the dialog at once; the answer of the service is still out
-    EXPECT_FALSE(isShown("inputDialog"));
-    EXPECT_TRUE(isShown("progress"));
-    awaitRest();
+    await("formDialog");
+    pressAndRest(Qt::Key_Escape);
     expectText("message", "Ввод кода подтверждения отменен");
     EXPECT_EQ(cell(0, ReceiptModel::Name), "Молоко 3,2%");
 }
@@ -267,7 +246,7 @@ TEST_F(WindowTest, EndsWhileADialogIsOpenOrTheServiceIsAsked)
         if (isSlow)
             service.order({{"kind"_L1, "delay"_L1}, {"milliseconds"_L1, 1'000}});
         enter("4600");
-        press(Qt::Key_F2, "inputDialog");
+        press(Qt::Key_F2, "formDialog");
         type("9031234567", Qt::Key_Return, isSlow ? "progress" : "messageDialog");
         int exitCode = -1;
         QObject::connect(window.get(), &till::MainWindow::ended,

@@ -12,8 +12,8 @@ namespace {
 struct Message
 {
     QString source;
-    QString state;       ///< Of the translation: "unfinished", "vanished"; empty when all is well.
-    QString translation; ///< With all plurals.
+    QString state;       ///< "unfinished" or "vanished"; empty for a finished translation.
+    QString translation; ///< All its plural forms.
 };
 
 QList<Message> messagesIn(const QString &path)
@@ -56,8 +56,12 @@ TEST_P(Translations, AreThereForEveryTextOfTheSources)
     const QTemporaryDir directory;
     const auto copy = directory.filePath(name);
     ASSERT_TRUE(QFile::copy(QStringLiteral(SOURCES "/translations/") + name, copy));
-    QStringList arguments{QStringLiteral("-I"), QStringLiteral(SOURCES),
-                          QStringLiteral(SOURCES "/till"), QStringLiteral("-ts"), copy};
+    QStringList arguments{QStringLiteral("-I"),
+                          QStringLiteral(SOURCES),
+                          QStringLiteral(SOURCES "/till"),
+                          QStringLiteral(SOURCES "/host"),
+                          QStringLiteral("-ts"),
+                          copy};
     if (*plurals != '\0')
         arguments.prepend(QLatin1String(plurals));
     ASSERT_EQ(QProcess::execute(QStringLiteral(LUPDATE), arguments), 0);

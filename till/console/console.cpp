@@ -1,34 +1,14 @@
 #include "till/console/console.h"
 
-#include "till/console/texts.h"
 #include "till/core/printable.h"
-
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <ostream>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
-
-namespace {
-
-ConsoleLine decode(QByteArrayView bytes)
-{
-    for (const auto end : {'\n', '\r'}) {
-        if (bytes.endsWith(end))
-            bytes.chop(1);
-    }
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder(bytes);
-    if (decoder.hasError())
-        return {ConsoleLine::Kind::Refused, ConsoleText::tr("The line is not UTF-8 text.")};
-    if (printable(text) != text)
-        return {ConsoleLine::Kind::Refused, ConsoleText::tr("The line holds control characters.")};
-    return {ConsoleLine::Kind::Text, std::move(text)};
-}
-
-} // namespace
 
 Console::Console(int descriptor, std::ostream &output)
     : output(output)
@@ -44,50 +24,44 @@ void Console::line(const QString &text)
 
 ConsoleLine Console::ask(const QString &question)
 {
-    write(question);
-    // In a script nobody ends the line by typing the answer.
-    output << (interactive ? " " : "\n") << std::flush;
+    // In a script no typed answer ends the question's line.
+    output << printable(question).toStdString() << (interactive ? " " : "\n") << std::flush;
     return read();
 }
 
 ConsoleLine Console::readCommand(const QString &prompt)
 {
-    if (interactive) {
-        write(prompt);
-        output << ' ' << std::flush;
-    }
-    return read();
-}
-
-void Console::write(const QString &text)
-{
-    output << printable(text).toStdString();
+    return interactive ? ask(prompt) : read();
 }
 
 ConsoleLine Console::read()
 {
-    auto typed = readLine();
-    if (echoes && typed.kind == ConsoleLine::Kind::Text)
-        line(QStringLiteral("> %1").arg(typed.text));
-    return typed;
-}
-
-ConsoleLine Console::readLine()
-{
-    auto line = readPart();
-    ended = line.isEmpty();
+    using Kind = ConsoleLine::Kind;
+    auto bytes = readPart();
+    ended = bytes.isEmpty();
     if (ended)
         return {};
-    const auto isTooLong = line.size() > maximumLineLength && !line.endsWith('\n');
-    while (isTooLong && !line.isEmpty() && !line.endsWith('\n'))
-        line = readPart();
+    const auto isTooLong = bytes.size() > maximumLineLength && !bytes.endsWith('\n');
+    while (isTooLong && !bytes.isEmpty() && !bytes.endsWith('\n'))
+        bytes = readPart();
     if (isTooLong)
-        return {ConsoleLine::Kind::Refused,
+        return {Kind::Refused,
                 ConsoleText::tr("The line is longer than %1 bytes.").arg(maximumLineLength)};
-    return decode(line);
+    for (const auto end : {'\n', '\r'}) {
+        if (bytes.endsWith(end))
+            bytes.chop(1);
+    }
+    const auto text = QString::fromUtf8(bytes);
+    if (text.contains(QChar::ReplacementCharacter))
+        return {Kind::Refused, ConsoleText::tr("The line is not UTF-8 text.")};
+    if (printable(text) != text)
+        return {Kind::Refused, ConsoleText::tr("The line holds control characters.")};
+    if (echoes)
+        line(u"> "_s + text);
+    return {Kind::Text, text};
 }
 
-/// The next line with its end, or as much of it as is no longer than a line may be.
+/// The next line with its end, or its first `maximumLineLength` bytes and one more.
 QByteArray Console::readPart()
 {
     QByteArray part(maximumLineLength + 2, '\0');

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QFile>
 #include <QString>
 
@@ -8,51 +9,54 @@
 
 namespace till {
 
+/// The translation context of the console.
+struct ConsoleText
+{
+    Q_DECLARE_TR_FUNCTIONS(ConsoleText)
+};
+
 /// One line of the input.
 struct ConsoleLine
 {
     enum class Kind {
         Text,
-        Refused, ///< Not acceptable; `text` says why. The next line can be read.
-        End,     ///< There are no more lines, now and ever.
+        Refused, ///< A bad line; `text` says why. The next line can be read.
+        End,     ///< The input has ended.
     };
 
     Kind kind = Kind::End;
-    QString text; ///< Without the line's end.
+    QString text; ///< Without the line end.
 };
 
-/// The cashier's console: texts go out, lines of UTF-8 text come in from a terminal, a pipe or a
-/// file.
+/// The cashier's console: writes texts and reads lines of UTF-8 from a terminal, a pipe or a file.
 ///
-/// A line that is too long, is not UTF-8 or holds control characters is read to its end and
-/// refused. A last line without an end counts as a line.
+/// Refuses a line that is too long, is not UTF-8 or holds control characters, and goes on after its
+/// end. A last line without a line end counts as a line.
 class Console
 {
 public:
     static constexpr qsizetype maximumLineLength = qsizetype(64) * 1024; ///< Bytes.
 
-    /// The descriptor stays the caller's; the output must outlive the console.
+    /// The caller closes the descriptor. The output must outlive the console.
     Console(int descriptor, std::ostream &output);
 
-    /// Shows a text as a line of its own, or several, without control characters.
+    /// Writes a text of one line or several, without control characters.
     void line(const QString &text);
-    /// Shows a question and waits for the line typed. On a terminal the answer stands behind it.
+    /// Shows a question and waits for a line. On a terminal the answer is typed after the question.
     ConsoleLine ask(const QString &question);
-    /// Waits for a line. The prompt is shown on a terminal only.
+    /// Waits for a line. Shows the prompt only on a terminal.
     ConsoleLine readCommand(const QString &prompt);
-    /// Has every line that is read shown behind "> ", so that a script's output reads like a
-    /// session. Off at first.
+    /// Shows every line after it is read, behind "> ", so that a script's output reads like a
+    /// session. Off by default.
     void setEcho(bool on) { echoes = on; }
 
 private:
-    void write(const QString &text);
     ConsoleLine read();
-    ConsoleLine readLine();
     QByteArray readPart();
 
     QFile input;
     std::ostream &output;
-    bool ended = false; ///< The input.
+    bool ended = false; ///< Whether the input has ended.
     bool interactive = false;
     bool echoes = false;
 };

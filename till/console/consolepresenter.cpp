@@ -2,13 +2,31 @@
 
 #include "till/console/console.h"
 #include "till/console/formfield.h"
-#include "till/console/texts.h"
-#include "till/core/formfields.h"
 #include "till/core/inputmask.h"
+#include "till/words/figures.h"
+
+#include <host/session.h>
+
+using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
+
+class Progress : public ProgressDisplay
+{
+public:
+    explicit Progress(Console &console)
+        : console(console)
+    {}
+    void setProgress(const tr::Tr &text, int value) override
+    {
+        console.line(u"... %1 (%2%)"_s.arg(text.toString()).arg(value));
+    }
+
+private:
+    Console &console;
+};
 
 bool isAnswer(const QString &typed, const QString &number, const tr::Tr &text)
 {
@@ -17,10 +35,10 @@ bool isAnswer(const QString &typed, const QString &number, const tr::Tr &text)
 
 QString line(const QString &kind, const tr::Tr &text)
 {
-    return QStringLiteral("[%1] %2").arg(kind, text.toString());
+    return u"[%1] %2"_s.arg(kind, oneLine(text.toString()));
 }
 
-/// A dialog's first line, with the way out for one that is caught in it.
+/// A dialog's first line; tells how to cancel it when that is possible.
 QString titleLine(const QString &kind, const tr::Tr &title, bool cancellable)
 {
     return line(kind, title) + (cancellable ? ConsoleText::tr(" (/cancel leaves)") : QString());
@@ -30,7 +48,14 @@ QString titleLine(const QString &kind, const tr::Tr &title, bool cancellable)
 
 ConsolePresenter::ConsolePresenter(Console &console)
     : console(console)
-{}
+{
+    Singleton<Session>::instance()->setProgressDisplay(QSharedPointer<Progress>::create(console));
+}
+
+ConsolePresenter::~ConsolePresenter()
+{
+    Singleton<Session>::instance()->setProgressDisplay({});
+}
 
 void ConsolePresenter::showError(const tr::Tr &text)
 {
@@ -44,14 +69,14 @@ void ConsolePresenter::showMessage(const tr::Tr &text)
 
 bool ConsolePresenter::showChoice(const tr::Tr &question, const tr::Tr &ok, const tr::Tr &cancel)
 {
-    console.line(line(ConsoleText::tr("question"), question));
-    const auto answers = QStringLiteral("1 - %1, 2 - %2:").arg(ok.toString(), cancel.toString());
+    console.line(u"[%1] %2"_s.arg(ConsoleText::tr("question"), question.toString()));
+    const auto answers = u"1 - %1, 2 - %2:"_s.arg(ok.toString(), cancel.toString());
     while (const auto typed = ask(answers, true)) {
-        if (isAnswer(typed->trimmed(), QStringLiteral("1"), ok))
+        if (isAnswer(typed->trimmed(), u"1"_s, ok))
             return true;
-        if (isAnswer(typed->trimmed(), QStringLiteral("2"), cancel))
+        if (isAnswer(typed->trimmed(), u"2"_s, cancel))
             return false;
-        console.line(ConsoleText::tr("1 or 2 is expected."));
+        console.line(ConsoleText::tr("Type 1 or 2."));
     }
     return false;
 }
@@ -61,18 +86,18 @@ core::BasicDialog::Result ConsolePresenter::showInputText(const InputTextRequest
     console.line(titleLine(ConsoleText::tr("input"), request.title, request.cancellable != 0));
     auto question = request.message.toString();
     if (!request.inputMask.isEmpty())
-        question += QStringLiteral(" (%1)").arg(InputMask(request.inputMask).outline());
+        question += u" (%1)"_s.arg(InputMask(request.inputMask).outline());
     if (!request.initialText.isEmpty())
-        question += QStringLiteral(" [%1]").arg(request.initialText);
+        question += u" [%1]"_s.arg(oneLine(request.initialText));
     while (const auto typed = ask(question + u':', request.cancellable != 0)) {
-        auto text = typed->isEmpty() ? request.initialText : *typed;
-        auto problem = shapeText(text, request.inputMask, request.validator);
-        if (request.maximumLength > 0 && text.size() > request.maximumLength)
-            problem =
-                ConsoleText::tr("At most %1 characters are expected.").arg(request.maximumLength);
-        if (problem.isEmpty())
-            return core::BasicDialog::Result(text);
-        console.line(problem);
+        const auto text = shapeText(typed->isEmpty() ? request.initialText : *typed,
+                                    request.inputMask, request.validator);
+        if (!text)
+            console.line(text.error());
+        else if (request.maximumLength > 0 && text->size() > request.maximumLength)
+            console.line(ConsoleText::tr("Type at most %1 characters.").arg(request.maximumLength));
+        else
+            return core::BasicDialog::Result(*text);
     }
     return {};
 }
@@ -83,15 +108,21 @@ QVariantMap ConsolePresenter::showForm(const FormRequest &request)
     if (!request.subtitle.isEmpty())
         console.line(request.subtitle.toString());
     QVariantMap answers;
-    for (const auto &field : fieldsInOrder(request.fields)) {
+    for (const auto &field : request.fields) {
+        auto answer = readField(field, {});
         if (request.readOnly || !field.editable) {
             console.line(fieldStatement(field));
-            answers.insert(field.key, fixedValue(field));
+            answers.insert(field.key, answer.value_or(field.value));
             continue;
         }
-        const auto answer = askField(field, request.cancellable);
-        if (!answer)
-            return {};
+        do {
+            const auto typed = ask(fieldQuestion(field), request.cancellable);
+            if (!typed)
+                return {};
+            answer = readField(field, *typed);
+            if (!answer)
+                console.line(answer.error());
+        } while (!answer);
         if (answer->isValid())
             answers.insert(field.key, *answer);
     }
@@ -100,46 +131,20 @@ QVariantMap ConsolePresenter::showForm(const FormRequest &request)
 
 void ConsolePresenter::showProgress(const ProgressRequest &request)
 {
-    console.line(QStringLiteral("... %1").arg(request.message.toString()));
+    console.line(u"... %1"_s.arg(request.message.toString()));
 }
-
-void ConsolePresenter::hideProgress() {}
 
 std::optional<QString> ConsolePresenter::ask(const QString &question, bool cancellable)
 {
     for (;;) {
         const auto line = console.ask(question);
-        if (line.kind == ConsoleLine::Kind::End)
+        const auto isCancelled = line.text == "/cancel"_L1;
+        if (line.kind == ConsoleLine::Kind::End || (isCancelled && cancellable))
             return std::nullopt;
-        if (line.kind == ConsoleLine::Kind::Refused)
-            console.line(line.text);
-        else if (line.text != QLatin1String("/cancel"))
+        if (line.kind == ConsoleLine::Kind::Text && !isCancelled)
             return line.text;
-        else if (cancellable)
-            return std::nullopt;
-        else
-            console.line(ConsoleText::tr("This cannot be cancelled."));
+        console.line(isCancelled ? ConsoleText::tr("This cannot be cancelled.") : line.text);
     }
-}
-
-std::optional<QVariant> ConsolePresenter::askField(const FormField &field, bool cancellable)
-{
-    while (const auto typed = ask(fieldQuestion(field), cancellable)) {
-        const auto reading = readField(field, *typed);
-        if (reading.problem.isEmpty())
-            return reading.value;
-        console.line(reading.problem);
-    }
-    return std::nullopt;
-}
-
-ConsoleProgressDisplay::ConsoleProgressDisplay(Console &console)
-    : console(console)
-{}
-
-void ConsoleProgressDisplay::setProgress(const tr::Tr &text, int value)
-{
-    console.line(QStringLiteral("... %1 (%2%)").arg(text.toString()).arg(value));
 }
 
 } // namespace till

@@ -5,32 +5,26 @@
 #include <QString>
 #include <QVariant>
 
+#include <tl/expected.hpp>
+
 namespace till {
 
-/// What a line typed for a form's field came to.
-struct FieldReading
-{
-    QVariant value;  ///< Invalid when the field was left empty and has no empty value.
-    QString problem; ///< Why the line cannot be the answer; empty when it can.
-};
+/// Reads the line typed for a field. An empty line keeps the value shown; "/clear" empties an
+/// optional field. A text becomes a `QString` in the mask's shape. A date, typed as "dd.MM.yyyy",
+/// becomes a `QDate`. A choice, typed as its number from 1 or its text, becomes its index, an `int`
+/// from 0. An empty field other than a text becomes an invalid value. The error says why the line
+/// is no answer.
+tl::expected<QVariant, QString> readField(const FormField &field, const QString &typed);
 
-/// Reads what was typed for a field: an empty line keeps the value shown at first, "/clear" leaves
-/// an optional field empty. A text comes out as a `QString` in the shape of the field's mask, a
-/// date typed as "dd.MM.yyyy" as a `QDate`, a choice typed as the number shown, from 1, or as the
-/// option's text as the option's index, an `int` from 0.
-FieldReading readField(const FormField &field, const QString &typed);
-
-/// The answer of a field that is shown but cannot be changed.
-QVariant fixedValue(const FormField &field);
-
-/// The field as the cashier is asked for it: label, limits, options, first value.
+/// The question for a field: its label, limits, options and first value.
 QString fieldQuestion(const FormField &field);
 
-/// The field with its value, for one that cannot be changed.
+/// The line that shows a read-only field with its value.
 QString fieldStatement(const FormField &field);
 
-/// Why a text does not fit a mask or a validator, empty when it does; `text` is put into the
-/// mask's shape. Either may be empty. The validator must match the whole text.
-QString shapeText(QString &text, const QString &inputMask, const QString &validator);
+/// The text in the mask's shape. The validator must match all of it; either may be empty. The error
+/// says why the text does not fit.
+tl::expected<QString, QString> shapeText(const QString &text, const QString &inputMask,
+                                         const QString &validator);
 
 } // namespace till

@@ -1,42 +1,53 @@
 #include "till/console/salecommands.h"
 
 #include "till/console/console.h"
-#include "till/console/consolepresenter.h"
-#include "till/console/eventtext.h"
-#include "till/core/numbers.h"
 #include "till/core/sale.h"
 #include "till/core/till.h"
+#include "till/core/toldtexts.h"
+#include "till/words/figures.h"
+#include "till/words/receipttext.h"
+#include "till/words/saletext.h"
 
-#include <host/abstractdocument.h>
+#include <host/dialog.h>
 
+#include <QCoreApplication>
 #include <QProcess>
 
-#include <limits>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace till {
-
-namespace {
-
-constexpr int largest = std::numeric_limits<int>::max();
-
-} // namespace
 
 SaleCommands::SaleCommands(Till &till, Console &console)
     : till(till)
     , sale(till.sale())
     , console(console)
 {
-    connect(&sale, &Sale::happened, this,
-            [this](const SaleEvent &event) { say(eventText(event, sale.receipt())); });
-    if (!till.note().isEmpty())
-        say(till.note());
+    connect(&sale, &Sale::happened, this, [this](const SaleEvent &event) { tell(event); });
+}
+
+/// Tells the cashier about an event, and the integrator about the disk's error.
+void SaleCommands::tell(const SaleEvent &event)
+{
+    const auto receipt = sale.receipt();
+    if (event.kind == SaleEvent::Kind::NotStored)
+        say(tr("[not saved] %1").arg(oneLine(event.text)));
+    if (event.kind == SaleEvent::Kind::ReceiptUnreadable)
+        say(tr("[not readable] row %1: %2").arg(event.number).arg(oneLine(event.text)));
+    if (event.kind != SaleEvent::Kind::Identified)
+        say(eventText(event, receipt));
+    else if (receipt)
+        say(holderText(*receipt));
 }
 
 bool SaleCommands::run()
 {
     bool allUnderstood = true;
     for (;;) {
-        const auto line = console.readCommand(QStringLiteral("till>"));
+        // Delivers the signals that the delivery's thread has emitted.
+        QCoreApplication::processEvents();
+        const auto line = console.readCommand(u"till>"_s);
         if (line.kind == ConsoleLine::Kind::End)
             return mayEnd() && allUnderstood;
         if (line.kind == ConsoleLine::Kind::Refused) {
@@ -58,108 +69,43 @@ SaleCommands::Outcome SaleCommands::execute(const QString &line)
         console.line(text);
     if (text.isEmpty() || text.startsWith(u'#'))
         return Outcome::Understood;
-    auto words = QProcess::splitCommand(text);
-    const auto name = words.isEmpty() ? QString() : words.takeFirst();
-    // A number is taken as it was typed, blanks and quotes included.
-    if (name == QLatin1String("card") && text.startsWith(name) && !words.isEmpty())
-        words = QStringList(text.mid(name.size()).trimmed());
-    for (const auto &command : commands()) {
-        const auto usage = QString::fromLatin1(command.usage).split(u' ');
-        if (usage.constFirst() != name)
-            continue;
-        const auto most = usage.size() - 1;
-        if (words.size() < most - usage.filter(QStringLiteral("[")).size() || words.size() > most) {
-            say(tr("Expected: %1").arg(tr(command.usage)));
-            return Outcome::NotUnderstood;
-        }
-        const auto understood = command.run(*this, words);
-        if (quits)
-            return Outcome::Quit;
-        return understood ? Outcome::Understood : Outcome::NotUnderstood;
+    Arguments arguments{QProcess::splitCommand(text), {}};
+    const auto name = arguments.texts.isEmpty() ? QString() : arguments.texts.takeFirst();
+    // A phone number keeps its blanks.
+    if (name == "card"_L1 && !arguments.texts.isEmpty())
+        arguments.texts = {arguments.texts.join(u' ')};
+    const auto command = std::ranges::find_if(commands, [&name](const Command &known) {
+        return QString::fromLatin1(known.usage).section(u' ', 0, 0) == name;
+    });
+    const auto problem = command == commands.end()
+                             ? tr(R"(Unknown command "%1"; "help" lists the commands.)").arg(name)
+                             : read(*command, arguments);
+    if (!problem.isEmpty()) {
+        say(problem);
+        return Outcome::NotUnderstood;
     }
-    say(tr(R"(Unknown command "%1"; "help" lists the commands.)").arg(name));
-    return Outcome::NotUnderstood;
+    command->run(*this, arguments);
+    return quits ? Outcome::Quit : Outcome::Understood;
 }
 
-/// Tells the cashier something that the log keeps.
+/// Tells the cashier something, and logs it.
 void SaleCommands::say(const QString &text)
 {
-    ToldTexts::note(text);
+    logTold(text);
     console.line(text);
 }
 
-bool SaleCommands::refuse(const QString &expected)
+void SaleCommands::showDelivery()
 {
-    say(tr("Expected %1.").arg(expected));
-    return false;
-}
-
-bool SaleCommands::open(const QStringList &arguments)
-{
-    const auto kind = parseWhole(arguments.value(0, QString::number(DocumentHeader::sale)),
-                                 DocumentHeader::sale, DocumentHeader::returned);
-    if (!kind)
-        return refuse(tr("1 for a sale or 2 for a return"));
-    sale.open(*kind);
-    return true;
-}
-
-bool SaleCommands::add(const QStringList &arguments)
-{
-    if (arguments.at(0).trimmed().isEmpty() || arguments.at(1).trimmed().isEmpty())
-        return refuse(tr("a code and a name"));
-    const auto price = parseDecimal(arguments.at(2), 2, Sale::maximumPrice);
-    if (!price)
-        return refuse(tr("a price from 0 to %1 with at most two decimals")
-                          .arg(moneyText(Sale::maximumPrice)));
-    return withQuantity(arguments.value(3, QStringLiteral("1")), [&](double quantity) {
-        sale.add(arguments.at(0), arguments.at(1), *price, quantity);
-        return true;
-    });
-}
-
-bool SaleCommands::changeQuantity(const QStringList &arguments)
-{
-    return withQuantity(arguments.at(1), [&](double quantity) {
-        return withNumber(arguments,
-                          [&](int position) { sale.changeQuantity(position, quantity); });
-    });
-}
-
-bool SaleCommands::discount(const QStringList &arguments)
-{
-    const auto sum = parseDecimal(arguments.at(1), 2, Sale::maximumSum);
-    if (!sum || *sum == 0)
-        return refuse(tr("a sum above 0 with at most two decimals"));
-    QList<int> numbers;
-    for (const auto index : {0, 2, 3, 4}) {
-        const auto text = arguments.value(index, QStringLiteral("0"));
-        const auto number = parseWhole(text, 0, largest);
-        if (!number)
-            return refuse(tr("a whole number, not \"%1\"").arg(text));
-        numbers.append(*number);
-    }
-    sale.discount(numbers.at(0), *sum, numbers.at(1), numbers.at(2), numbers.at(3));
-    return true;
-}
-
-bool SaleCommands::withQuantity(const QString &text, const std::function<bool(double)> &step)
-{
-    const auto quantity = parseDecimal(text, 3, Sale::maximumQuantity);
-    if (!quantity || *quantity == 0)
-        return refuse(tr("a quantity from 0.001 to %1 with at most three decimals")
-                          .arg(quantityText(Sale::maximumQuantity)));
-    return step(*quantity);
-}
-
-/// Takes the step with the number that is the first argument.
-bool SaleCommands::withNumber(const QStringList &arguments, const std::function<void(int)> &step)
-{
-    const auto number = parseWhole(arguments.constFirst(), 1, largest);
-    if (!number)
-        return refuse(tr("a whole number, not \"%1\"").arg(arguments.constFirst()));
-    step(*number);
-    return true;
+    const auto state = till.store().deliveryState();
+    console.line(
+        state.error.isEmpty()
+            ? tr("Messages waiting: %1, parked: %2; receipts refused: %3. Oldest: %4.")
+                  .arg(state.waiting)
+                  .arg(state.parked)
+                  .arg(state.refused)
+                  .arg(state.oldestWaiting.isValid() ? timeLabel(state.oldestWaiting) : u"-"_s)
+            : oneLine(state.error));
 }
 
 void SaleCommands::show(QString (*text)(const ReceiptView &))
@@ -171,9 +117,9 @@ void SaleCommands::show(QString (*text)(const ReceiptView &))
 void SaleCommands::cancel()
 {
     const auto receipt = sale.receipt();
-    if (!receipt || confirm(tr("Abandon receipt %1, total %2?")
+    if (!receipt || confirm(tr("Cancel receipt %1, total %2?")
                                 .arg(receipt->header.num)
-                                .arg(moneyText(receipt->total))))
+                                .arg(moneyLabel(receipt->total))))
         sale.cancel();
 }
 
@@ -183,11 +129,15 @@ void SaleCommands::closeShift()
         sale.closeShift();
 }
 
-/// Whether the cashier says yes. The end of the input says no.
+bool SaleCommands::mayReport(qsizetype count)
+{
+    return confirm(tr("Receipts to report again: %1. Report them?").arg(count));
+}
+
+/// Asks the cashier. \return Whether the answer is yes; no at the end of the input.
 bool SaleCommands::confirm(const QString &question)
 {
-    ToldTexts::note(question);
-    return ConsolePresenter(console).showChoice({{}, question}, {{}, tr("yes")}, {{}, tr("no")});
+    return Dialog().showChoice({{}, question}, 0, {{}, tr("yes")}, {{}, tr("no")}, 0);
 }
 
 bool SaleCommands::mayEnd()
@@ -195,22 +145,17 @@ bool SaleCommands::mayEnd()
     QStringList numbers;
     for (const auto number : till.onlyInMemory())
         numbers.append(QString::number(number));
-    if (numbers.isEmpty())
-        return true;
-    say(tr("Only in memory: receipt %1.").arg(numbers.join(QLatin1String(", "))));
-    return false;
+    if (!numbers.isEmpty())
+        say(tr("Not saved: receipt %1.").arg(numbers.join(", "_L1)));
+    return numbers.isEmpty();
 }
 
-bool SaleCommands::quit(const QStringList &arguments)
+void SaleCommands::quit(bool isForced)
 {
-    const auto isForced = arguments == QStringList(QStringLiteral("now"));
-    if (!isForced && !arguments.isEmpty())
-        return refuse(tr(R"("quit" or "quit now")"));
     quits = mayEnd() || isForced;
     if (!quits)
-        say(tr("The till goes on. Make room on the disk and quit again; \"quit now\" ends it all "
-               "the same."));
-    return true;
+        say(tr("The till keeps running. Make room on the disk and quit again; \"quit now\" quits "
+               "without saving."));
 }
 
 } // namespace till

@@ -4,14 +4,13 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
-
 namespace till {
 
 class Console;
 class Sale;
 class Till;
 struct ReceiptView;
+struct SaleEvent;
 
 /// The cashier's commands, one a line.
 class SaleCommands : public QObject
@@ -19,48 +18,58 @@ class SaleCommands : public QObject
     Q_OBJECT
 public:
     enum class Outcome {
-        Understood,    ///< Also when the sale refused the step.
-        NotUnderstood, ///< An unknown command or arguments that are none; nothing has changed.
+        Understood,    ///< Even when the sale refused the step.
+        NotUnderstood, ///< An unknown command or bad arguments; nothing has changed.
         Quit,
     };
 
-    /// Shows what was found at the start, and from now on what happens in the sale. Both must
-    /// outlive this object.
+    /// Shows the sale's events from now on. The till, already started, and the console must outlive
+    /// this object.
     SaleCommands(Till &till, Console &console);
 
-    /// Runs commands until "quit" or the end of the input. A line that begins with "#" is a
-    /// comment and is shown. \return Whether every line was understood and no receipt is lost.
+    /// Runs commands until "quit" or the end of the input. Shows a line that begins with "#" as a
+    /// comment. \return Whether every line was understood and no receipt is lost.
     bool run();
     Outcome execute(const QString &line);
 
-    /// The commands with an example each.
+    /// The list of commands, with examples.
     static QString help();
+    /// Asks whether to report so many receipts again.
+    static bool mayReport(qsizetype count);
 
 private:
+    /// What was typed after a command's name. A text's number is 0.
+    struct Arguments
+    {
+        QStringList texts;
+        QList<double> numbers;
+
+        int whole(qsizetype index, int otherwise = 0) const
+        {
+            return static_cast<int>(numbers.value(index, otherwise));
+        }
+    };
     struct Command
     {
-        const char *usage; ///< Its name and its arguments; those in brackets may be missing.
+        /// Its name and arguments. Those in brackets are optional; one in small letters is typed as
+        /// it stands.
+        const char *usage;
         const char *help;
-        std::function<bool(SaleCommands &, const QStringList &)> run;
+        void (*run)(SaleCommands &, const Arguments &);
     };
 
-    static const QList<Command> &commands();
-    static QList<Command> positionCommands();
-    static QList<Command> receiptCommands();
+    static const QList<Command> commands;
+    /// Reads the arguments' numbers. \return What was expected; empty when it was typed.
+    static QString read(const Command &command, Arguments &arguments);
+    void tell(const SaleEvent &event);
     void say(const QString &text);
-    bool refuse(const QString &expected);
-    bool open(const QStringList &arguments);
-    bool add(const QStringList &arguments);
-    bool changeQuantity(const QStringList &arguments);
-    bool discount(const QStringList &arguments);
-    bool withQuantity(const QString &text, const std::function<bool(double)> &step);
-    bool withNumber(const QStringList &arguments, const std::function<void(int)> &step);
+    void showDelivery();
     void show(QString (*text)(const ReceiptView &));
     void cancel();
     void closeShift();
-    bool confirm(const QString &question);
+    static bool confirm(const QString &question);
     bool mayEnd();
-    bool quit(const QStringList &arguments);
+    void quit(bool isForced);
 
     Till &till;
     Sale &sale;

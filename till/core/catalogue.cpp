@@ -5,59 +5,49 @@
 #include <QLocale>
 #include <QTranslator>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 namespace {
 
-constexpr auto usualLanguage = QLatin1String("ru");
-/// The till's texts are English in the sources, the loyalty system's Russian; a catalogue that
-/// would repeat them is not there, or has the plurals alone.
-constexpr auto tillTexts = QLatin1String("till_");
-constexpr auto loyaltyTexts = QLatin1String("loyalty_");
-constexpr auto suffix = QLatin1String(".qm");
-constexpr auto directory = QLatin1String(":/translations/");
-
-bool install(const QString &file)
-{
-    auto *const translator = new QTranslator(QCoreApplication::instance());
-    translator->setObjectName(directory);
-    return translator->load(file) && QCoreApplication::installTranslator(translator);
-}
-
-/// English dates as the day, the month and the year, like the Russian ones.
-QLocale localeOf(const QString &language)
-{
-    return language == QLatin1String("en") ? QLocale(QLocale::English, QLocale::UnitedKingdom)
-                                           : QLocale(language);
-}
+constexpr auto directory = ":/translations"_L1;
 
 } // namespace
 
 QStringList availableLanguages()
 {
     QStringList languages;
-    for (const auto &file : QDir(directory).entryList({tillTexts + u'*' + suffix}))
-        languages.append(file.sliced(tillTexts.size()).chopped(suffix.size()));
-    languages.sort();
+    for (const auto &file : QDir(directory).entryList({u"till_*.qm"_s}, QDir::Files, QDir::Name))
+        languages.append(file.section(u'_', 1).section(u'.', 0, 0));
     return languages;
 }
 
-std::optional<QString> installLanguage(const QString &code)
+tl::expected<void, QString> installLanguage(const QString &code)
 {
-    const auto language = code.isEmpty() ? QString(usualLanguage) : code;
     const auto languages = availableLanguages();
-    if (!languages.contains(language))
-        return QStringLiteral("language \"%1\": expected one of %2")
-            .arg(language, languages.join(QLatin1String(", ")));
-    // What was installed for another language.
-    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator *>(directory));
-    for (const auto &texts : {tillTexts, loyaltyTexts}) {
-        const auto file = directory + texts + language + suffix;
-        if (QFile::exists(file) && !install(file))
-            return QStringLiteral("language \"%1\": the texts cannot be loaded").arg(language);
+    auto language = code;
+    if (code.isEmpty()) {
+        const auto asked = QLocale::system().uiLanguages().value(0).section(u'-', 0, 0);
+        language = languages.contains(asked) ? asked : u"en"_s;
     }
-    QLocale::setDefault(localeOf(language));
-    return std::nullopt;
+    if (!languages.contains(language))
+        return tl::unexpected(
+            u"language \"%1\": expected one of %2"_s.arg(language, languages.join(", "_L1)));
+    auto *const program = QCoreApplication::instance();
+    qDeleteAll(program->findChildren<QTranslator *>(directory)); // of the language before
+    // The sources hold the till's texts in English and the loyalty system's in Russian. These two
+    // need no catalogue but for plurals.
+    for (const auto texts : {"till"_L1, "loyalty"_L1}) {
+        auto *const translator = new QTranslator(program);
+        translator->setObjectName(directory);
+        if (translator->load(u"%1/%2_%3.qm"_s.arg(directory, texts, language)))
+            QCoreApplication::installTranslator(translator);
+    }
+    // British English puts the day before the month, as Russian does.
+    QLocale::setDefault(language == "en"_L1 ? QLocale(QLocale::English, QLocale::UnitedKingdom)
+                                            : QLocale(language));
+    return {};
 }
 
 } // namespace till

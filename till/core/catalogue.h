@@ -3,16 +3,16 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
+#include <tl/expected.hpp>
 
 namespace till {
 
-/// The languages that all texts are there in.
+/// The languages into which all texts are translated.
 QStringList availableLanguages();
 
-/// Has the texts of the till and of the loyalty system shown in that language, Russian when it is
-/// empty, and numbers and dates written in it.
-/// \return Why that cannot be, nothing when it can.
-[[nodiscard]] std::optional<QString> installLanguage(const QString &code);
+/// Sets the language of all texts, numbers and dates. An empty code takes the environment's
+/// language (LANG), or English when that one is not available.
+/// \return Why the language cannot be used.
+[[nodiscard]] tl::expected<void, QString> installLanguage(const QString &code);
 
 } // namespace till

@@ -1,28 +1,35 @@
 #include "till/core/deliverer.h"
 
-#include "till/core/answertext.h"
-#include "till/core/unstoredmessages.h"
-
 #include "interface/interface.h"
 #include "interface/ordermessage.h"
 
-#include <host/dbqueuebroker.h>
+#include <host/clock.h>
 #include <host/restclient.h>
+#include <host/serviceavailability.h>
 
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
-#include <QFileInfo>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace till {
 
 namespace {
 
-/// Whether the code says that the message itself is not to blame. A wrong key must not park all
-/// that is waiting.
+using std::chrono::milliseconds;
+
+const Log4Qt::Logger &logger()
+{
+    static const auto *const delivery = Log4Qt::LogManager::logger(QStringLiteral("till.delivery"));
+    return *delivery;
+}
+
+/// Whether the code blames something other than the message. A wrong key must not park the whole
+/// queue.
 bool blamesSomethingElse(int httpCode)
 {
     constexpr std::array codes{401, 403, 429}; // unauthorized, forbidden, too many requests
@@ -31,127 +38,90 @@ bool blamesSomethingElse(int httpCode)
            std::find(codes.begin(), codes.end(), httpCode) != codes.end();
 }
 
-void logParked(const QueuedMessage &message, const QString &reason)
+/// Whether the service is overloaded: too many requests, service unavailable.
+bool saysNotNow(int httpCode)
 {
-    static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.delivery"));
-    logger->error(QStringLiteral("message %1 is parked: %2"), message.id, reason);
+    return httpCode == 429 || httpCode == 503;
 }
 
 } // namespace
 
-QString loyaltyQueue()
-{
-    return lmmindbox::ordermessage::queue;
-}
-
-Deliverer::Deliverer(DBQueueBroker &broker, lmmindbox::Interface &service)
-    : broker(broker)
-    , service(service)
-    , lock(QFileInfo(broker.file()).absolutePath())
+Deliverer::Deliverer(Store &store, const QString &dataDirectory, const BackoffRange &range)
+    : store(store)
+    , lock(lockFile(dataDirectory))
+    , pace(range)
 {}
 
-Deliverer::Round Deliverer::deliver(const std::function<bool()> &isStopped)
+Deliverer::~Deliverer() = default;
+
+QString Deliverer::lockFile(const QString &dataDirectory)
 {
-    error.clear();
-    switch (lock.acquire()) {
-    case FileLock::State::Held:
+    return dataDirectory + QLatin1String("/deliver.lock");
+}
+
+Deliverer::Step Deliverer::step()
+{
+    auto next = store.nextMessage();
+    auto held = tl::expected<void, QString>();
+    // A message in memory needs no lock: it belongs to this process.
+    if (next && *next && (*next)->id > 0 && !(held = lock.acquire()))
+        next = store.nextMessage(true);
+    if (!next)
+        return fail(Outcome::Unreadable, next.error(), pace.afterFailure());
+    if (*next)
+        return send(**next);
+    if (!held && !lock.holder())
+        return fail(Outcome::Unreadable, held.error(), pace.afterFailure());
+    if (!held)
+        return fail(Outcome::Busy, held.error(), idleTime);
+    pace.noteEmpty();
+    return {Outcome::Empty, idleTime};
+}
+
+Deliverer::Step Deliverer::send(const QueuedMessage &message)
+{
+    const auto begin = Clock::steady();
+    const auto answer = ask(message);
+    const auto took = std::chrono::ceil<milliseconds>(Clock::steady() - begin);
+    store.settle(message, answer.verdict, answer.reason);
+    switch (answer.verdict) {
+    case Verdict::Refused:
+        logger().error(QStringLiteral("message %1 is parked: %2"), message.id, answer.reason);
+        [[fallthrough]];
+    case Verdict::Accepted:
+        return {Outcome::Settled, pace.afterAnswer(took), answer.verdict == Verdict::Refused};
+    case Verdict::PutOff:
+    case Verdict::NoAnswer:
         break;
-    case FileLock::State::Busy:
-        error = QStringLiteral("another deliverer is at work");
-        return {Outcome::Busy};
-    case FileLock::State::Unavailable:
-        error = lock.lastError();
-        return {Outcome::Unusable};
     }
-    auto round = deliverAll(isStopped);
-    if (!removeAccepted()) {
-        error = broker.lastError();
-        round.outcome = Outcome::Unusable;
-    }
-    lock.release();
-    return round;
+    const auto asked = Singleton<ServiceAvailability>::instance()->state().retryAfter;
+    return fail(Outcome::Unreachable, answer.reason,
+                answer.isTurnedAway ? pace.afterRefusal(asked) : pace.afterFailure());
 }
 
-Deliverer::Round Deliverer::deliverAll(const std::function<bool()> &isStopped)
-{
-    Round round;
-    for (;;) {
-        if (isStopped())
-            return {Outcome::Stopped, round.settled, round.parked};
-        const auto message =
-            broker.next(loyaltyQueue(), accepted.isEmpty() ? 0 : accepted.constLast());
-        error = broker.lastError();
-        if (!message && error.isEmpty() && !accepted.isEmpty()) {
-            // A message put back meanwhile stands before these.
-            if (removeAccepted())
-                continue;
-            error = broker.lastError();
-        }
-        if (!message) {
-            round.outcome = error.isEmpty() ? Outcome::Emptied : Outcome::Unusable;
-            return round;
-        }
-        const auto answer = send(*message);
-        if (!settle(*message, answer)) {
-            error = broker.lastError();
-            round.outcome = Outcome::Unusable;
-            return round;
-        }
-        if (!goesOn(round, answer))
-            return round;
-    }
-}
-
-/// Counts what became of a message. \return Whether the next one may follow.
-bool Deliverer::goesOn(Round &round, const Answer &answer)
-{
-    if (answer.verdict == Verdict::NoAnswer || answer.verdict == Verdict::PutOff) {
-        error = answer.reason;
-        round.outcome = Outcome::Unreachable;
-        return false;
-    }
-    ++round.settled;
-    round.parked += answer.verdict == Verdict::Refused ? 1 : 0;
-    return true;
-}
-
-Deliverer::Round Deliverer::deliverUnstored(UnstoredMessages &messages,
-                                            const std::function<bool()> &isStopped)
-{
-    Round round;
-    while (const auto message = messages.first()) {
-        if (isStopped())
-            return {Outcome::Stopped, round.settled, round.parked};
-        const auto answer = send(*message);
-        if (!goesOn(round, answer))
-            return round;
-        if (answer.verdict == Verdict::Accepted) {
-            messages.remove(message->id);
-        } else {
-            logParked(*message, answer.reason);
-            messages.park(message->id, answer.reason);
-        }
-    }
-    return round;
-}
-
-Deliverer::Answer Deliverer::send(const QueuedMessage &message)
+Deliverer::Answer Deliverer::ask(const QueuedMessage &message)
 {
     namespace words = lmmindbox::ordermessage;
+    RestClient::setPurpose(RestClient::Purpose::Delivery);
+    const auto asBefore = qScopeGuard([] { RestClient::setPurpose(RestClient::Purpose::Sale); });
+    if (!service)
+        service = std::make_unique<lmmindbox::Interface>();
     const auto method = message.message.value(words::method).toString();
     const auto payload = message.message.value(words::payload);
     if (!payload.isObject())
         return {Verdict::Refused, QStringLiteral("malformed message: no payload")};
     constexpr bool skipQueue = true;
     if (method == words::create)
-        return judge(service.createAuthorizedOrder(payload.toObject(), skipQueue),
-                     message.deferrals);
+        return judge(service->createAuthorizedOrder(payload.toObject(), skipQueue),
+                     message.putOffSince);
     if (method == words::change)
-        return judge(service.changeOrderStatus(payload.toObject(), skipQueue), message.deferrals);
+        return judge(service->changeOrderStatus(payload.toObject(), skipQueue),
+                     message.putOffSince);
     return {Verdict::Refused, QStringLiteral("malformed message: unknown method")};
 }
 
-Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, int deferralsBefore)
+Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result,
+                                   const QDateTime &putOffSince)
 {
     if (result.success())
         return {Verdict::Accepted, {}};
@@ -160,44 +130,67 @@ Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result, int
         codes += QStringLiteral(", transport code %1: %2")
                      .arg(QString::number(result.transportCode),
                           RestClient::transportErrorText(result.transportCode));
-    // No JSON object: something between the till and the service has answered, or nothing at all.
+    // Without a JSON object nobody answered, or something between the till and the service did.
     if (result.response.isEmpty())
-        return {Verdict::NoAnswer, QStringLiteral("no answer of the service, %1").arg(codes)};
+        return {Verdict::NoAnswer, QStringLiteral("no answer of the service, %1").arg(codes),
+                saysNotNow(result.httpCode)};
     const auto answer = answerText(result.response);
-    // Only too many of these in answer to the same message say that it is to blame after all.
-    if (blamesSomethingElse(result.httpCode) && deferralsBefore + 1 < mostDeferrals)
-        return {Verdict::PutOff, QStringLiteral("not now, %1: %2").arg(codes, answer)};
+    const auto isTooLong = putOffSince.isValid() &&
+                           putOffSince.msecsTo(Clock::now()) >= milliseconds(longestPutOff).count();
+    if (blamesSomethingElse(result.httpCode) && !isTooLong)
+        return {Verdict::PutOff, QStringLiteral("not now, %1: %2").arg(codes, answer),
+                saysNotNow(result.httpCode)};
     return {Verdict::Refused, QStringLiteral("refused, %1: %2").arg(codes, answer)};
 }
 
-/// Keeps what has become of a message. \return Whether the queue's file could be written; a message
-/// that somebody has parked or removed meanwhile needs no more.
-bool Deliverer::settle(const QueuedMessage &message, const Answer &answer)
+void Deliverer::deliverUnsaved()
 {
-    if (answer.verdict == Verdict::Accepted) {
-        if (accepted.isEmpty())
-            firstAccepted = std::chrono::steady_clock::now();
-        accepted.append(message.id);
-        const auto isFull = accepted.size() >= groupSize ||
-                            std::chrono::steady_clock::now() - firstAccepted >= groupTime;
-        return !isFull || removeAccepted();
+    auto outcome = Outcome::Settled;
+    while (outcome == Outcome::Settled) {
+        const auto next = store.nextMessage(true);
+        outcome = next && *next ? send(**next).outcome : Outcome::Empty;
     }
-    if (answer.verdict == Verdict::Refused) {
-        logParked(message, answer.reason);
-        return broker.park(message.id, answer.reason) || broker.isGone();
-    }
-    const auto deferrals = message.deferrals + (answer.verdict == Verdict::PutOff ? 1 : 0);
-    return broker.noteFailure(message.id, answer.reason, deferrals) || broker.isGone();
 }
 
-bool Deliverer::removeAccepted()
+void Deliverer::run(const std::function<void()> &whenIdle)
 {
-    if (accepted.isEmpty())
-        return true;
-    if (!broker.removeAll(accepted))
-        return false;
-    accepted.clear();
-    return true;
+    int delivered = 0;
+    for (auto isStopped = false; !isStopped;) {
+        const auto done = step();
+        delivered += done.outcome == Outcome::Settled ? 1 : 0;
+        const auto isIdle = done.outcome == Outcome::Empty || done.outcome == Outcome::Busy;
+        if (done.outcome == Outcome::Empty)
+            whenIdle();
+        if (isIdle && delivered > 0)
+            logger().info(QStringLiteral("delivered %1 messages"), std::exchange(delivered, 0));
+        isStopped = rest(done.rest, isIdle);
+    }
+}
+
+Deliverer::Step Deliverer::fail(Outcome outcome, const QString &reason, milliseconds rest)
+{
+    if (outcome != Outcome::Busy)
+        logger().warn(QStringLiteral("%1; the next try comes in %2 ms"), reason,
+                      static_cast<qint64>(rest.count()));
+    return {outcome, rest, false, reason};
+}
+
+/// \return Whether the deliverer was stopped.
+bool Deliverer::rest(milliseconds time, bool isWakeable)
+{
+    std::unique_lock guard(mutex);
+    condition.wait_for(guard, time, [&] { return stopped || (isWakeable && woken); });
+    woken = false;
+    return stopped;
+}
+
+void Deliverer::set(bool &flag)
+{
+    {
+        const std::scoped_lock guard(mutex);
+        flag = true;
+    }
+    condition.notify_one();
 }
 
 } // namespace till

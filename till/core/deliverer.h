@@ -1,15 +1,14 @@
 #pragma once
 
-#include "till/core/filelock.h"
-
-#include <QList>
-#include <QString>
+#include "till/core/pace.h"
+#include "till/core/processlock.h"
+#include "till/core/store.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <functional>
-
-class DBQueueBroker;
-struct QueuedMessage;
+#include <memory>
+#include <mutex>
 
 namespace lmmindbox {
 class Interface;
@@ -18,72 +17,81 @@ class OperationResult;
 
 namespace till {
 
-class UnstoredMessages;
-
-/// The queue that the loyalty plugin leaves its messages in.
-QString loyaltyQueue();
-
-/// Brings the waiting order messages to the service, one after the other in their order.
+/// Sends the waiting order messages to the service, one by one and in order.
 ///
-/// A message is removed once the service has accepted it and parked, with the service's answer,
-/// once it was refused. A message that got no answer of the service stays first, and so does one
-/// that the service puts off by a server error or for the till's endpoint or key, unless that goes
-/// on for too long. Accepted messages are removed in groups: after a kill the service gets some of
-/// them again, and knows them. At any moment only one deliverer of all processes works on a queue.
+/// An accepted message is removed. A refused message is parked with the service's answer. A message
+/// stays first when it got no answer, or when the answer blames the server, the endpoint or the
+/// key; after a day of such answers it is parked. Among several processes one delivers from a data
+/// directory. The others deliver only the messages in their own memory.
 class Deliverer
 {
 public:
     enum class Outcome {
-        Emptied,     ///< Nothing is waiting.
-        Stopped,     ///< By the caller.
-        Unreachable, ///< The first message got no answer of the service.
-        Busy,        ///< Another deliverer is at work.
-        Unusable,    ///< The queue's file cannot be read or written.
+        Settled,     ///< A message was accepted or parked.
+        Empty,       ///< Nothing is waiting.
+        Unreachable, ///< A message got no answer and is retried, or the service postponed it.
+        Busy,        ///< Another process is delivering.
+        Unreadable,  ///< The store or the lock cannot be used.
     };
-    struct Round
+    struct Step
     {
-        Outcome outcome = Outcome::Emptied;
-        int settled = 0; ///< Messages removed or parked.
-        int parked = 0;
+        Outcome outcome = Outcome::Empty;
+        std::chrono::milliseconds rest{0}; ///< The wait before the next step.
+        bool isParked = false;             ///< Whether the message was refused.
+        QString error = {};                ///< Why the step failed.
     };
 
-    /// How often a message may be put off by the service before that counts as a refusal.
-    static constexpr int mostDeferrals = 100;
-    /// How many accepted messages wait for their removal at most, and for how long.
-    static constexpr int groupSize = 100;
-    static constexpr std::chrono::milliseconds groupTime{500};
+    /// How often an idle deliverer looks for messages.
+    static constexpr std::chrono::milliseconds idleTime{1'000};
+    /// How long the service may postpone a message before the deliverer parks it.
+    static constexpr std::chrono::hours longestPutOff{24};
 
-    /// Both must outlive the deliverer and serve nobody else meanwhile.
-    Deliverer(DBQueueBroker &broker, lmmindbox::Interface &service);
+    /// The store must outlive the deliverer. Only `wake` and `stop` may be called from any thread.
+    Deliverer(Store &store, const QString &dataDirectory, const BackoffRange &range);
+    ~Deliverer();
+    Q_DISABLE_COPY_MOVE(Deliverer)
 
-    /// Delivers until one of the outcomes; `isStopped` is asked between two messages.
-    Round deliver(const std::function<bool()> &isStopped);
-    /// Delivers what is in no store, with the same outcomes.
-    Round deliverUnstored(UnstoredMessages &messages, const std::function<bool()> &isStopped);
-    /// Why the last round ended other than by emptying the queue.
-    const QString &lastError() const { return error; }
+    /// Takes the data directory's lock. `step` takes it by itself when needed.
+    [[nodiscard]] tl::expected<void, QString> acquire() { return lock.acquire(); }
+    /// Sends one message if one waits.
+    Step step();
+    /// Sends the unsaved messages until none is left or the service does not answer.
+    void deliverUnsaved();
+    /// Delivers until stopped. Calls `whenIdle` from time to time while nothing waits.
+    void run(const std::function<void()> &whenIdle);
+
+    /// Tells `run` that a message may be waiting.
+    void wake() { set(woken); }
+    /// Ends `run`, at the latest after the answer to the message at hand.
+    void stop() { set(stopped); }
+
+    /// The lock file of that data directory.
+    static QString lockFile(const QString &dataDirectory);
 
 private:
-    enum class Verdict { Accepted, Refused, PutOff, NoAnswer };
     struct Answer
     {
-        Verdict verdict;
+        Verdict verdict = Verdict::NoAnswer;
         QString reason;
+        bool isTurnedAway = false; ///< Whether the service was overloaded.
     };
 
-    Round deliverAll(const std::function<bool()> &isStopped);
-    bool goesOn(Round &round, const Answer &answer);
-    Answer send(const QueuedMessage &message);
-    static Answer judge(const lmmindbox::OperationResult &result, int deferralsBefore);
-    bool settle(const QueuedMessage &message, const Answer &answer);
-    bool removeAccepted();
+    Step send(const QueuedMessage &message);
+    Answer ask(const QueuedMessage &message);
+    static Answer judge(const lmmindbox::OperationResult &result, const QDateTime &putOffSince);
+    static Step fail(Outcome outcome, const QString &reason, std::chrono::milliseconds rest);
+    bool rest(std::chrono::milliseconds time, bool isWakeable);
+    void set(bool &flag);
 
-    DBQueueBroker &broker;
-    lmmindbox::Interface &service;
-    FileLock lock;
-    QString error;
-    QList<qint64> accepted; ///< Messages that are still to be removed.
-    std::chrono::steady_clock::time_point firstAccepted;
+    Store &store;
+    ProcessLock lock;
+    Pace pace;
+    std::unique_ptr<lmmindbox::Interface> service; ///< Made in the thread that uses it.
+
+    std::mutex mutex;
+    std::condition_variable condition;
+    bool stopped = false;
+    bool woken = false;
 };
 
 } // namespace till

@@ -6,14 +6,14 @@
 
 namespace till {
 
-/// How the delivery of waiting messages stands: what a face's state line shows.
+/// The state of the delivery, for a face's state line.
 struct DeliveryState
 {
-    qint64 waiting = 0;      ///< Messages.
-    QDateTime oldestWaiting; ///< UTC; invalid when nothing waits.
-    qint64 parked = 0;       ///< Messages put aside.
-    qint64 refused = 0;      ///< Receipts.
-    QString error;           ///< Why the store cannot be read; the counts are zeros then.
+    qint64 waiting = 0;           ///< Messages.
+    QDateTime oldestWaiting = {}; ///< UTC; invalid when nothing waits.
+    qint64 parked = 0;            ///< Parked messages.
+    qint64 refused = 0;           ///< Receipts.
+    QString error = {};           ///< Why the store cannot be read; the counts are then 0.
 
     bool operator==(const DeliveryState &other) const = default;
 };

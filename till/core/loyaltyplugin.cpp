@@ -20,7 +20,7 @@ LoyaltyPlugin::~LoyaltyPlugin()
         return;
     system->deregisterLoyaltySystem();
     system->deinit();
-    // The next one of this process reads the settings anew.
+    // The plugin reads settings at construction; the next load must construct it again.
     delete loader.instance();
 }
 
@@ -37,12 +37,13 @@ QString LoyaltyPlugin::filePath(const QString &configured)
     return program + QLatin1String("/" TILL_PLUGIN_DIR "/lmmindbox.so");
 }
 
-std::optional<QString> LoyaltyPlugin::load(const QString &file)
+tl::expected<void, QString> LoyaltyPlugin::load(const QString &file)
 {
     const auto refusal = [&file](const QString &reason) {
-        return QStringLiteral("%1: the plugin cannot be loaded: %2").arg(file, reason);
+        return tl::unexpected(
+            QStringLiteral("%1: the plugin cannot be loaded: %2").arg(file, reason));
     };
-    // An absolute name, or the loader would search for it in the directories of Qt's plugins.
+    // The loader would search Qt's plugin directories for a relative name.
     loader.setFileName(QFileInfo(file).absoluteFilePath());
     if (loader.fileName().isEmpty())
         return refusal(loader.errorString());
@@ -60,25 +61,18 @@ std::optional<QString> LoyaltyPlugin::load(const QString &file)
         return refusal(QStringLiteral("it cannot be initialised"));
     loaded->registerLoyaltySystem();
     system = loaded;
-    return std::nullopt;
+    return {};
 }
 
 QString LoyaltyPlugin::description() const
 {
-    QStringList actions;
-    for (const auto &handler : system->getHandlers())
-        actions.append(QString::number(handler.actionCode));
     const auto metaData = loader.metaData();
     const auto version = metaData[QLatin1String("MetaData")][QLatin1String("version")].toString();
-    const auto qt = metaData.value(QLatin1String("version")).toInt(); // two digits a number, hex
-    return QStringLiteral("Plugin %1 %2, built with Qt %3.%4\ninterface %5, class %6, %7, actions: "
-                          "%8")
+    const auto qt = metaData.value(QLatin1String("version")).toInt(); // 0xMMNNPP
+    return QStringLiteral("%1 %2, Qt %3.%4, %5, %6")
         .arg(loader.fileName(), version, QString::number(qt >> 16), QString::number(qt >> 8 & 0xFF),
              metaData.value(QLatin1String("IID")).toString(),
-             metaData.value(QLatin1String("className")).toString(),
-             system->isRegistered() ? QStringLiteral("registered")
-                                    : QStringLiteral("not registered"),
-             actions.isEmpty() ? QStringLiteral("none") : actions.join(QLatin1String(", ")));
+             metaData.value(QLatin1String("className")).toString());
 }
 
 } // namespace till

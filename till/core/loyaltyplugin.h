@@ -3,35 +3,35 @@
 #include <QPluginLoader>
 #include <QString>
 
-#include <optional>
+#include <tl/expected.hpp>
 
 class BasicLoyaltySystem;
 
 namespace till {
 
-/// The loyalty plugin in its module.
+/// The loyalty plugin, loaded from its module.
 ///
-/// The module stays loaded until the process ends: the loggers and types that it has registered
-/// refer to it.
+/// The module stays loaded until the process ends, because its registered loggers and types refer
+/// to it.
 class LoyaltyPlugin
 {
 public:
     LoyaltyPlugin() = default;
-    /// Takes the plugin out of service.
+    /// Deregisters and deinitialises the plugin.
     ~LoyaltyPlugin();
     Q_DISABLE_COPY_MOVE(LoyaltyPlugin)
 
-    /// The file given, else "lmmindbox.so" beside the program, in its "../lib" or where an
-    /// installation has it.
+    /// The configured file; for an empty text "lmmindbox.so" beside the program, in "../lib" or in
+    /// the installation.
     static QString filePath(const QString &configured);
 
-    /// Loads, initialises and registers the plugin. The settings and the queue's file must be set.
-    /// \return Why it cannot be used, nothing when it can.
-    [[nodiscard]] std::optional<QString> load(const QString &file);
+    /// Loads, initialises and registers the plugin. The settings must be loaded before.
+    /// \return Why it cannot be used.
+    [[nodiscard]] tl::expected<void, QString> load(const QString &file);
 
-    /// Not before a successful `load`.
+    /// Only after a successful `load`.
     BasicLoyaltySystem &getSystem() const { return *system; }
-    /// A few lines on what is loaded.
+    /// The module with its version, Qt's, its interface and its class, without words of a language.
     QString description() const;
 
 private:

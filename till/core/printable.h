@@ -6,11 +6,11 @@
 
 namespace till {
 
-/// The text with "?" for each control character but the line's end, so that no text from elsewhere
-/// can command the terminal.
+/// The text with "?" for each control character except the line end, so that foreign text cannot
+/// control the terminal.
 QString printable(const QString &text);
 
-/// Writes a text as a line of its own, or several, printable, at once.
+/// Writes the printable text and a line end, and flushes.
 void printLine(std::ostream &output, const QString &text);
 
 } // namespace till

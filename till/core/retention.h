@@ -1,31 +1,31 @@
 #pragma once
 
-#include <QDeadlineTimer>
-#include <QString>
+#include <host/clock.h>
 
 #include <chrono>
 
 namespace till {
 
-/// Removes old receipts from the store, a few at a time so that no sale waits for it: those begun
-/// more than "Till:keepDays" days ago, but never one that is open, waits for its delivery or was
-/// refused.
+class Store;
+
+/// Removes receipts begun more than "Till:keepDays" days ago, a few at a time so that no sale
+/// waits. Keeps every receipt that is open, waits for delivery or was refused.
 class Retention
 {
 public:
-    static constexpr int usualDays = 90;
     static constexpr int atOnce = 50;
     static constexpr std::chrono::seconds pause{60};
 
-    explicit Retention(QString dataDirectory);
+    /// The store must outlive this object.
+    explicit Retention(Store &store);
 
-    /// Removes some when it is time to; to be called when nothing else is to be done.
+    /// Removes a few receipts once every `pause`. Call it whenever the thread is idle.
     void step();
 
 private:
-    QString dataDirectory;
+    Store &store;
     int days;
-    QDeadlineTimer next{0};
+    Clock::Time next;
 };
 
 } // namespace till

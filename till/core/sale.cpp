@@ -1,7 +1,5 @@
 #include "till/core/sale.h"
 
-#include "till/core/toldtexts.h"
-
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
 #include <host/session.h>
@@ -10,10 +8,15 @@
 
 namespace till {
 
-Sale::Sale(const SaleParts &parts)
-    : parts(parts)
+Sale::Sale(BasicLoyaltySystem &system, Store &store, const TillPlace &place)
+    : system(system)
+    , store(store)
+    , place(place)
 {
     Singleton<Session>::instance()->setReceiptKeeper(this);
+    connect(&store, &Store::savedLate, this, [this](int number) {
+        emit happened({.kind = SaleEvent::Kind::StoredLate, .number = number});
+    });
 }
 
 Sale::~Sale()
@@ -26,25 +29,23 @@ void Sale::open(int kind)
 {
     if (!hasNoReceipt())
         return;
-    current = parts.store.open(parts.place, kind);
-    attach(current.document);
-    const auto number = current.document->getHeader().num;
-    isUnstoredTold = !current.isStored();
-    if (isUnstoredTold)
-        tellUnstored(number);
+    current = store.newReceipt(place, kind);
+    attach(current);
+    save();
+    const auto number = current->getHeader().num;
     emit happened({.kind = SaleEvent::Kind::Opened, .number = number});
 }
 
 void Sale::add(const QString &code, const QString &name, double price, double quantity)
 {
-    const auto total = current.document ? current.document->getTotal() : 0;
+    const auto total = current ? current->getTotal() : 0;
     if (price * quantity + total > maximumSum) {
         refuse({.sum = maximumSum, .obstacle = Obstacle::SumTooLarge});
         return;
     }
-    if (!current.document)
+    if (!current)
         open(DocumentHeader::sale);
-    const auto item = current.document->addGoodsItem(code, name, price, quantity);
+    const auto item = current->addGoodsItem(code, name, price, quantity);
     save();
     tellPosition(SaleEvent::Kind::PositionAdded, item->getPosnum());
 }
@@ -54,12 +55,12 @@ void Sale::changeQuantity(int position, double quantity)
     const auto item = findPosition(position);
     if (!item)
         return;
-    const auto others = current.document->getTotal() - item->getSumb();
+    const auto others = current->getTotal() - item->getSumb();
     if (item->getPrice() * quantity + others > maximumSum) {
         refuse({.sum = maximumSum, .obstacle = Obstacle::SumTooLarge});
         return;
     }
-    if (!current.document->changeQuantity(position, quantity)) {
+    if (!current->changeQuantity(position, quantity)) {
         refuse({.obstacle = Obstacle::DiscountsTooLarge});
         return;
     }
@@ -71,8 +72,8 @@ void Sale::remove(int position)
 {
     if (!findPosition(position))
         return;
-    const auto removed = positionOf(*current.document, position);
-    current.document->removeGoodsItem(position);
+    const auto removed = positionOf(*current, position);
+    current->removeGoodsItem(position);
     save();
     emit happened({.kind = SaleEvent::Kind::PositionRemoved, .position = removed});
 }
@@ -86,36 +87,36 @@ void Sale::discount(int position, double sum, int campaign, int mode, int source
         refuse({.sum = item->getSumb(), .obstacle = Obstacle::DiscountTooLarge});
         return;
     }
-    current.document->addImpactDetail({position, campaign, mode, source, sum});
+    current->addImpactDetail({position, campaign, mode, source, sum});
     save();
     tellPosition(SaleEvent::Kind::Discounted, position, sum);
 }
 
 void Sale::enterCard(const QString &text)
 {
-    const auto answer = parts.system.getCardNumber({loyalty::CardNumberInputData::typed, text});
+    const auto answer = system.getCardNumber({loyalty::CardNumberInputData::typed, text});
     if (!answer.success) {
         refuse({.obstacle = Obstacle::NumberNotTaken, .text = answer.message.toString()});
         return;
     }
-    if (!current.document)
+    if (!current)
         open(DocumentHeader::sale);
     identify(answer.number);
 }
 
 void Sale::identify(const QString &number)
 {
-    // Not saved before the holder is known: a card alone must not survive a restart.
+    // Saved only with its holder: a card alone must not survive a restart.
     auto record = QSharedPointer<DocumentCardRecord>::create(number);
-    current.document->setCardRecord(record);
-    if (parts.system.identifyByCard(record, ECardNumberType::Typed)) {
-        if (record != current.document->getCardRecord())
-            current.document->setCardRecord(record);
+    current->setCardRecord(record);
+    if (system.identifyByCard(record, ECardNumberType::Typed)) {
+        if (record != current->getCardRecord())
+            current->setCardRecord(record);
         save();
         emit happened({.kind = SaleEvent::Kind::Identified});
         return;
     }
-    const auto error = parts.system.getLastErrorString();
+    const auto error = system.getLastErrorString();
     takeCardOff();
     save();
     emit happened({.kind = SaleEvent::Kind::NotIdentified, .text = error});
@@ -123,8 +124,8 @@ void Sale::identify(const QString &number)
 
 void Sale::trigger(int action)
 {
-    const auto outcome = parts.system.handle(control::Action(action));
-    if (current.document)
+    const auto outcome = system.handle(control::Action(action));
+    if (current)
         save();
     emit happened({.kind = SaleEvent::Kind::ActionEnded, .number = action, .action = outcome});
 }
@@ -132,7 +133,7 @@ void Sale::trigger(int action)
 void Sale::clearLoyaltyData()
 {
     takeCardOff();
-    if (current.document)
+    if (current)
         save();
     emit happened({.kind = SaleEvent::Kind::LoyaltyCleared});
 }
@@ -141,18 +142,15 @@ void Sale::cancel()
 {
     if (!hasReceipt())
         return;
-    if (!parts.system.cancel(current.document)) {
-        refuse({.obstacle = Obstacle::LoyaltySystem, .text = parts.system.getLastErrorString()});
+    if (!system.cancel(current)) {
+        refuse({.obstacle = Obstacle::LoyaltySystem, .text = system.getLastErrorString()});
         return;
     }
     takeCardOff();
     attach({});
-    auto cancelled = std::exchange(current, {});
-    isUnstoredTold = false;
-    const auto number = cancelled.document->getHeader().num;
-    // One that the store never heard of need not be told to it.
-    if (cancelled.row != 0 && !parts.store.save(cancelled, ReceiptState::Cancelled))
-        tellUnstored(number);
+    const auto cancelled = std::exchange(current, {});
+    const auto number = cancelled->getHeader().num;
+    tellSaved(store.save(cancelled, ReceiptState::Cancelled), number);
     emit happened({.kind = SaleEvent::Kind::Cancelled, .number = number});
 }
 
@@ -160,26 +158,25 @@ void Sale::closeShift()
 {
     if (!hasNoReceipt())
         return;
-    const auto closed = parts.store.shift(parts.place);
-    if (!parts.store.closeShift(parts.place))
-        tellUnstored(0);
+    const auto closed = store.shift(place);
+    tellSaved(store.closeShift(place), 0);
     emit happened({.kind = SaleEvent::Kind::ShiftClosed, .number = closed});
 }
 
 std::optional<ReceiptView> Sale::receipt() const
 {
-    return current.document ? std::optional(viewOf(*current.document)) : std::nullopt;
+    return current ? std::optional(viewOf(*current)) : std::nullopt;
 }
 
 int Sale::shift()
 {
-    return parts.store.shift(parts.place);
+    return store.shift(place);
 }
 
-/// The loyalty system asks for it.
+/// Called by the loyalty system.
 bool Sale::keep(const QSharedPointer<AbstractDocument> &document)
 {
-    return document == current.document && save();
+    return document == current && save();
 }
 
 void Sale::refuse(SaleEvent details)
@@ -190,23 +187,23 @@ void Sale::refuse(SaleEvent details)
 
 bool Sale::hasReceipt()
 {
-    if (!current.document)
+    if (!current)
         refuse({.obstacle = Obstacle::NoReceipt});
-    return !current.document.isNull();
+    return !current.isNull();
 }
 
 bool Sale::hasNoReceipt()
 {
-    if (current.document)
-        refuse({.number = current.document->getHeader().num, .obstacle = Obstacle::ReceiptOpen});
-    return current.document.isNull();
+    if (current)
+        refuse({.number = current->getHeader().num, .obstacle = Obstacle::ReceiptOpen});
+    return current.isNull();
 }
 
 QSharedPointer<GoodsItem> Sale::findPosition(int number)
 {
     if (!hasReceipt())
         return {};
-    auto item = current.document->findGoodsItem(number);
+    auto item = current->findGoodsItem(number);
     if (!item) {
         PositionView missing;
         missing.number = number;
@@ -217,42 +214,34 @@ QSharedPointer<GoodsItem> Sale::findPosition(int number)
 
 void Sale::tellPosition(SaleEvent::Kind kind, int position, double sum)
 {
-    emit happened({.kind = kind, .sum = sum, .position = positionOf(*current.document, position)});
+    emit happened({.kind = kind, .sum = sum, .position = positionOf(*current, position)});
 }
 
-/// Stores the receipt at hand, and with it what could not be stored before.
 bool Sale::save()
 {
-    const auto number = current.document->getHeader().num;
-    if (!parts.store.save(current, ReceiptState::Open)) {
-        isUnstoredTold = true;
-        tellUnstored(number);
-        return false;
-    }
-    if (std::exchange(isUnstoredTold, false))
-        emit happened({.kind = SaleEvent::Kind::StoredLate, .number = number});
-    storeCommitted();
-    return true;
+    return tellSaved(store.save(current, ReceiptState::Open), current->getHeader().num);
 }
 
-void Sale::tellUnstored(int number)
+bool Sale::tellSaved(const Store::Saved &saved, int number)
 {
-    emit happened(
-        {.kind = SaleEvent::Kind::NotStored, .number = number, .text = parts.store.lastError()});
+    if (!saved)
+        emit happened(
+            {.kind = SaleEvent::Kind::NotStored, .number = number, .text = saved.error()});
+    return saved.has_value();
 }
 
 void Sale::attach(const QSharedPointer<AbstractDocument> &receipt)
 {
     Singleton<Session>::instance()->setCurrentDocument(receipt);
-    parts.system.setDocument(receipt);
+    system.setDocument(receipt);
 }
 
 void Sale::takeCardOff()
 {
-    parts.system.clearLoyaltyData();
-    parts.system.clearData();
-    if (current.document)
-        current.document->setCardRecord({});
+    system.clearLoyaltyData();
+    system.clearData();
+    if (current)
+        current->setCardRecord({});
 }
 
 } // namespace till

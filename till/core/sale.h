@@ -2,39 +2,32 @@
 
 #include "till/core/saleevent.h"
 #include "till/core/store.h"
-#include "till/core/unstoredmessages.h"
 
+#include <host/messagesink.h>
 #include <host/receiptkeeper.h>
 
 #include <QObject>
+#include <QStringList>
 
 #include <optional>
 
 class BasicLoyaltySystem;
 
+namespace http {
+class Response;
+}
+
 namespace till {
 
-class ToldTexts;
-
-/// Who takes part in a sale. All must outlive it.
-struct SaleParts
-{
-    BasicLoyaltySystem &system;
-    Store &store;
-    UnstoredMessages &unstoredMessages;
-    ToldTexts &told; ///< Set as the presenter of all dialogs.
-    TillPlace place;
-};
-
-/// The receipt at the till and what the cashier can do with it.
+/// The current receipt and the cashier's steps on it.
 ///
-/// Every step tells by signals what it did or why it did not; a step that is refused changes
-/// nothing. The receipt is stored before `happened` tells of a change. When it cannot be stored,
-/// the signal comes all the same, behind one that says so, and the sale goes on.
+/// Every step emits `happened` with its result or the reason for its refusal; a refused step
+/// changes nothing. A change is stored before it is told. When the disk refuses the change,
+/// `NotStored` is told first, and the sale goes on.
 ///
-/// Belongs to one thread, the loyalty system's. A step blocks while the loyalty system asks the
+/// Use it only in the loyalty system's thread. A step blocks while the loyalty system waits for the
 /// cashier or the service.
-class Sale : public QObject, private ReceiptKeeper
+class Sale : public QObject, private ReceiptKeeper, private MessageSink
 {
     Q_OBJECT
 public:
@@ -42,39 +35,41 @@ public:
     static constexpr double maximumPrice = 9'999'999.99;
     static constexpr double maximumQuantity = 99'999.999;
 
-    explicit Sale(const SaleParts &parts);
+    /// The loyalty system and the store must outlive the sale.
+    Sale(BasicLoyaltySystem &system, Store &store, const TillPlace &place);
     ~Sale() override;
     Q_DISABLE_COPY_MOVE(Sale)
 
-    /// Takes up what an earlier run left: commits again the receipts whose commit was interrupted
-    /// and opens the open one. The service knows an order by its identifier, so that a second
-    /// commit changes nothing there.
+    /// Finishes the work of an earlier run: commits interrupted receipts again and reopens the open
+    /// receipt. The service knows an order by its identifier, so a second commit adds no order.
     void recover();
 
     void open(int kind);
-    /// Opens a sale when no receipt is open.
+    /// Adds a position, on a new sale receipt when none is open.
     void add(const QString &code, const QString &name, double price, double quantity);
     void changeQuantity(int position, double quantity);
     void remove(int position);
     void discount(int position, double sum, int campaign, int mode, int source);
-    /// Puts a card on the receipt and identifies its holder. When the holder cannot be identified
-    /// there is no card on the receipt afterwards, not even the one before.
+    /// Puts a card on the receipt and identifies its holder. A failure leaves the receipt without a
+    /// card, even when it had one before.
     void enterCard(const QString &text);
     void trigger(int action);
-    /// Takes the card and all that the loyalty system knows off the receipt.
+    /// Takes the card and the loyalty data off the receipt.
     void clearLoyaltyData();
     void commit();
-    /// Abandons the receipt. Whether the cashier means it, the face has asked before.
+    /// Abandons the receipt without asking: the face asks the cashier before.
     void cancel();
     void closeShift();
-    /// Reports a committed receipt once more. \return Whether the service or the queue has it now.
+    /// Reports a committed receipt again. \return Whether the service or the queue has it now.
     bool report(int number);
 
-    /// The receipt at hand; nothing when none is open.
+    /// The current receipt; nothing when none is open.
     std::optional<ReceiptView> receipt() const;
     int shift();
-    /// Numbers of the receipts that are only in memory. Tries first to store them.
-    QList<int> unstored();
+    /// Keeps the service's answer for the report of the receipt being committed.
+    void noteAnswer(const http::Response &response);
+    /// Keeps a message or error shown to the cashier for the same report.
+    void noteTold(const QString &text) { told.append(text); }
 
 signals:
     void happened(const till::SaleEvent &event);
@@ -82,37 +77,33 @@ signals:
     void messagesQueued();
 
 private:
-    /// A committed receipt that is not in the store yet; its messages are in `UnstoredMessages`.
-    struct UnstoredReceipt
-    {
-        StoredReceipt receipt;
-        ReportRecord report;
-        bool isTold = false; ///< Whether the cashier knows that it is not.
-    };
-
     bool keep(const QSharedPointer<AbstractDocument> &document) override;
+    bool put(const QString &queue, const QJsonObject &message, const QString &tag) override;
     void refuse(SaleEvent details);
     bool hasReceipt();
     bool hasNoReceipt();
     QSharedPointer<GoodsItem> findPosition(int number);
     void tellPosition(SaleEvent::Kind kind, int position, double sum = 0);
-    void tellUnstored(int number);
+    bool tellSaved(const Store::Saved &saved, int number);
     void tellUnreadable(const StoredReceipt &receipt);
     bool save();
     void attach(const QSharedPointer<AbstractDocument> &receipt);
     void takeCardOff();
     void identify(const QString &number);
-    void reopen(const StoredReceipt &receipt);
+    void reopen();
     void restore(const QSharedPointer<AbstractDocument> &receipt);
-    Report handOver(const StoredReceipt &receipt, bool isTold);
-    void storeCommitted();
-    Report reportAgain(const StoredReceipt &receipt);
+    Report handOver(const QSharedPointer<AbstractDocument> &receipt);
+    Report reportAgain(const QSharedPointer<AbstractDocument> &receipt);
     void reportInterrupted();
 
-    SaleParts parts;
-    StoredReceipt current;            ///< Without a document when no receipt is open.
-    bool isUnstoredTold = false;      ///< Whether the cashier knows that it is not in the store.
-    QList<UnstoredReceipt> committed; ///< Not in the store yet.
+    BasicLoyaltySystem &system;
+    Store &store;
+    TillPlace place;
+    QSharedPointer<AbstractDocument> current; ///< Null when no receipt is open.
+    QList<QueuedMessage> queued;              ///< Messages of the loyalty system during a commit.
+    QJsonObject answer;                       ///< The service's last answer during a commit.
+    QStringList told;                         ///< The messages and errors shown during a commit.
+    QList<qint64> interrupted;                ///< Rows of receipts whose commit was interrupted.
 };
 
 } // namespace till

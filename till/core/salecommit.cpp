@@ -1,28 +1,24 @@
-#include "till/core/answertext.h"
 #include "till/core/sale.h"
-#include "till/core/toldtexts.h"
 
 #include <host/abstractdocument.h>
 #include <host/basicloyaltysystem.h>
+#include <host/clock.h>
 #include <host/dbqueuebroker.h>
-#include <host/restclient.h>
+#include <host/httpresponse.h>
 
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
-#include <QElapsedTimer>
-
-#include <algorithm>
 #include <utility>
 
 namespace till {
 
 namespace {
 
-/// How many receipts are reported one after the other, and for how many milliseconds another one is
-/// begun: each may cost the cashier the time-out of the service.
+/// Each interrupted receipt may cost the cashier the service's time-out: a commit reports only so
+/// many, and begins none after so long.
 constexpr int receiptsAtOnce = 3;
-constexpr qint64 patience = 1'000;
+constexpr std::chrono::seconds patience{1};
 
 const Log4Qt::Logger &logger()
 {
@@ -30,68 +26,60 @@ const Log4Qt::Logger &logger()
     return *sale;
 }
 
-int numberOf(const StoredReceipt &receipt)
-{
-    return receipt.document->getHeader().num;
-}
-
-/// What has become of the report, by the messages that are left of it.
-Report outcomeOf(const ReportRecord &report, const QList<QueuedMessage> &messages)
-{
-    const auto isParked = [](const QueuedMessage &message) { return message.isParked; };
-    if (std::any_of(messages.begin(), messages.end(), isParked))
-        return Report::Refused;
-    return messages.isEmpty() ? report.outcome : Report::Queued;
-}
-
 } // namespace
 
 void Sale::recover()
 {
+    interrupted = store.rowsIn(ReceiptState::Committing).value_or(QList<qint64>());
     reportInterrupted();
-    if (const auto left = parts.store.countIn(ReceiptState::Committing).value_or(0))
-        emit happened({.kind = SaleEvent::Kind::StillToReport, .number = static_cast<int>(left)});
-    for (const auto &receipt : parts.store.receiptsIn(ReceiptState::Committing, receiptsAtOnce)) {
-        if (!receipt.document)
-            tellUnreadable(receipt);
-    }
-    for (const auto &receipt : parts.store.receiptsIn(ReceiptState::Open, receiptsAtOnce)) {
-        if (!receipt.document)
-            tellUnreadable(receipt);
-        else if (!current.document)
-            reopen(receipt);
-    }
+    if (!interrupted.isEmpty())
+        emit happened({.kind = SaleEvent::Kind::StillToReport,
+                       .number = static_cast<int>(interrupted.size())});
+    reopen();
 }
 
-void Sale::reopen(const StoredReceipt &receipt)
+/// Opens the latest open receipt. There is an older one when the till was killed before the disk
+/// took a cancellation.
+void Sale::reopen()
 {
-    current = receipt;
-    restore(current.document);
-    emit happened({.kind = SaleEvent::Kind::Reopened,
-                   .number = numberOf(current),
-                   .sum = current.document->getTotal()});
+    const auto rows = store.rowsIn(ReceiptState::Open).value_or(QList<qint64>());
+    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
+        const auto receipt = store.read(*row);
+        if (!receipt.document) {
+            tellUnreadable(receipt);
+            continue;
+        }
+        const auto isFirst = current.isNull();
+        if (isFirst) {
+            current = receipt.document;
+            restore(current);
+        }
+        emit happened({.kind = isFirst ? SaleEvent::Kind::Reopened : SaleEvent::Kind::OpenToo,
+                       .number = receipt.document->getHeader().num,
+                       .sum = receipt.document->getTotal()});
+    }
 }
 
 void Sale::commit()
 {
     if (!hasReceipt())
         return;
-    if (current.document->getGoodsItems().isEmpty()) {
+    if (current->getGoodsItems().isEmpty()) {
         refuse({.obstacle = Obstacle::NoPositions});
         return;
     }
-    if (!parts.system.requestCommit(current.document)) {
-        refuse({.obstacle = Obstacle::LoyaltySystem, .text = parts.system.getLastErrorString()});
+    if (!system.requestCommit(current)) {
+        refuse({.obstacle = Obstacle::LoyaltySystem, .text = system.getLastErrorString()});
         return;
     }
-    // From here on a start commits it again, until it is stored as committed. A failure shows again
-    // then.
-    (void)parts.store.save(current, ReceiptState::Committing);
+    // If the till dies from here on, the next start commits this receipt again.
+    const auto number = current->getHeader().num;
+    tellSaved(store.save(current, ReceiptState::Committing), number);
     const auto receipt = std::exchange(current, {});
-    const auto report = handOver(receipt, std::exchange(isUnstoredTold, false));
+    const auto report = handOver(receipt);
     emit happened({.kind = SaleEvent::Kind::Committed,
-                   .number = numberOf(receipt),
-                   .sum = receipt.document->getTotal(),
+                   .number = number,
+                   .sum = receipt->getTotal(),
                    .report = report});
     reportInterrupted();
     emit messagesQueued();
@@ -99,128 +87,102 @@ void Sale::commit()
 
 bool Sale::report(int number)
 {
-    const auto receipt = parts.store.committedReceipt(number);
-    if (!receipt || !receipt->document) {
-        if (receipt)
-            tellUnreadable(*receipt);
+    const auto receipt = store.committedReceipt(number);
+    if (!receipt.document) {
+        if (receipt.row > 0)
+            tellUnreadable(receipt);
         refuse({.number = number,
                 .obstacle = Obstacle::UnknownReceipt,
-                .text = parts.store.lastError()});
+                .text = receipt.row > 0 ? QString() : receipt.error});
         return false;
     }
-    const auto outcome = reportAgain(*receipt);
-    if (current.document)
-        restore(current.document);
+    const auto outcome = reportAgain(receipt.document);
+    if (current)
+        restore(current);
     emit messagesQueued();
     return outcome != Report::Refused;
 }
 
-QList<int> Sale::unstored()
+void Sale::noteAnswer(const http::Response &response)
 {
-    if (current.document && !current.isStored())
-        save();
-    storeCommitted();
-    QList<int> numbers;
-    if (current.document && !current.isStored())
-        numbers.append(numberOf(current));
-    for (const auto &receipt : std::as_const(committed))
-        numbers.append(numberOf(receipt.receipt));
-    return numbers;
+    answer = response.responseObject();
 }
 
-/// Makes a receipt the one at hand, with what it says of the holder.
+/// Makes the receipt the current one and restores its loyalty data.
 void Sale::restore(const QSharedPointer<AbstractDocument> &receipt)
 {
-    // A receipt without a card leaves the system's holder as it is.
-    parts.system.clearLoyaltyData();
+    // Restoring a receipt without a card would leave the holder before in place.
+    system.clearLoyaltyData();
     attach(receipt);
-    if (!parts.system.restoreLoyaltySystem())
+    if (!system.restoreLoyaltySystem())
         logger().warn(QStringLiteral("the loyalty data is not restored: %1"),
-                      parts.system.getLastErrorString());
+                      system.getLastErrorString());
 }
 
-/// Has the loyalty system report the receipt at hand, and stores what became of it. `isTold` says
-/// whether the cashier knows of it that it is not in the store.
-Report Sale::handOver(const StoredReceipt &receipt, bool isTold)
+/// Has the loyalty system report the current receipt, and stores the outcome.
+Report Sale::handOver(const QSharedPointer<AbstractDocument> &receipt)
 {
-    const auto number = numberOf(receipt);
+    const auto number = receipt->getHeader().num;
     logger().info(QStringLiteral("receipt %1 goes to the loyalty system"), number);
     auto *const broker = Singleton<DBQueueBroker>::instance();
-    parts.told.take();
-    // No lock is held while the service is asked: the messages are stored with the receipt.
-    broker->beginBatch();
-    const auto isAccepted = parts.system.commit(receipt.document);
-    const auto messages = broker->takeBatch();
-    UnstoredReceipt unstored{receipt, {Report::None, {}, parts.told.take()}, isTold};
+    told.clear();
+    answer = {};
+    broker->setSink(this);
+    const auto isAccepted = system.commit(receipt);
+    broker->setSink(nullptr);
+    const auto messages = std::exchange(queued, {});
+
+    ReportRecord report{Report::None, {}, told.join(u'\n')};
     if (!isAccepted)
-        unstored.report.told = parts.system.getLastErrorString();
-    if (!isAccepted || !unstored.report.told.isEmpty())
-        unstored.report.outcome = Report::Refused;
-    else if (receipt.document->getKind() == DocumentHeader::sale)
-        unstored.report.outcome = Report::Reported;
-    if (unstored.report.outcome == Report::Refused)
-        unstored.report.answer = answerText(RestClient::lastResponse().responseObject());
-    parts.system.clearAfterClose();
-    parts.system.clearLoyaltyData();
+        report.told = system.getLastErrorString();
+    if (!isAccepted || !report.told.isEmpty())
+        report.outcome = Report::Refused;
+    else if (receipt->getKind() == DocumentHeader::sale)
+        report.outcome = Report::Reported;
+    if (report.outcome == Report::Refused)
+        report.answer = answerText(answer);
+    system.clearAfterClose();
+    system.clearLoyaltyData();
     attach({});
+    tellSaved(store.saveReport(receipt, report, messages), number);
+    return outcomeOf(report, messages);
+}
 
-    parts.unstoredMessages.add(number, messages);
-    const auto outcome = outcomeOf(unstored.report, messages);
-    committed.append(unstored);
-    storeCommitted();
-    if (!committed.isEmpty()) {
-        committed.last().isTold = true;
-        tellUnstored(number);
-    }
+/// Called by the loyalty system during a commit. The message is stored with the receipt.
+bool Sale::put(const QString &queue, const QJsonObject &message, const QString &tag)
+{
+    QueuedMessage put;
+    put.queue = queue;
+    put.message = message;
+    put.tag = tag;
+    put.queuedAt = Clock::now();
+    queued.append(put);
+    return true;
+}
+
+Report Sale::reportAgain(const QSharedPointer<AbstractDocument> &receipt)
+{
+    restore(receipt);
+    const auto outcome = handOver(receipt);
+    emit happened({.kind = SaleEvent::Kind::ReportedAgain,
+                   .number = receipt->getHeader().num,
+                   .report = outcome});
     return outcome;
 }
 
-/// Stores the committed receipts that are only in memory, oldest first.
-void Sale::storeCommitted()
-{
-    while (!committed.isEmpty()) {
-        auto &next = committed.first();
-        const auto number = numberOf(next.receipt);
-        const auto messages = parts.unstoredMessages.of(number);
-        auto report = next.report;
-        report.outcome = outcomeOf(report, messages);
-        if (!parts.store.saveCommitted(next.receipt, report, messages))
-            return;
-        parts.unstoredMessages.forget(number);
-        if (committed.takeFirst().isTold)
-            emit happened({.kind = SaleEvent::Kind::StoredLate, .number = number});
-    }
-}
-
-Report Sale::reportAgain(const StoredReceipt &receipt)
-{
-    restore(receipt.document);
-    const auto outcome = handOver(receipt, false);
-    emit happened(
-        {.kind = SaleEvent::Kind::ReportedAgain, .number = numberOf(receipt), .report = outcome});
-    return outcome;
-}
-
-/// Catches up on receipts whose commit was interrupted, as far as that does not make the cashier
-/// wait.
+/// Reports receipts whose commit was interrupted, a few so that the cashier hardly waits.
 void Sale::reportInterrupted()
 {
-    if (!committed.isEmpty())
-        return; // among them may be one that the store still knows as being committed
-    QElapsedTimer timer;
-    timer.start();
-    qint64 last = 0;
-    for (int tried = 0; tried < receiptsAtOnce && timer.elapsed() < patience;) {
-        const auto next = parts.store.receiptsIn(ReceiptState::Committing, 1, last);
-        if (next.isEmpty())
-            return;
-        last = next.first().row;
-        if (!next.first().document)
-            continue; // told at the start
-        reportAgain(next.first());
-        if (!committed.isEmpty())
-            return;
-        ++tried;
+    const auto begin = Clock::steady();
+    for (int tried = 0;
+         tried < receiptsAtOnce && !interrupted.isEmpty() && Clock::steady() - begin < patience;) {
+        const auto receipt = store.read(interrupted.takeFirst());
+        if (receipt.document) {
+            reportAgain(receipt.document);
+            ++tried;
+        } else {
+            tellUnreadable(receipt);
+        }
     }
 }
 
@@ -228,7 +190,7 @@ void Sale::tellUnreadable(const StoredReceipt &receipt)
 {
     emit happened({.kind = SaleEvent::Kind::ReceiptUnreadable,
                    .number = static_cast<int>(receipt.row),
-                   .text = parts.store.documentError()});
+                   .text = receipt.error});
 }
 
 } // namespace till

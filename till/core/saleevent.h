@@ -9,54 +9,55 @@
 
 namespace till {
 
-/// How the report of a committed receipt to the loyalty service stands.
+/// The state of a committed receipt's report to the loyalty service.
 enum class Report {
     None,     ///< Nothing to report: a return.
-    Reported, ///< The service has the order and all that belongs to it.
-    Queued,   ///< Something of it waits for delivery.
-    Refused,  ///< The service has answered and did not take it.
+    Reported, ///< The service has the order and its status.
+    Queued,   ///< A message of it waits for delivery.
+    Refused,  ///< The service refused it.
 };
 
-/// Why a step of the sale was not taken. Nothing has changed then.
+/// Why a step of the sale was refused.
 enum class Obstacle {
     NoReceipt,         ///< No receipt is open.
     ReceiptOpen,       ///< Another receipt is open: `SaleEvent::number`.
     NoSuchPosition,    ///< `SaleEvent::position.number`.
     NoPositions,       ///< The receipt is empty.
     SumTooLarge,       ///< The receipt's sum would be above `SaleEvent::sum`.
-    DiscountTooLarge,  ///< The position costs `SaleEvent::sum` only.
+    DiscountTooLarge,  ///< The position costs only `SaleEvent::sum`.
     DiscountsTooLarge, ///< The changed position would cost less than its discounts.
-    NumberNotTaken,    ///< The loyalty system does not take the card number; `text` may say why.
+    NumberNotTaken,    ///< The loyalty system rejects the card number; `text` may say why.
     LoyaltySystem,     ///< The loyalty system forbids it; `text` says why.
-    UnknownReceipt, ///< No committed receipt `SaleEvent::number`, or `text` says why none is read.
+    UnknownReceipt, ///< No committed receipt `SaleEvent::number`; `text` is a read error, if any.
 };
 
-/// Something that happened at the till, as a value: a face says it to a person.
+/// An event at the till, which a face tells the cashier.
 ///
-/// Texts in it come from the loyalty system, in the cashier's language, or from the operating
-/// system and the database, in words for the integrator.
+/// `text` comes from the loyalty system in the cashier's language, or from the operating system or
+/// the database in the integrator's.
 struct SaleEvent
 {
     enum class Kind {
         Opened,            ///< Receipt `number`.
-        Reopened,          ///< Receipt `number`, found open at the start.
+        Reopened,          ///< Receipt `number` of an earlier run, with the total `sum`.
+        OpenToo,           ///< Receipt `number` is open as well; a later start reopens it.
         PositionAdded,     ///< `position`.
-        PositionChanged,   ///< `position`, its quantity.
-        PositionRemoved,   ///< `position`, as it was.
-        Discounted,        ///< `position`, cheaper by `sum`.
-        Identified,        ///< The receipt has a card with its holder.
+        PositionChanged,   ///< The quantity of `position`.
+        PositionRemoved,   ///< `position`, as it was before.
+        Discounted,        ///< `position` is cheaper by `sum`.
+        Identified,        ///< The receipt has a card with a known holder.
         NotIdentified,     ///< The receipt has no card; `text` may say why.
-        LoyaltyCleared,    ///< Card and loyalty data are off the receipt.
-        ActionEnded,       ///< `action`, with `number` its code.
-        Committed,         ///< Receipt `number` with the total `sum`; `report`.
-        ReportedAgain,     ///< Receipt `number` of before was reported; `report`.
+        LoyaltyCleared,    ///< The receipt has lost its card and loyalty data.
+        ActionEnded,       ///< Action number `number`, with the result `action`.
+        Committed,         ///< Receipt `number` with the total `sum` and its `report`.
+        ReportedAgain,     ///< Receipt `number`, committed earlier, with its new `report`.
         Cancelled,         ///< Receipt `number`.
-        ShiftClosed,       ///< Shift `number`; the next one has begun.
-        NotStored,         ///< Receipt `number`, 0 for none, is not in the store yet: `text`.
-        StoredLate,        ///< Receipt `number`, told as not stored before, is in the store now.
-        StillToReport,     ///< So many (`number`) receipts of earlier runs go with later commits.
-        ReceiptUnreadable, ///< What the store holds of receipt `number` cannot be read: `text`.
-        Refused,           ///< A step was not taken: `obstacle`.
+        ShiftClosed,       ///< Shift `number`; the next shift has begun.
+        NotStored,         ///< Receipt `number` is unsaved, a shift for 0; `text` says why.
+        StoredLate,        ///< Receipt `number`, told as `NotStored` before, is saved now.
+        StillToReport,     ///< `number` receipts of earlier runs are reported with later commits.
+        ReceiptUnreadable, ///< Row `number` of the store cannot be read; `text` says why.
+        Refused,           ///< A step was refused; `obstacle` says why.
     };
 
     Kind kind = Kind::Refused;

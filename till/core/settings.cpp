@@ -1,61 +1,64 @@
 #include "till/core/settings.h"
 
 #include "till/core/loyaltyplugin.h"
-
-#include <host/config.h>
+#include "till/core/settingtable.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
 
-QString chosen(const QString &option, const QString &key, const QString &defaultText = {})
+QString textOr(QLatin1StringView key, const QString &otherwise)
 {
-    return option.isEmpty() ? Singleton<Config>::instance()->getText(key, defaultText) : option;
+    const auto text = settingText(key);
+    return text.isEmpty() ? otherwise : text;
 }
 
-/// Without a word about one that is none: `checkSettings` has it.
-int number(const QString &key, int defaultValue)
+void apply(const SettingsOverrides &overrides, Config &config)
 {
-    bool isNumber = false;
-    const auto value = Singleton<Config>::instance()->getText(key).toInt(&isNumber);
-    return isNumber ? value : defaultValue;
-}
-
-std::chrono::milliseconds duration(const QString &key, std::chrono::milliseconds defaultValue)
-{
-    return std::chrono::milliseconds(number(key, static_cast<int>(defaultValue.count())));
+    struct Option
+    {
+        QLatin1StringView name;
+        QLatin1StringView key;
+        const QString &value;
+    };
+    for (const auto &[name, key, value] : {
+             Option{"--plugin"_L1, "Till:plugin"_L1, overrides.plugin},
+             Option{"--data"_L1, "Till:dataDir"_L1, overrides.data},
+             Option{"--language"_L1, "Till:language"_L1, overrides.language},
+             Option{"--log"_L1, "Till:log"_L1, overrides.log},
+         }) {
+        if (!value.isEmpty())
+            config.set(key, value, name);
+    }
 }
 
 } // namespace
 
-Settings loadSettings(const SettingsOverrides &overrides, QString &error)
+tl::expected<Settings, Config::Refusal> loadSettings(const SettingsOverrides &overrides)
 {
+    auto &config = *Singleton<Config>::instance();
+    if (const auto loaded = config.load(Config::filePath(overrides.config)); !loaded)
+        return tl::unexpected(loaded.error());
+    apply(overrides, config);
+    const auto usualData =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/till"_L1;
     Settings settings;
-    settings.language = overrides.language; // in which even a bad file is told
-    const auto file = Config::filePath(overrides.config);
-    error = Singleton<Config>::instance()->load(file).value_or(QString());
-    if (!error.isEmpty())
-        return settings;
-    const auto defaultData = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                             QLatin1String("/till");
-    settings.pluginFile =
-        LoyaltyPlugin::filePath(chosen(overrides.plugin, QStringLiteral("Till:plugin")));
-    settings.dataDirectory =
-        QFileInfo(chosen(overrides.data, QStringLiteral("Till:dataDir"), defaultData))
-            .absoluteFilePath();
-    settings.language = chosen(overrides.language, QStringLiteral("Till:language"));
-    settings.logFile = chosen(overrides.log, QStringLiteral("Till:log"),
-                              settings.dataDirectory + QLatin1String("/till.log"));
-    if (settings.logFile == QLatin1String("-"))
+    settings.pluginFile = LoyaltyPlugin::filePath(settingText("Till:plugin"_L1));
+    settings.dataDirectory = QFileInfo(textOr("Till:dataDir"_L1, usualData)).absoluteFilePath();
+    settings.language = settingText("Till:language"_L1);
+    settings.logFile = textOr("Till:log"_L1, settings.dataDirectory + "/till.log"_L1);
+    if (settings.logFile == "-"_L1)
         settings.logFile.clear();
-    settings.place = {number(QStringLiteral("Till:shopCode"), settings.place.shopCode),
-                      number(QStringLiteral("Till:cashCode"), settings.place.cashCode)};
-    auto &backoff = settings.backoff;
-    backoff.first = duration(QStringLiteral("Till:retryFirst"), backoff.first);
-    backoff.longest = duration(QStringLiteral("Till:retryMax"), backoff.longest);
+    settings.place = {settingNumber("Till:shopCode"_L1), settingNumber("Till:cashCode"_L1)};
+    settings.backoff = {std::chrono::milliseconds(settingNumber("Http:retryFirst"_L1)),
+                        std::chrono::milliseconds(settingNumber("Http:retryMax"_L1))};
     return settings;
 }
 

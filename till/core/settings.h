@@ -1,36 +1,38 @@
 #pragma once
 
-#include "till/core/backoff.h"
+#include "till/core/pace.h"
 #include "till/core/store.h"
+
+#include <host/config.h>
 
 #include <QString>
 
 namespace till {
 
-/// What takes precedence over the settings file; empty texts are left to it.
+/// Command-line options that override the settings file; an empty one does not.
 struct SettingsOverrides
 {
-    QString config; ///< The file itself.
+    QString config; ///< The settings file.
     QString plugin;
     QString data;
     QString language;
     QString log;
 };
 
-/// How the till is set up: its options, else its settings, else the defaults.
+/// The till's own settings, with the options and defaults applied.
 struct Settings
 {
     QString pluginFile;
     QString dataDirectory;
-    QString language; ///< Empty for the texts' own, Russian.
+    QString language; ///< Empty for the environment's language.
     QString logFile;  ///< Empty for standard error.
     TillPlace place;
     BackoffRange backoff;
 };
 
-/// Loads the settings file and reads the till's own settings from it. `error` says what is wrong
-/// with the file; empty when it was read. What is wrong with the settings `checkSettings` says;
-/// none of them is to be used while it has a fatal complaint.
-Settings loadSettings(const SettingsOverrides &overrides, QString &error);
+/// Loads the settings file into `Config`, applies the options to it, and reads the till's own
+/// settings. Use them only when `findProblems` has no fatal problem.
+[[nodiscard]] tl::expected<Settings, Config::Refusal>
+loadSettings(const SettingsOverrides &overrides);
 
 } // namespace till

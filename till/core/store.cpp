@@ -1,289 +1,295 @@
 #include "till/core/store.h"
 
-#include "till/core/reservednumbers.h"
+#include "till/core/storeschema.h"
 
 #include <host/documentjson.h>
+#include <host/privatefile.h>
 
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
 #include <QJsonDocument>
+#include <QMetaMethod>
+#include <QUrlQuery>
 
 #include <algorithm>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
 
-/// Without it SQLite would read every receipt ever kept: it takes an index of some rows only for a
-/// query that says the same of them.
-#define UNDER_WAY "state IN ('open', 'committing') AND "
+constexpr int usualPatience = 2'000; // milliseconds
 
-bool isUnderWay(ReceiptState state)
+QString unsavedFile(const QString &directory)
 {
-    return state == ReceiptState::Open || state == ReceiptState::Committing;
+    return directory + "/unsaved"_L1;
 }
 
-qint64 now()
+/// The number in a file of one line; 0 for none.
+int numberIn(const QString &file)
 {
-    return QDateTime::currentMSecsSinceEpoch();
+    constexpr qint64 enough = 32;
+    return privatefile::read(file, enough).value_or(QByteArray()).trimmed().toInt();
 }
 
-/// A null text would be no text to SQLite.
-QString kept(const QString &text)
+QString outcomeOf(const http::Response &response)
 {
-    return text.isNull() ? QStringLiteral("") : text;
+    if (response.getTransportCode() == RestClient::notSent)
+        return u"not_sent"_s;
+    const auto status = response.responseObject().value("status"_L1);
+    if (status.isUndefined())
+        return u"no_answer"_s; // or somebody else answered
+    return status == "Success"_L1 ? u"success"_s : u"refused"_s;
 }
 
-/// Its text; casts keep SQLite and Qt from turning it into another encoding and back.
-QByteArray jsonOf(const AbstractDocument &document)
+QByteArray jsonOf(const QJsonObject &object)
 {
-    QString error;
-    const auto json = documentjson::toJson(document, error);
-    if (!error.isEmpty()) {
-        static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.store"));
-        logger->error(QStringLiteral("receipt %1 is stored without what cannot be: %2"),
-                      document.getHeader().num, error);
-    }
-    return QJsonDocument(json).toJson(QJsonDocument::Compact);
+    return object.isEmpty() ? QByteArray() : QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
 } // namespace
 
-Store::Store(const QString &directory)
-    : database(fileIn(directory))
-    , reserved(std::make_unique<ReservedNumbers>(directory + QLatin1String("/numbers")))
-{}
+Store::Call::~Call()
+{
+    store.noteUnsaved();
+    const auto late = std::exchange(store.late, {});
+    std::optional<DeliveryState> state;
+    if (std::exchange(store.messagesChanged, false) &&
+        store.isSignalConnected(QMetaMethod::fromSignal(&Store::deliveryChanged))) {
+        state = store.readDeliveryState();
+        if (*state == std::exchange(store.toldState, *state))
+            state.reset();
+    }
+    lock.unlock();
+    for (const auto number : late)
+        emit store.savedLate(number);
+    if (state)
+        emit store.deliveryChanged(*state);
+}
 
-Store::~Store() = default;
+Store::Store(const QString &directory, Access access)
+    : directory(directory)
+    , database(fileIn(directory), storeSchema())
+    , reserved(numberIn(directory + "/numbers"_L1))
+{
+    if (access == Access::ReadOnly)
+        database.setReadOnly();
+}
+
+Store::~Store()
+{
+    const std::scoped_lock lock(mutex);
+    (void)flush(usualPatience);
+    noteUnsaved();
+}
 
 QString Store::fileIn(const QString &directory)
 {
-    return directory + QLatin1String("/till.db");
+    return directory + "/till.db"_L1;
 }
 
-bool Store::isForeign() const
+int Store::unsavedIn(const QString &directory)
 {
-    return database.problem() == Database::Problem::Foreign ||
-           database.problem() == Database::Problem::Newer;
+    return numberIn(unsavedFile(directory));
 }
 
-StoredReceipt Store::open(const TillPlace &place, int kind)
+QSharedPointer<AbstractDocument> Store::newReceipt(const TillPlace &where, int kind)
 {
+    const Call call(*this);
+    auto &given = numbersOf(where);
+    given.number = (given.number > 0 ? given.number : reserved) + 1;
+    reserveNumbers();
+    numbersWait = true;
+
     DocumentHeader header;
     header.kind = kind;
-    header.shopCode = place.shopCode;
-    header.cashCode = place.cashCode;
-    header.dateTimeBeg = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch());
-
-    Transaction transaction(database);
-    const auto known = transaction.begun() ? readNumbers(place) : std::nullopt;
-    last.shift = std::max(last.shift, known ? known->shift : 0);
-    header.shift = last.shift;
-    header.num = nextNumber(known);
-    reserved->reserve(header.num);
-    last.number = header.num;
-    StoredReceipt receipt;
-    receipt.document = QSharedPointer<AbstractDocument>::create(header);
-    auto stored = receipt;
-    const auto isStored = known && insert(stored, ReceiptState::Open) && transaction.commit();
-    return isStored ? stored : receipt;
+    header.shopCode = where.shopCode;
+    header.cashCode = where.cashCode;
+    header.shift = given.shift;
+    header.num = given.number;
+    header.dateTimeBeg = QDateTime::fromSecsSinceEpoch(Clock::now().toSecsSinceEpoch());
+    return QSharedPointer<AbstractDocument>::create(header);
 }
 
-bool Store::save(StoredReceipt &receipt, ReceiptState state)
+Store::Saved Store::save(const QSharedPointer<AbstractDocument> &receipt, ReceiptState state)
 {
-    if (receipt.isStored() && receipt.state == state)
-        return true;
-    auto changed = receipt;
-    changed.state = state;
-    Transaction transaction(database);
-    if (!transaction.begun() || !write(changed, state))
-        return false;
-    if (receipt.row != 0 && receipt.state != state &&
-        !database.write("UPDATE receipts SET state = ?, changed = ? WHERE id = ?",
-                        {nameOf(state), now(), changed.row}))
-        return false;
-    if (!transaction.commit())
-        return false;
-    receipt = changed;
-    return true;
+    const Call call(*this);
+    auto now = std::tuple(receipt, receipt->getRevision(), state);
+    if (now == taken)
+        return flush(0);
+    taken = std::move(now);
+    const auto patience = patienceOfWrites();
+    take(receipt, state);
+    return flush(patience);
 }
 
-bool Store::saveCommitted(StoredReceipt &receipt, const ReportRecord &report,
-                          const QList<QueuedMessage> &messages)
+Store::Saved Store::saveReport(const QSharedPointer<AbstractDocument> &receipt,
+                               const ReportRecord &report, const QList<QueuedMessage> &messages)
 {
-    auto changed = receipt;
-    changed.state = ReceiptState::Committed;
-    Transaction transaction(database);
-    if (!transaction.begun() || !write(changed, changed.state))
-        return false;
-    // Whatever an earlier report has left is settled by this one.
-    if (!database.write("DELETE FROM messages WHERE receipt = ?", {changed.row}) ||
-        !database.write(
-            "UPDATE receipts SET state = 'committed', report = ?, answer = ?, "
-            "told = ?, changed = ? WHERE id = ?",
-            {nameOf(report.outcome), kept(report.answer), kept(report.told), now(), changed.row}))
-        return false;
-    const auto put = [&](const QueuedMessage &message) {
-        return DBQueueBroker::insert(database, message, changed.row);
+    const Call call(*this);
+    taken = {};
+    messagesChanged = true;
+    const auto patience = patienceOfWrites();
+    auto &unsaved = take(receipt, ReceiptState::Committed);
+    unsaved.record.report = report;
+    unsaved.isReport = true;
+    unsaved.messages = messages;
+    for (auto &message : unsaved.messages)
+        message.id = --lastInMemory;
+    return flush(patience);
+}
+
+int Store::shift(const TillPlace &where)
+{
+    const Call call(*this);
+    return numbersOf(where).shift;
+}
+
+Store::Saved Store::closeShift(const TillPlace &where)
+{
+    const Call call(*this);
+    ++numbersOf(where).shift;
+    numbersWait = true;
+    return flush(usualPatience);
+}
+
+QList<int> Store::unsaved()
+{
+    const Call call(*this);
+    (void)flush(0);
+    QList<int> waiting;
+    for (const auto &receipt : std::as_const(receipts))
+        waiting.append(receipt.record.header.num);
+    return waiting;
+}
+
+void Store::reopen()
+{
+    const Call call(*this);
+    database.close();
+}
+
+void Store::count(const RestClient::Exchange &exchange)
+{
+    const Call call(*this);
+    const std::chrono::duration<double> seconds = exchange.duration;
+    counts.append({QUrlQuery(exchange.url).queryItemValue(u"operation"_s, QUrl::FullyDecoded),
+                   outcomeOf(exchange.response), 1, seconds.count(),
+                   Clock::now().toSecsSinceEpoch()});
+}
+
+/// Adds what has changed of a receipt to the unsaved writes.
+Store::Unsaved &Store::take(const QSharedPointer<AbstractDocument> &receipt, ReceiptState state)
+{
+    auto *const found = findUnsaved(receipt->getHeader());
+    auto &unsaved = found ? *found : receipts.emplaceBack();
+    unsaved.document = receipt;
+    unsaved.record.header = receipt->getHeader();
+    unsaved.record.state = state;
+    unsaved.record.changed = Clock::now();
+    unsaved.head = jsonOf(documentjson::headToJson(*receipt));
+    for (const auto number : receipt->takeChangedPositions())
+        unsaved.positions.insert(number, jsonOf(documentjson::positionToJson(*receipt, number)));
+    return unsaved;
+}
+
+/// The unsaved receipt with that number, time and place; null for none.
+Store::Unsaved *Store::findUnsaved(const DocumentHeader &header)
+{
+    const auto isIt = [&](const Unsaved &unsaved) {
+        const auto &other = unsaved.record.header;
+        return header.num == other.num && header.dateTimeBeg == other.dateTimeBeg &&
+               header.cashCode == other.cashCode && header.shopCode == other.shopCode;
     };
-    if (!std::all_of(messages.begin(), messages.end(), put) || !transaction.commit())
-        return false;
-    receipt = changed;
-    return true;
+    const auto found = std::find_if(receipts.begin(), receipts.end(), isIt);
+    return found == receipts.end() ? nullptr : &*found;
 }
 
-int Store::shift(const TillPlace &place)
+/// Another process's lock makes the cashier wait only once.
+int Store::patienceOfWrites() const
 {
-    if (const auto known = readNumbers(place))
-        last.shift = std::max(last.shift, known->shift);
-    return last.shift;
+    return receipts.isEmpty() ? usualPatience : 0;
 }
 
-bool Store::closeShift(const TillPlace &place)
+/// Tries to save all unsaved writes. `patience` is the longest wait for a lock, in milliseconds.
+Store::Saved Store::flush(int patience)
 {
-    Transaction transaction(database);
-    const auto known = transaction.begun() ? readNumbers(place) : std::nullopt;
-    last.shift = std::max(last.shift, known ? known->shift : 0) + 1;
-    return known && writeNumbers(place, {last.shift, known->number}) && transaction.commit();
+    // Counts are not worth a sync of their own; they go with the next write.
+    if (receipts.isEmpty() && settled.isEmpty() && !numbersWait)
+        return {};
+    QHash<qint64, qint64> ids;
+    database.setPatience(patience);
+    const auto written = database.transact([&](auto &disk) { writeAll(disk, ids); });
+    database.setPatience(usualPatience);
+    for (auto &receipt : receipts) {
+        if (written && receipt.isLate)
+            late.append(receipt.record.header.num);
+        receipt.isLate = true;
+    }
+    if (!written)
+        return tl::unexpected(written.error());
+    messagesChanged = messagesChanged || !settled.isEmpty() || !ids.isEmpty();
+    savedIds.insert(ids);
+    receipts.clear();
+    settled.clear();
+    counts.clear();
+    numbersWait = false;
+    return {};
 }
 
-QList<StoredReceipt> Store::receiptsIn(ReceiptState state, int limit, qint64 afterRow)
+/// The numbers given last at a register, by this store or another process's.
+Store::RegisterNumbers &Store::numbersOf(const TillPlace &where)
 {
-    const auto *const sql =
-        isUnderWay(state)
-            ? "SELECT id, document FROM receipts WHERE " UNDER_WAY "state = ? AND id > ? "
-              "ORDER BY id LIMIT ?"
-            : "SELECT id, document FROM receipts WHERE state = ? AND id > ? ORDER BY id LIMIT ?";
-    const auto rows = database.read(sql, {nameOf(state), afterRow, limit});
-    QList<StoredReceipt> receipts;
-    for (const auto &row : rows.value_or(QList<Database::Row>()))
-        receipts.append(read(row, state));
-    return receipts;
+    if (!(where == place)) {
+        (void)flush(usualPatience);
+        place = where;
+        numbers = {};
+    }
+    const auto rows =
+        database.run("SELECT shift, number FROM registers WHERE shop = ? AND cash = ?",
+                     {place.shopCode, place.cashCode});
+    if (rows && !rows->isEmpty()) {
+        numbers.shift = std::max(numbers.shift, rows->first().at(0).toInt());
+        numbers.number = std::max(numbers.number, rows->first().at(1).toInt());
+    }
+    return numbers;
 }
 
-std::optional<qint64> Store::countIn(ReceiptState state)
+/// Reserves the block of the number given last in a file beside the store. A number given twice
+/// would make one order of two sales, so a till that lost its store goes on after the block.
+void Store::reserveNumbers()
 {
-    const auto rows = database.read(
-        isUnderWay(state) ? "SELECT count(*) FROM receipts WHERE " UNDER_WAY "state = ?"
-                          : "SELECT count(*) FROM receipts WHERE state = ?",
-        {nameOf(state)});
-    return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
+    constexpr int blockSize = 1'000;
+    if (numbers.number <= reserved)
+        return;
+    reserved = (numbers.number / blockSize + 1) * blockSize;
+    const auto file = directory + "/numbers"_L1;
+    if (const auto written = privatefile::write(file, QByteArray::number(reserved) + '\n');
+        !written) {
+        const auto &logger = *Log4Qt::LogManager::logger(u"till.store"_s);
+        logger.warn(u"%1: cannot be written: %2"_s, file, written.error());
+        reserved = numbers.number; // the next number tries again
+    }
 }
 
-std::optional<StoredReceipt> Store::committedReceipt(int number)
+/// Tells the monitor, which cannot see the till's memory. The file always has the same length, so
+/// even a full disk takes the number.
+void Store::noteUnsaved()
 {
-    const auto rows = database.read("SELECT id, document FROM receipts WHERE number = ? "
-                                    "AND state = 'committed' ORDER BY id DESC LIMIT 1",
-                                    {number});
-    if (!rows || rows->isEmpty())
-        return std::nullopt;
-    return read(rows->first(), ReceiptState::Committed);
-}
-
-std::optional<int> Store::removeBefore(const QDate &day, int limit)
-{
-    constexpr auto oldest =
-        "SELECT id FROM receipts WHERE begun < ? AND state IN ('committed', 'cancelled') "
-        "AND report NOT IN ('queued', 'refused') "
-        "AND NOT EXISTS (SELECT 1 FROM messages WHERE receipt = receipts.id) "
-        "ORDER BY begun LIMIT ?";
-    const QVariantList values{day.toString(Qt::ISODate), limit};
-    // Looked for first: a store with nothing to remove is not written.
-    const auto found = database.read(oldest, values);
-    if (!found || found->isEmpty())
-        return found ? std::optional(0) : std::nullopt;
-    const auto isDone = together([&] {
-        const auto remove = [this](const Database::Row &row) {
-            return database.write("DELETE FROM receipts WHERE id = ?", row).has_value();
-        };
-        if (!std::all_of(found->begin(), found->end(), remove))
-            return false;
-        const auto free = database.read("PRAGMA freelist_count");
-        const auto pages = free ? free->first().first().toInt() : 0;
-        // Qt lets SQLite take one step of it, which gives back one page.
-        for (int page = 0; page < pages; ++page) {
-            if (!database.read("PRAGMA incremental_vacuum"))
-                return false;
-        }
-        return free.has_value();
-    });
-    return isDone ? std::optional(static_cast<int>(found->size())) : std::nullopt;
-}
-
-std::optional<Store::Numbers> Store::readNumbers(const TillPlace &place)
-{
-    const auto rows = database.read("SELECT shift, number FROM registers WHERE shop = ? "
-                                    "AND cash = ?",
-                                    {place.shopCode, place.cashCode});
-    if (!rows)
-        return std::nullopt;
-    if (rows->isEmpty())
-        return Numbers{};
-    return Numbers{rows->first().at(0).toInt(), rows->first().at(1).toInt()};
-}
-
-bool Store::writeNumbers(const TillPlace &place, const Numbers &given)
-{
-    return database
-        .write("INSERT INTO registers (shop, cash, shift, number) VALUES (?, ?, ?, ?) "
-               "ON CONFLICT DO UPDATE SET shift = max(shift, excluded.shift), "
-               "number = max(number, excluded.number)",
-               {place.shopCode, place.cashCode, given.shift, given.number})
-        .has_value();
-}
-
-/// The number after the last one given; behind all that may have been given when nobody knows.
-int Store::nextNumber(const std::optional<Numbers> &known)
-{
-    const auto given = std::max(known ? known->number : 0, last.number);
-    return (given > 0 ? given : reserved->highest()) + 1;
-}
-
-bool Store::insert(StoredReceipt &receipt, ReceiptState state)
-{
-    const auto &header = receipt.document->getHeader();
-    const auto inserted = database.write(
-        "INSERT INTO receipts (shop, cash, shift, number, kind, begun, state, changed, document) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, CAST(? AS TEXT))",
-        {header.shopCode, header.cashCode, header.shift, header.num, header.kind,
-         header.dateTimeBeg.toString(Qt::ISODate), nameOf(state), now(),
-         jsonOf(*receipt.document)});
-    if (!inserted)
-        return false;
-    receipt.row = database.lastRow();
-    receipt.revision = receipt.document->getRevision();
-    receipt.state = state;
-    return writeNumbers({header.shopCode, header.cashCode}, {header.shift, header.num});
-}
-
-/// Stores what has changed of the document, as part of a transaction; `state` is that of a receipt
-/// that the store does not know yet.
-bool Store::write(StoredReceipt &receipt, ReceiptState state)
-{
-    if (receipt.row == 0)
-        return insert(receipt, state);
-    if (receipt.isStored())
-        return true;
-    receipt.revision = receipt.document->getRevision();
-    return database
-        .write("UPDATE receipts SET document = CAST(? AS TEXT), changed = ? WHERE id = ?",
-               {jsonOf(*receipt.document), now(), receipt.row})
-        .has_value();
-}
-
-/// The receipt of a row; without a document when that cannot be read.
-StoredReceipt Store::read(const Database::Row &row, ReceiptState state)
-{
-    StoredReceipt receipt;
-    receipt.row = row.at(0).toLongLong();
-    receipt.state = state;
-    unreadable.clear();
-    const auto json = QJsonDocument::fromJson(row.at(1).toString().toUtf8()).object();
-    receipt.document = documentjson::fromJson(json, unreadable);
-    if (receipt.document)
-        receipt.revision = receipt.document->getRevision();
-    return receipt;
+    const auto count = static_cast<int>(receipts.size());
+    if (count == std::exchange(toldUnsaved, count))
+        return;
+    const auto descriptor = privatefile::open(unsavedFile(directory), O_WRONLY | O_CREAT);
+    if (descriptor < 0)
+        return;
+    const auto text = QByteArray::number(count).leftJustified(8) + '\n';
+    [[maybe_unused]] const auto written = ::pwrite(descriptor, text.constData(), text.size(), 0);
+    ::close(descriptor);
 }
 
 } // namespace till

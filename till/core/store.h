@@ -1,186 +1,235 @@
 #pragma once
 
-#include "till/core/deliverystate.h"
-#include "till/core/saleevent.h"
+#include "till/core/receiptrecord.h"
 
-#include <host/abstractdocument.h>
+#include <host/clock.h>
 #include <host/database.h>
-#include <host/dbqueuebroker.h>
+#include <host/restclient.h>
 
-#include <QDateTime>
-#include <QList>
+#include <QHash>
+#include <QMap>
+#include <QObject>
 #include <QSharedPointer>
-#include <QString>
 
-#include <functional>
-#include <memory>
-#include <optional>
+#include <mutex>
+#include <tuple>
 
 namespace till {
 
-class ReservedNumbers;
+/// The name of the loyalty plugin's queue.
+QString loyaltyQueue();
 
-/// Where the till stands.
-struct TillPlace
-{
-    int shopCode = 1;
-    int cashCode = 1;
-};
-
-enum class ReceiptState {
-    Open,       ///< Being sold.
-    Committing, ///< Handed to the loyalty system; not known to be safe with it yet.
-    Committed,
-    Cancelled,
-};
-
-/// As the store and JSON spell it.
-QString nameOf(ReceiptState state);
-/// Empty for nothing to report.
-QString nameOf(Report report);
-
-/// How a receipt's report ended.
-struct ReportRecord
-{
-    Report outcome = Report::None;
-    QString answer; ///< The service's last one, shortened, without the secret key.
-    QString told;   ///< What the cashier was told of it.
-};
-
-/// A receipt with its place in the store.
+/// A receipt read from the store.
 struct StoredReceipt
 {
-    QSharedPointer<AbstractDocument> document; ///< Null for no receipt.
-    qint64 row = 0;                            ///< 0 while it is only in memory.
-    int revision = -1;                         ///< The document's, as it is stored.
-    ReceiptState state = ReceiptState::Open;   ///< As it is stored.
-
-    /// Whether the store holds all of it.
-    bool isStored() const { return row != 0 && document && revision == document->getRevision(); }
-};
-
-/// What the store says of a receipt.
-struct ReceiptRecord
-{
     qint64 row = 0;
-    DocumentHeader header;
     ReceiptState state = ReceiptState::Open;
-    ReportRecord report;
-    QDateTime changed; ///< UTC.
-    QString document;  ///< JSON; in a list left empty.
+    QSharedPointer<AbstractDocument> document = {}; ///< Null when it is unreadable.
+    QString error = {};                             ///< Why it is unreadable.
 };
 
-/// A moment in a receipt's life.
-struct HistoryEntry
-{
-    QDateTime at; ///< UTC.
-    ReceiptState state = ReceiptState::Open;
-    ReportRecord report;
+/// The service's verdict on a message.
+enum class Verdict {
+    Accepted,
+    Refused,  ///< For good.
+    PutOff,   ///< Not now, for a reason that does not blame the message.
+    NoAnswer, ///< No answer from the service.
 };
 
-/// Which receipts to list.
-struct ReceiptFilter
-{
-    std::optional<Report> outcome; ///< Committed ones with that outcome only.
-    QDate since;                   ///< Begun on that day or later; invalid for all.
-    int limit = 1'000;             ///< The latest so many.
-};
-
-/// The till's receipts, their numbers and its queue in one file, "till.db" in the data directory.
+/// Keeps the till's receipts, their numbers and the queue in one file, "till.db" in the data
+/// directory.
 ///
-/// Each operation is one transaction and survives a power cut once it has answered; it fails as a
-/// whole, with `lastError` set, and the next one finds the file afresh. A receipt that could not be
-/// stored lives on in its `StoredReceipt` and is stored by the next call for it. One store belongs
-/// to one thread; stores of several threads and processes share the file.
-class Store
+/// The store accepts every write. A write that the disk refuses waits in memory, unsaved and in
+/// order. Each later write tries it again first, and reads see it as if it were saved. A saved
+/// write survives a power cut. Several threads may use one store, and several processes one file;
+/// at most one process may sell.
+class Store : public QObject
 {
+    Q_OBJECT
 public:
-    explicit Store(const QString &directory);
-    ~Store();
+    /// The result of a write. The error says why it is unsaved; the write is not lost.
+    using Saved = tl::expected<void, QString>;
+    template<typename T>
+    using Result = tl::expected<T, QString>;
+
+    enum class Access {
+        Full,
+        ReadOnly, ///< Reads the known tables of a newer version's file, too.
+    };
+
+    explicit Store(const QString &directory, Access access = Access::Full);
+    /// Tries once more to save what is unsaved.
+    ~Store() override;
     Q_DISABLE_COPY_MOVE(Store)
 
     static QString fileIn(const QString &directory);
+    /// How many unsaved receipts the till of that directory has, or had when it ended.
+    static int unsavedIn(const QString &directory);
 
-    /// Opens the file, which is created when missing, and reads all of it when damage was met there
-    /// before. A damaged one is put aside whole, into "damaged/"; what can still be read of open
-    /// receipts, interrupted commits and waiting messages comes into a new one. \return What the
-    /// cashier is to be told, empty for nothing.
-    QString prepare();
-    /// Whether the file was made by a newer version or for something else: nothing can be kept.
-    bool isForeign() const;
+    /// Opens the file, and checks all of it when an earlier run met damage. A damaged file goes to
+    /// "damaged/"; its readable open receipts, interrupted commits and waiting messages go into a
+    /// new file. \return A note for the integrator, empty for none. Fails when the file is newer or
+    /// no till's.
+    [[nodiscard]] Result<QString> prepare();
 
-    /// Opens a receipt with the next number of its register. Always gives one: when it cannot be
-    /// stored it has a number all the same, which no later receipt gets.
-    StoredReceipt open(const TillPlace &place, int kind);
-    /// Stores what has changed of the receipt, in the state given.
-    [[nodiscard]] bool save(StoredReceipt &receipt, ReceiptState state);
-    /// Stores the receipt as committed together with its messages.
-    [[nodiscard]] bool saveCommitted(StoredReceipt &receipt, const ReportRecord &report,
-                                     const QList<QueuedMessage> &messages);
+    /// Makes a receipt with the register's next number, which no later receipt gets. `save` brings
+    /// it into the store.
+    QSharedPointer<AbstractDocument> newReceipt(const TillPlace &place, int kind);
+    /// Saves the receipt's changes and its state.
+    Saved save(const QSharedPointer<AbstractDocument> &receipt, ReceiptState state);
+    /// Saves the receipt as committed, with messages that replace its earlier ones.
+    Saved saveReport(const QSharedPointer<AbstractDocument> &receipt, const ReportRecord &report,
+                     const QList<QueuedMessage> &messages);
     int shift(const TillPlace &place);
-    /// Begins the next shift. When that cannot be stored it has begun all the same.
-    [[nodiscard]] bool closeShift(const TillPlace &place);
+    /// Ends the shift and begins the next one.
+    Saved closeShift(const TillPlace &place);
+    /// Tries to save all receipts. \return The numbers of those still unsaved.
+    QList<int> unsaved();
 
-    /// The receipts in that state, oldest first, at most so many of a row above `afterRow`. One
-    /// that cannot be read comes without a document.
-    QList<StoredReceipt> receiptsIn(ReceiptState state, int limit, qint64 afterRow = 0);
-    std::optional<qint64> countIn(ReceiptState state);
-    /// The committed receipt of that number, of several the latest; nothing when there is none.
-    std::optional<StoredReceipt> committedReceipt(int number);
-    /// Why the last receipt without a document has none.
-    const QString &documentError() const { return unreadable; }
+    /// The rows of receipts that were saved in that state, oldest first.
+    Result<QList<qint64>> rowsIn(ReceiptState state);
+    StoredReceipt read(qint64 row);
+    /// The latest committed receipt with that number; a null document without an error for none.
+    StoredReceipt committedReceipt(int number);
 
-    std::optional<QList<ReceiptRecord>> list(const ReceiptFilter &filter);
-    /// The receipts of that number, of all registers and data, latest first.
-    std::optional<QList<ReceiptRecord>> find(int number);
-    std::optional<QList<HistoryEntry>> history(qint64 row);
-    /// How many committed receipts there are with that outcome.
-    std::optional<qint64> countReported(Report outcome);
-    /// How the delivery of the loyalty system's queue stands.
-    DeliveryState deliveryState(const QString &queue);
+    /// The latest receipts that pass the filter, latest first.
+    Result<QList<ReceiptRecord>> list(const ReceiptFilter &filter);
+    Result<QList<HistoryEntry>> history(qint64 row);
+    /// The number of committed receipts with that outcome.
+    Result<qint64> countReported(Report outcome);
+    /// The counted requests to the service.
+    Result<QList<ExchangeCount>> exchanges();
+    /// The state of the loyalty queue's delivery.
+    DeliveryState deliveryState();
 
-    /// Removes the oldest receipts begun before that day with which nothing is left to be done, at
-    /// most so many, and gives their place in the file back. \return How many; nothing when it
-    /// failed.
-    std::optional<int> removeBefore(const QDate &day, int limit);
-    /// Does several operations as one: all of them or, when one answers false, none.
-    [[nodiscard]] bool together(const std::function<bool()> &operations);
-    /// Takes over a receipt kept elsewhere until now; one that is here already stays as it is.
-    [[nodiscard]] bool adopt(const QSharedPointer<AbstractDocument> &document, ReceiptState state);
-    /// Has numbers go on behind these at least.
-    [[nodiscard]] bool adoptNumbers(const TillPlace &place, int shift, int number);
+    /// The message to deliver next; nothing when none waits. `unsavedOnly` skips those on the disk.
+    Result<std::optional<QueuedMessage>> nextMessage(bool unsavedOnly = false);
+    /// Notes the service's verdict on a message. Accepted messages leave the disk in groups, so
+    /// after a kill the service gets some of them again and recognises them.
+    void settle(QueuedMessage message, Verdict verdict, const QString &reason = {});
 
-    /// Why the last call failed, naming the file; empty after a success.
-    QString lastError() const { return database.lastError(); }
+    /// The waiting or the parked messages on the disk, in order, at most `limit`.
+    Result<QList<QueuedMessage>> messages(bool parked, int limit);
+    /// Parks waiting messages by hand, or puts parked ones back at their old places; all at once.
+    /// \return How many there were.
+    Result<int> setParked(const QList<qint64> &ids, bool parked);
+
+    /// Removes at most `limit` of the oldest finished receipts begun more than `days` days ago, and
+    /// returns some free space to the file system. A receipt that the till began after a younger
+    /// one stays, whatever its own date. \return How many were removed.
+    Result<int> removeOld(int days, int limit);
+
+    /// Makes the next call open the file again, which a till may have replaced.
+    void reopen();
+    /// Counts a request to the service that ends now; the next write saves the count.
+    void count(const RestClient::Exchange &exchange);
+
+signals:
+    /// An unsaved receipt has been saved. Emitted in the thread that saved it.
+    void savedLate(int number);
+    /// The delivery's state has changed. Emitted in any thread that uses the store.
+    void deliveryChanged(const till::DeliveryState &state);
 
 private:
-    struct Numbers
+    /// One public call: holds the mutex, and emits the signals after releasing it.
+    class Call
+    {
+    public:
+        explicit Call(Store &store)
+            : store(store)
+            , lock(store.mutex)
+        {}
+        ~Call();
+        Q_DISABLE_COPY_MOVE(Call)
+
+    private:
+        Store &store;
+        std::unique_lock<std::mutex> lock;
+    };
+    /// A receipt with its unsaved changes.
+    struct Unsaved
+    {
+        /// The record with the outcome of its messages' delivery so far.
+        ReceiptRecord current() const;
+
+        ReceiptRecord record;
+        QSharedPointer<AbstractDocument> document; ///< Read only for a committed receipt.
+        QByteArray head;                           ///< JSON without the positions.
+        QMap<int, QByteArray> positions; ///< JSON of the changed ones; empty for a removal.
+        bool isReport = false;           ///< Whether its messages replace those on the disk.
+        QList<QueuedMessage> messages;
+        bool isLate = false; ///< Whether the disk has refused it before.
+    };
+    /// A message on the disk as the service's verdict, unsaved as yet, leaves it.
+    struct Settled
+    {
+        QueuedMessage message;
+        bool isAccepted = false;
+    };
+    /// The latest shift and receipt number of a register.
+    struct RegisterNumbers
     {
         int shift = 1;
         int number = 0;
     };
 
-    struct Unfinished
+    Unsaved &take(const QSharedPointer<AbstractDocument> &receipt, ReceiptState state);
+    Unsaved *findUnsaved(const DocumentHeader &header);
+    int patienceOfWrites() const;
+    Saved flush(int patience);
+    void writeAll(Database::Transaction &disk, QHash<qint64, qint64> &ids) const;
+    RegisterNumbers &numbersOf(const TillPlace &where);
+    void reserveNumbers();
+    void noteUnsaved();
+
+    template<typename T>
+    Result<QList<T>> rows(T (*read)(const Database::Row &), const char *sql,
+                          const QVariantList &values = {})
     {
-        QList<StoredReceipt> receipts;
-        QList<QueuedMessage> messages;
-    };
+        return database.run(sql, values).map([read](const Database::Rows &found) {
+            QList<T> records;
+            for (const auto &row : found)
+                records.append(read(row));
+            return records;
+        });
+    }
+    StoredReceipt readRow(qint64 row);
+    Result<std::optional<QueuedMessage>> nextOnDisk();
+    std::optional<QueuedMessage> nextInMemory() const;
+    DeliveryState readDeliveryState();
+    Result<QDate> latestSureDay();
 
-    Unfinished readUnfinished();
-    bool takeUp(const Unfinished &left);
-    static std::optional<QList<ReceiptRecord>>
-    records(const std::optional<QList<Database::Row>> &rows);
-    std::optional<Numbers> readNumbers(const TillPlace &place);
-    bool writeNumbers(const TillPlace &place, const Numbers &given);
-    int nextNumber(const std::optional<Numbers> &known);
-    bool insert(StoredReceipt &receipt, ReceiptState state);
-    bool write(StoredReceipt &receipt, ReceiptState state);
-    StoredReceipt read(const Database::Row &row, ReceiptState state);
+    QString repair(const QString &damage);
+    DatabaseResult<void> takeUp(Database &fresh);
+    qint64 lastIdOf(const char *everGiven, const char *stillThere);
+    QString replaceDamaged();
+    QString putAside();
+    QString repairedFile() const;
 
+    const QString directory;
+    std::mutex mutex;
     Database database;
-    std::unique_ptr<ReservedNumbers> reserved;
-    Numbers last; ///< Given last, stored or not.
-    QString unreadable;
+
+    QList<Unsaved> receipts;
+    QList<Settled> settled;
+    QList<ExchangeCount> counts;
+    bool numbersWait = false;
+
+    TillPlace place;         ///< The register of `numbers`.
+    RegisterNumbers numbers; ///< The numbers given last, saved or not.
+    int reserved = 0;        ///< The highest number reserved for a later store.
+    /// The receipt's revision and state at its last save. Kept alive, so that no other receipt gets
+    /// its address.
+    std::tuple<QSharedPointer<AbstractDocument>, int, ReceiptState> taken;
+    Clock::Time firstSettled;       ///< When the oldest of `settled` was.
+    qint64 lastInMemory = 0;        ///< The id of the latest unsaved message, 0 or below.
+    QHash<qint64, qint64> savedIds; ///< Ids on the disk by the ids that messages had unsaved.
+    qint64 dataVersion = 0;         ///< SQLite's counter of other processes' writes.
+
+    int toldUnsaved = 0;
+    QList<int> late;              ///< Receipts saved late, not told yet.
+    bool messagesChanged = false; ///< Since `toldState`.
+    DeliveryState toldState;
 };
 
 } // namespace till

@@ -1,159 +1,252 @@
 #include "till/core/store.h"
 
+#include "till/core/storeschema.h"
+
+#include <host/documentjson.h>
+#include <host/secretkey.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace till {
 
 namespace {
 
-QDateTime utc(const QVariant &milliseconds)
+constexpr std::array states{"open", "committing", "committed", "cancelled"};
+constexpr std::array outcomes{"", "reported", "queued", "refused"};
+
+/// The value with that name; the first value for an unknown name.
+template<typename Value, size_t size>
+Value valueOf(const std::array<const char *, size> &names, const QVariant &name)
 {
-    return QDateTime::fromMSecsSinceEpoch(milliseconds.toLongLong()).toUTC();
+    const auto found = std::find(names.begin(), names.end(), name.toByteArray());
+    return found == names.end() ? Value() : static_cast<Value>(found - names.begin());
 }
 
-/// Open for a name that no version knows.
-ReceiptState stateOf(const QVariant &name)
-{
-    for (const auto state :
-         {ReceiptState::Committing, ReceiptState::Committed, ReceiptState::Cancelled}) {
-        if (name == nameOf(state))
-            return state;
-    }
-    return ReceiptState::Open;
-}
+#define RECORD_COLUMNS "r.state, r.report, r.answer, r.told, r.changed, r.id, " HEADER_COLUMNS
 
-ReportRecord reportOf(const Database::Row &row, int column)
+HistoryEntry historyOf(const Database::Row &row)
 {
-    ReportRecord record;
-    for (const auto outcome : {Report::Reported, Report::Queued, Report::Refused}) {
-        if (row.at(column) == nameOf(outcome))
-            record.outcome = outcome;
-    }
-    record.answer = row.at(column + 1).toString();
-    record.told = row.at(column + 2).toString();
-    return record;
+    return {utcOf(row.at(4)),
+            valueOf<ReceiptState>(states, row.at(0)),
+            {valueOf<Report>(outcomes, row.at(1)), row.at(2).toString(), row.at(3).toString()}};
 }
-
-#define RECORD_COLUMNS                                                                             \
-    "id, shop, cash, shift, number, kind, begun, state, report, answer, told, changed"
 
 ReceiptRecord recordOf(const Database::Row &row)
 {
-    ReceiptRecord record;
-    record.row = row.at(0).toLongLong();
-    record.header.shopCode = row.at(1).toInt();
-    record.header.cashCode = row.at(2).toInt();
-    record.header.shift = row.at(3).toInt();
-    record.header.num = row.at(4).toInt();
-    record.header.kind = row.at(5).toInt();
-    record.header.dateTimeBeg = QDateTime::fromString(row.at(6).toString(), Qt::ISODate);
-    record.state = stateOf(row.at(7));
-    record.report = reportOf(row, 8);
-    record.changed = utc(row.at(11));
-    if (row.size() > 12)
-        record.document = row.at(12).toString();
-    return record;
+    const auto latest = historyOf(row);
+    return {row.at(5).toLongLong(), headerOf(row.sliced(6)), latest.state, latest.report,
+            latest.at};
 }
 
-/// As of the receipts under way, an index is taken only where the query says what it covers.
-#define UNREPORTED "report IN ('queued', 'refused') AND "
-
-bool isUnreported(Report outcome)
+ExchangeCount countOf(const Database::Row &row)
 {
-    return outcome == Report::Queued || outcome == Report::Refused;
+    return {row.at(0).toString(), row.at(1).toString(), row.at(2).toLongLong(),
+            row.at(3).toDouble(), row.at(4).toLongLong()};
+}
+
+qint64 idOf(const Database::Row &row)
+{
+    return row.first().toLongLong();
+}
+
+bool passes(const ReceiptRecord &record, const ReceiptFilter &filter)
+{
+    return (!filter.outcome || (record.report.outcome == *filter.outcome &&
+                                record.state == ReceiptState::Committed)) &&
+           (!filter.since.isValid() || record.header.dateTimeBeg.date() >= filter.since) &&
+           (filter.number == 0 || record.header.num == filter.number);
 }
 
 } // namespace
 
 QString nameOf(ReceiptState state)
 {
-    static constexpr std::array names{"open", "committing", "committed", "cancelled"};
-    return QLatin1String(names.at(static_cast<size_t>(state)));
+    return QLatin1String(states.at(static_cast<size_t>(state)));
 }
 
 QString nameOf(Report report)
 {
-    static constexpr std::array names{"", "reported", "queued", "refused"};
-    return QLatin1String(names.at(static_cast<size_t>(report)));
+    return QLatin1String(outcomes.at(static_cast<size_t>(report)));
 }
 
-std::optional<QList<ReceiptRecord>> Store::list(const ReceiptFilter &filter)
+Report outcomeOf(const ReportRecord &report, const QList<QueuedMessage> &messages)
 {
-    QVariantList values{filter.since.isValid() ? filter.since.toString(Qt::ISODate)
-                                               : QStringLiteral(""),
-                        filter.limit};
-    if (!filter.outcome)
-        return records(database.read("SELECT " RECORD_COLUMNS " FROM receipts WHERE begun >= ? "
-                                     "ORDER BY id DESC LIMIT ?",
-                                     values));
-    values.prepend(nameOf(*filter.outcome));
-    return records(database.read(isUnreported(*filter.outcome)
-                                     ? "SELECT " RECORD_COLUMNS " FROM receipts WHERE " UNREPORTED
-                                       "report = ? AND begun >= ? ORDER BY id DESC LIMIT ?"
-                                     : "SELECT " RECORD_COLUMNS " FROM receipts WHERE "
-                                       "report = ? AND begun >= ? ORDER BY id DESC LIMIT ?",
-                                 values));
+    const auto isParked = [](const QueuedMessage &message) { return message.isParked; };
+    if (std::any_of(messages.begin(), messages.end(), isParked))
+        return Report::Refused;
+    return messages.isEmpty() || report.outcome == Report::Refused ? report.outcome
+                                                                   : Report::Queued;
 }
 
-std::optional<QList<ReceiptRecord>> Store::find(int number)
+QString answerText(const QJsonObject &answer)
 {
-    return records(database.read("SELECT " RECORD_COLUMNS ", document FROM receipts "
-                                 "WHERE number = ? ORDER BY id DESC",
-                                 {number}));
+    constexpr qsizetype longest = 4096;
+    if (answer.isEmpty())
+        return {};
+    const auto text =
+        withoutSecretKey(QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
+    return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
 }
 
-std::optional<QList<HistoryEntry>> Store::history(qint64 row)
+ReceiptRecord Store::Unsaved::current() const
 {
-    const auto rows = database.read(
-        "SELECT at, state, report, answer, told FROM history WHERE receipt = ? ORDER BY id", {row});
-    if (!rows)
-        return std::nullopt;
-    QList<HistoryEntry> entries;
-    for (const auto &entry : *rows)
-        entries.append({utc(entry.at(0)), stateOf(entry.at(1)), reportOf(entry, 2)});
-    return entries;
+    auto now = record;
+    now.report.outcome = outcomeOf(record.report, messages);
+    return now;
 }
 
-std::optional<qint64> Store::countReported(Report outcome)
+Store::Result<QList<qint64>> Store::rowsIn(ReceiptState state)
 {
-    const auto rows =
-        database.read(isUnreported(outcome) ? "SELECT count(*) FROM receipts WHERE " UNREPORTED
-                                              "report = ? AND state = 'committed'"
-                                            : "SELECT count(*) FROM receipts WHERE report = ? AND "
-                                              "state = 'committed'",
-                      {nameOf(outcome)});
-    return rows ? std::optional(rows->first().first().toLongLong()) : std::nullopt;
+    const Call call(*this);
+    // The index alone lists them, so one unreadable page hides no other receipt.
+    return rows(idOf, "SELECT id FROM receipts WHERE state = ? ORDER BY id", {nameOf(state)});
 }
 
-DeliveryState Store::deliveryState(const QString &queue)
+StoredReceipt Store::read(qint64 row)
 {
-    DeliveryState state;
-    const auto waiting = database.read("SELECT count(*), min(queuedAt) FROM messages "
-                                       "WHERE queue = ? AND parked = 0",
-                                       {queue});
-    const auto parked = database.read("SELECT count(*) FROM messages WHERE queue = ? "
-                                      "AND parked = 1",
-                                      {queue});
-    const auto refused = countReported(Report::Refused);
-    state.error = lastError();
-    if (!waiting || !parked || !refused)
-        return state;
-    state.waiting = waiting->first().at(0).toLongLong();
-    if (state.waiting > 0)
-        state.oldestWaiting = utc(waiting->first().at(1));
-    state.parked = parked->first().first().toLongLong();
-    state.refused = *refused;
-    return state;
+    const Call call(*this);
+    return readRow(row);
 }
 
-std::optional<QList<ReceiptRecord>> Store::records(const std::optional<QList<Database::Row>> &rows)
+StoredReceipt Store::readRow(qint64 row)
 {
-    if (!rows)
-        return std::nullopt;
-    QList<ReceiptRecord> records;
-    for (const auto &row : *rows)
-        records.append(recordOf(row));
-    return records;
+    StoredReceipt receipt;
+    receipt.row = row;
+    const auto heads = database.run("SELECT state, head FROM receipts WHERE id = ?", {row});
+    const auto positions =
+        database.run("SELECT position FROM positions WHERE receipt = ? ORDER BY number", {row});
+    if (!heads || !positions || heads->isEmpty()) {
+        const auto &failed = heads ? positions : heads;
+        receipt.error = failed ? QStringLiteral("there is no such receipt") : failed.error().text;
+        return receipt;
+    }
+    receipt.state = valueOf<ReceiptState>(states, heads->first().at(0));
+    auto json = QJsonDocument::fromJson(heads->first().at(1).toByteArray()).object();
+    QJsonArray all;
+    for (const auto &position : *positions)
+        all.append(QJsonDocument::fromJson(position.first().toByteArray()).object());
+    json.insert(QLatin1String("positions"), all);
+    if (const auto read = documentjson::fromJson(json))
+        receipt.document = *read;
+    else
+        receipt.error = read.error();
+    return receipt;
+}
+
+StoredReceipt Store::committedReceipt(int number)
+{
+    const Call call(*this);
+    (void)flush(0);
+    for (const auto &unsaved : std::as_const(receipts)) {
+        if (unsaved.record.header.num == number && unsaved.record.state == ReceiptState::Committed)
+            return {0, unsaved.record.state, unsaved.document, {}};
+    }
+    const auto found = rows(idOf,
+                            "SELECT id FROM receipts WHERE number = ? AND +state = 'committed' "
+                            "ORDER BY id DESC LIMIT 1",
+                            {number});
+    if (found && !found->isEmpty())
+        return readRow(found->first());
+    return {.error = found ? QString() : found.error()};
+}
+
+Store::Result<QList<ReceiptRecord>> Store::list(const ReceiptFilter &filter)
+{
+    const Call call(*this);
+    auto found =
+        rows(recordOf,
+             "SELECT " RECORD_COLUMNS " FROM receipts r WHERE r.begun >= ?1 "
+             "AND (?2 IS NULL OR (r.report = ?2 AND r.state = 'committed')) "
+             "AND (?3 = 0 OR r.number = ?3) ORDER BY r.id DESC LIMIT ?4",
+             {filter.since.isValid() ? filter.since.toString(Qt::ISODate) : QString(u'0'),
+              filter.outcome ? nameOf(*filter.outcome) : QVariant(), filter.number, filter.limit});
+    if (!found)
+        return found;
+    found->removeIf([this](const auto &record) { return findUnsaved(record.header) != nullptr; });
+    for (const auto &unsaved : std::as_const(receipts)) {
+        if (const auto record = unsaved.current(); passes(record, filter))
+            found->prepend(record);
+    }
+    return found;
+}
+
+Store::Result<QList<HistoryEntry>> Store::history(qint64 row)
+{
+    const Call call(*this);
+    return rows(historyOf,
+                "SELECT state, report, answer, told, at FROM history WHERE receipt = ? "
+                "ORDER BY id",
+                {row});
+}
+
+Store::Result<qint64> Store::countReported(Report outcome)
+{
+    const Call call(*this);
+    return rows(idOf, "SELECT count(*) FROM receipts WHERE state = 'committed' AND report = ?",
+                {nameOf(outcome)})
+        .map([](const QList<qint64> &counted) { return counted.first(); });
+}
+
+Store::Result<QList<ExchangeCount>> Store::exchanges()
+{
+    const Call call(*this);
+    return rows(countOf, "SELECT operation, outcome, count, seconds, last FROM exchanges");
+}
+
+/// The latest day that ends a month with receipts on three days; invalid for none. A clock that was
+/// wrong for a day or two does not set it.
+Store::Result<QDate> Store::latestSureDay()
+{
+    constexpr int month = 30;
+    QList<QDate> days; // latest first
+    for (auto before = QStringLiteral("9999");; before = days.last().toString(Qt::ISODate)) {
+        const auto found =
+            database.run("SELECT max(begun) FROM receipts WHERE begun < ?", {before});
+        if (!found)
+            return tl::unexpected(found.error());
+        const auto day = QDateTime::fromString(found->first().first().toString(), Qt::ISODate);
+        if (!day.isValid())
+            return QDate();
+        days.append(day.date());
+        if (days.size() > 2 && days.at(days.size() - 3) <= day.date().addDays(month))
+            return days.at(days.size() - 3);
+    }
+}
+
+Store::Result<int> Store::removeOld(int days, int limit)
+{
+    const Call call(*this);
+    const auto sure = latestSureDay();
+    if (!sure || !sure->isValid())
+        return sure.map([](QDate /*none*/) { return 0; });
+    const auto today = std::min(*sure, Clock::now().toLocalTime().date());
+    const auto day = today.addDays(-days);
+    // Read first, so that a store with nothing to remove is not written.
+    const auto found =
+        rows(idOf,
+             "SELECT id FROM receipts WHERE begun < ?1 AND changed < ?4 "
+             "AND +state IN ('committed', 'cancelled') AND report NOT IN ('queued', 'refused') "
+             "AND NOT EXISTS (SELECT 1 FROM messages WHERE receipt = receipts.id) "
+             // One with an old date behind younger ones was begun while the clock was wrong.
+             "AND id < (SELECT min(id) FROM receipts WHERE begun BETWEEN ?1 AND ?2) "
+             "ORDER BY begun LIMIT ?3",
+             {day.toString(Qt::ISODate), today.addDays(1).toString(Qt::ISODate), limit,
+              day.startOfDay().toMSecsSinceEpoch()});
+    if (!found || found->isEmpty())
+        return found.map([](const auto & /*none*/) { return 0; });
+    return database
+        .transact([&](auto &disk) {
+            for (const auto id : *found)
+                disk.run("DELETE FROM receipts WHERE id = ?", {id});
+            // At most 200 pages, so that no sale waits for it.
+            disk.run("PRAGMA incremental_vacuum(200)");
+        })
+        .map([&] { return static_cast<int>(found->size()); });
 }
 
 } // namespace till

@@ -1,122 +1,103 @@
 #include "till/core/till.h"
 
-#include "till/core/backgrounddelivery.h"
-#include "till/core/deliverer.h"
-#include "till/core/legacydata.h"
+#include "till/core/retention.h"
 #include "till/core/sale.h"
+#include "till/core/toldtexts.h"
 
-#include "interface/interface.h"
-
-#include <host/dbqueuebroker.h>
 #include <host/dialog.h>
+#include <host/httpresponse.h>
+#include <host/restclient.h>
 
 #include <QThread>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
-Till::Till(const Settings &settings, DialogPresenter &face)
+Till::Till(const Settings &settings, DialogPresenter &face, Work work)
     : settings(settings)
-    , lock(settings.dataDirectory + QLatin1String("/till.lock"))
-    , exchanges(settings.dataDirectory)
-    , told(face)
-    , store(settings.dataDirectory)
+    , work(work)
+    , lock(lockFile(settings.dataDirectory))
+    , ownStore(settings.dataDirectory)
+    , deliverer(ownStore, settings.dataDirectory, settings.backoff)
 {
-    Dialog::setPresenter(&told);
-    Singleton<DBQueueBroker>::instance()->setFile(Store::fileIn(settings.dataDirectory));
+    Dialog::setPresenter(&face, [this](const QString &text, bool isNotice) {
+        logTold(text);
+        if (isNotice && ownSale)
+            ownSale->noteTold(text);
+    });
+    RestClient::setObserver([this, own = QThread::currentThread()](const auto &exchange) {
+        ownStore.count(exchange);
+        if (ownSale && QThread::currentThread() == own)
+            ownSale->noteAnswer(exchange.response);
+    });
 }
 
 Till::~Till()
 {
-    delivery.reset();
+    deliverer.stop();
+    if (delivery.joinable())
+        delivery.join();
+    RestClient::setObserver({});
     ownSale.reset();
-    Singleton<DBQueueBroker>::instance()->setFile({});
     Dialog::setPresenter(nullptr);
 }
 
-std::optional<QString> Till::start()
+QString Till::lockFile(const QString &dataDirectory)
 {
-    if (auto error = takePlace())
-        return error;
-    if (auto error = plugin.load(settings.pluginFile))
-        return error;
-    sellWith(plugin.getSystem());
-    return std::nullopt;
+    return dataDirectory + QLatin1String("/till.lock");
 }
 
-std::optional<QString> Till::start(BasicLoyaltySystem &system)
+Store::Result<QString> Till::start()
 {
-    auto error = takePlace();
-    if (!error)
+    return takePlace().and_then([this](const QString &note) -> Store::Result<QString> {
+        return plugin.load(settings.pluginFile).map([&] {
+            sellWith(plugin.getSystem());
+            return note;
+        });
+    });
+}
+
+Store::Result<QString> Till::start(BasicLoyaltySystem &system)
+{
+    return takePlace().map([&](const QString &note) {
         sellWith(system);
-    return error;
+        return note;
+    });
 }
 
-std::optional<QString> Till::takePlace()
+Store::Result<QString> Till::takePlace()
 {
-    auto state = lock.acquire();
-    // Who only asks whether it is held, a monitor for one, holds it for a moment.
-    for (int i = 0; i < 20 && state == FileLock::State::Busy; ++i) {
-        QThread::msleep(10);
-        state = lock.acquire();
-    }
-    if (state == FileLock::State::Busy)
-        return QStringLiteral("%1: another till is selling here").arg(settings.dataDirectory);
-    if (state == FileLock::State::Unavailable)
-        startNote = lock.lastError() + u'\n';
-    if (auto error = legacydata::adoptQueue(settings.dataDirectory))
-        return error;
-    startNote = (startNote + store.prepare()).trimmed();
-    if (store.isForeign())
-        return startNote;
-    const auto adopted = legacydata::adoptReceipts(settings.dataDirectory, store, settings.place);
-    startNote = (startNote + u'\n' + adopted).trimmed();
-    return std::nullopt;
+    const auto held = work == Work::Sell ? lock.acquire() : tl::expected<void, QString>();
+    if (!held && lock.holder())
+        return tl::unexpected(u"another till is selling here: %1"_s.arg(held.error()));
+    return ownStore.prepare().map([&](const QString &note) {
+        QStringList notes{held ? QString() : held.error(), note};
+        notes.removeAll(QString());
+        return notes.join(u'\n');
+    });
 }
 
 void Till::sellWith(BasicLoyaltySystem &system)
 {
-    ownSale =
-        std::make_unique<Sale>(SaleParts{system, store, unstoredMessages, told, settings.place});
-    exchanges.setUnstored(0);
-    QObject::connect(ownSale.get(), &Sale::happened,
-                     [this](const SaleEvent &event) { countUnstored(event); });
-    QObject::connect(ownSale.get(), &Sale::messagesQueued, [this] {
-        if (delivery)
-            delivery->wake();
-    });
-}
-
-/// For the monitor, which cannot look into the till's memory.
-void Till::countUnstored(const SaleEvent &event)
-{
-    const auto before = toldUnstored.size();
-    if (event.kind == SaleEvent::Kind::NotStored && event.number > 0)
-        toldUnstored.insert(event.number);
-    else if (event.kind == SaleEvent::Kind::StoredLate || event.kind == SaleEvent::Kind::Cancelled)
-        toldUnstored.remove(event.number);
-    if (toldUnstored.size() != before)
-        exchanges.setUnstored(toldUnstored.size());
+    ownSale = std::make_unique<Sale>(system, ownStore, settings.place);
+    QObject::connect(ownSale.get(), &Sale::messagesQueued, [this] { deliverer.wake(); });
 }
 
 void Till::startDelivery()
 {
-    delivery = std::make_unique<BackgroundDelivery>(Store::fileIn(settings.dataDirectory),
-                                                    unstoredMessages, settings.backoff);
-}
-
-DeliveryState Till::deliveryState()
-{
-    return store.deliveryState(loyaltyQueue());
+    delivery = std::thread([this] {
+        Retention retention(ownStore);
+        deliverer.run([&retention] { retention.step(); });
+    });
 }
 
 QList<int> Till::onlyInMemory()
 {
-    const auto receipts = ownSale->unstored();
-    if (receipts.isEmpty() || !unstoredMessages.first())
-        return receipts;
-    DBQueueBroker broker(Store::fileIn(settings.dataDirectory));
-    lmmindbox::Interface service;
-    Deliverer(broker, service).deliverUnstored(unstoredMessages, [] { return false; });
+    auto receipts = ownStore.unsaved();
+    // The delivery's own thread sends them anyway.
+    if (!receipts.isEmpty() && !delivery.joinable())
+        deliverer.deliverUnsaved();
     return receipts;
 }
 

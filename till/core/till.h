@@ -1,73 +1,69 @@
 #pragma once
 
-#include "till/core/deliverystate.h"
-#include "till/core/exchangecounts.h"
-#include "till/core/filelock.h"
+#include "till/core/deliverer.h"
 #include "till/core/loyaltyplugin.h"
 #include "till/core/settings.h"
 #include "till/core/store.h"
-#include "till/core/toldtexts.h"
-#include "till/core/unstoredmessages.h"
 
-#include <QSet>
+#include <host/dialogpresenter.h>
+
 #include <QString>
 
 #include <memory>
-#include <optional>
+#include <thread>
 
 namespace till {
 
-class BackgroundDelivery;
 class Sale;
 
-/// A till at work, without a face: lock, store, loyalty plugin, sale and delivery.
+/// A till without a face: lock, store, loyalty plugin, sale and delivery.
 ///
-/// The settings must be loaded into `Config`. Made and used in one thread, in which the sale and
-/// the loyalty plugin live; the face's dialogs are called from it.
+/// The settings must be loaded into `Config`. Create and use the till in one thread: the sale, the
+/// loyalty plugin and the calls of the face's dialogs stay in it.
 class Till
 {
 public:
+    /// Only a till that sells takes the data directory for itself.
+    enum class Work { Sell, ReportOnly };
+
     /// The face must outlive the till.
-    Till(const Settings &settings, DialogPresenter &face);
+    Till(const Settings &settings, DialogPresenter &face, Work work = Work::Sell);
     ~Till();
     Q_DISABLE_COPY_MOVE(Till)
 
-    /// Takes the data directory, opens the store and loads the plugin. \return Why the till cannot
-    /// sell, nothing when it can.
-    [[nodiscard]] std::optional<QString> start();
-    /// The same with a loyalty system of the caller's, which must outlive the till.
-    [[nodiscard]] std::optional<QString> start(BasicLoyaltySystem &system);
-    /// What was found wrong at the start and is no reason not to sell: a damaged store put aside,
-    /// one that cannot be written. A text for the integrator, empty for nothing.
-    const QString &note() const { return startNote; }
-    /// Begins to deliver in the background.
+    /// Takes the data directory, opens the store and loads the plugin. \return A note for the
+    /// integrator about a fault that does not stop the sale, such as a damaged store; empty for
+    /// none. The error says why the till cannot sell.
+    [[nodiscard]] Store::Result<QString> start();
+    /// The same with the caller's loyalty system, which must outlive the till.
+    [[nodiscard]] Store::Result<QString> start(BasicLoyaltySystem &system);
+    /// Starts the delivery in a thread of its own.
     void startDelivery();
 
-    /// Not before a successful `start`. Connect to its signals, then call `Sale::recover`.
+    /// Only after a successful `start`. Connect to its signals, then call `Sale::recover`.
     Sale &sale() { return *ownSale; }
+    Store &store() { return ownStore; }
     QString pluginDescription() const { return plugin.description(); }
-    DeliveryState deliveryState();
 
-    /// The receipts that would be lost if the till ended now. Tries first to bring what is only in
-    /// memory to the disk, and to the service what the disk does not take.
+    /// The numbers of the unsaved receipts, which would be lost if the till ended now. Tries first
+    /// to save them, and to send the messages that the disk refuses.
     QList<int> onlyInMemory();
 
+    /// The lock file of a till that sells from that data directory.
+    static QString lockFile(const QString &dataDirectory);
+
 private:
-    std::optional<QString> takePlace();
+    Store::Result<QString> takePlace();
     void sellWith(BasicLoyaltySystem &system);
-    void countUnstored(const SaleEvent &event);
 
     Settings settings;
-    FileLock lock;
-    ExchangeCounts exchanges;
-    QString startNote;
-    ToldTexts told;
-    Store store;
-    UnstoredMessages unstoredMessages;
+    Work work;
+    ProcessLock lock;
+    Store ownStore;
     LoyaltyPlugin plugin;
     std::unique_ptr<Sale> ownSale;
-    std::unique_ptr<BackgroundDelivery> delivery;
-    QSet<int> toldUnstored; ///< Numbers of receipts told as being only in memory.
+    Deliverer deliverer;
+    std::thread delivery;
 };
 
 } // namespace till

@@ -3,66 +3,28 @@
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
-#include <utility>
+#include <QRegularExpression>
 
 namespace till {
 
-QString ToldTexts::take()
+namespace {
+
+/// Masks phone numbers and e-mail addresses, which a service's message may repeat. A date with a
+/// time has as many digits as a phone, and stays.
+QString withoutPersonalData(QString text)
 {
-    return std::exchange(texts, {}).join(u'\n');
+    static const QRegularExpression personal(QStringLiteral(
+        R"re([^\s<(]+@[^\s>),;]+|(?<!\d)(?!\d{4}-\d\d-\d\d)\+?\d(?:[ ()-]*\d){9,})re"));
+    return text.replace(personal, QStringLiteral("***"));
 }
 
-void ToldTexts::note(const QString &text)
+} // namespace
+
+void logTold(const QString &text)
 {
     static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.cashier"));
     if (!text.isEmpty())
-        logger->info(QStringLiteral("%1"), text);
-}
-
-void ToldTexts::showError(const tr::Tr &text)
-{
-    keep(text);
-    face.showError(text);
-}
-
-void ToldTexts::showMessage(const tr::Tr &text)
-{
-    keep(text);
-    face.showMessage(text);
-}
-
-bool ToldTexts::showChoice(const tr::Tr &question, const tr::Tr &ok, const tr::Tr &cancel)
-{
-    note(question.toString());
-    return face.showChoice(question, ok, cancel);
-}
-
-core::BasicDialog::Result ToldTexts::showInputText(const InputTextRequest &request)
-{
-    note(request.message.toString());
-    return face.showInputText(request);
-}
-
-QVariantMap ToldTexts::showForm(const FormRequest &request)
-{
-    note(request.title.toString());
-    return face.showForm(request);
-}
-
-void ToldTexts::showProgress(const ProgressRequest &request)
-{
-    face.showProgress(request);
-}
-
-void ToldTexts::hideProgress()
-{
-    face.hideProgress();
-}
-
-void ToldTexts::keep(const tr::Tr &text)
-{
-    texts.append(text.toString());
-    note(texts.constLast());
+        logger->info(QStringLiteral("%1"), withoutPersonalData(text));
 }
 
 } // namespace till

@@ -2,20 +2,27 @@
 
 #include "till/core/printable.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 
 #include <ostream>
 
 namespace till {
 
-/// Says why a command could not do it. \return The exit code for that.
+/// The translation context of the integrator's commands.
+struct Office
+{
+    Q_DECLARE_TR_FUNCTIONS(Office)
+};
+
+/// Prints why a command failed. \return The exit code of a failure.
 inline int fail(std::ostream &output, const QString &reason)
 {
     printLine(output, reason);
     return 1;
 }
 
-/// Writes JSON for another program to read, and a line's end.
+/// Prints JSON and a line end.
 template<typename Json>
 void printJson(std::ostream &output, const Json &json)
 {

@@ -1,219 +1,263 @@
 #include "till/office/finding.h"
 
-#include "till/office/serviceprobe.h"
-#include "till/office/texts.h"
+#include "till/core/settingtable.h"
+#include "till/office/answer.h"
+#include "till/office/connection.h"
 
 #include "interface/interface.h"
 
-#include <host/config.h>
-#include <host/proxy.h>
 #include <host/restclient.h>
 #include <host/secretkey.h>
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QUrl>
 
-#include <algorithm>
-#include <utility>
+using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
 
-/// Nobody's: the numbering plan has no such code.
-const auto nobodysPhone = QStringLiteral("70000000000");
+using enum Finding::Level;
 
-void checkProxy(const QUrl &url, Findings &findings)
+constexpr auto urlKey = "LmMindbox:url"_L1;
+constexpr auto authorityKey = "Http:caFile"_L1;
+constexpr auto connectionCheck = "service.connection";
+constexpr auto certificateCheck = "service.certificate";
+constexpr auto answerCheck = "service.answer";
+
+/// What fails, and the remedy as in `Findings::add`.
+struct Fault
 {
-    constexpr auto check = "proxy";
-    const auto proxy = Proxy::of(url);
-    if (proxy.address.isEmpty()) {
-        findings.ok(check, Office::tr("none"));
-        return;
-    }
-    const auto text = QStringLiteral("%1: %2").arg(
-        proxy.source, proxy.harmless(QString::fromUtf8(proxy.address)));
-    findings.add(Finding::levelOf(false, proxy.source != QLatin1String("Http:proxy")), check, text,
-                 Office::tr("The environment of a service is another one: set Http:proxy, or "
-                            "no_proxy."));
+    const char *check; ///< Null for no fault.
+    QString mend;
+    QString key = {};
+};
+
+void checkProxy(const Connection &connection, Findings &findings)
+{
+    const auto isNone = connection.proxy().isEmpty();
+    // A user and a password stand before the "@".
+    const auto text =
+        u"%1: %2"_s.arg(connection.proxySource(), connection.proxy().section(u'@', -1));
+    findings.add(
+        isNone || connection.proxySource() == "Http:proxy"_L1 ? Ok : Warning, "proxy",
+        isNone ? Office::tr("none") : text, {},
+        Office::tr("A system service has another environment: set Http:proxy, or no_proxy."));
 }
 
-QString certificateText(const ShownCertificate &certificate)
-{
-    const auto days = QDateTime::currentDateTimeUtc().daysTo(certificate.expires);
-    return Office::tr("%1, by %2, until %3 (%4 days)")
-        .arg(certificate.subject, certificate.issuer,
-             certificate.expires.toString(QStringLiteral("dd.MM.yyyy")))
-        .arg(days);
-}
-
-void checkCertificate(const ServiceProbe &probe, Findings &findings)
+void checkCertificate(const Connection &connection, Findings &findings)
 {
     constexpr qint64 fewDays = 14;
-    if (probe.chain.isEmpty())
+    const auto certificate = connection.certificate();
+    if (!certificate)
         return;
-    const auto earliest =
-        *std::min_element(probe.chain.cbegin(), probe.chain.cend(),
-                          [](const auto &a, const auto &b) { return a.expires < b.expires; });
-    findings.certificateExpires = earliest.expires.toSecsSinceEpoch();
-    const auto isNear = QDateTime::currentDateTimeUtc().daysTo(earliest.expires) < fewDays;
-    findings.add(Finding::levelOf(false, isNear), "service.certificate", certificateText(earliest),
-                 Office::tr("Its owner must renew it before that day."));
+    const auto &[subject, issuer, expires] = *certificate;
+    const auto days = QDateTime::currentDateTimeUtc().daysTo(expires);
+    findings.certificateExpires = expires.toSecsSinceEpoch();
+    findings.add(days < fewDays ? Warning : Ok, certificateCheck,
+                 Office::tr("%1, by %2, until %3 (%4 days)")
+                     .arg(subject, issuer, expires.toString(u"dd.MM.yyyy"_s))
+                     .arg(days),
+                 {}, Office::tr("Its owner must renew it before that day."));
 }
 
-void checkClock(const ServiceProbe &probe, Findings &findings)
+void checkClock(const Connection &connection, Findings &findings)
 {
-    constexpr auto check = "clock";
     constexpr qint64 wrong = 3600;
     constexpr qint64 doubtful = 60;
-    if (!probe.clockAhead) {
-        findings.ok(check, Office::tr("the service does not tell the time"));
-        return;
-    }
-    const auto ahead = probe.clockAhead->count();
-    findings.clockAhead = ahead;
-    findings.add(Finding::levelOf(std::abs(ahead) > wrong, std::abs(ahead) > doubtful), check,
-                 Office::tr("%1 s ahead of the service's").arg(ahead),
-                 Office::tr("Put the clock right and keep it so: systemd-timesyncd or chrony."));
+    findings.clockAhead = connection.clockAhead();
+    const auto slip = std::abs(findings.clockAhead.value_or(0));
+    const auto doubt = slip > doubtful ? Warning : Ok;
+    const auto found =
+        findings.clockAhead
+            ? Office::tr("%1 s ahead of the service's clock").arg(*findings.clockAhead)
+            : Office::tr("the service does not tell the time");
+    findings.add(slip > wrong ? Failed : doubt, "clock", found, {},
+                 Office::tr("Set the clock, and keep it right with systemd-timesyncd or chrony."));
 }
 
-QString mendOfCertificate(const ServiceProbe &probe)
+/// libcurl has one code for all failed handshakes; only its words tell whether the other side
+/// speaks TLS.
+bool isOldTls(const QString &words)
 {
-    if (!probe.chain.isEmpty() && probe.chain.first().expires < QDateTime::currentDateTimeUtc())
-        return Office::tr("The certificate has expired: the service, or this clock, must be put "
-                          "right.");
-    return probe.isOfOtherHost
-               ? Office::tr("The certificate is for another host: correct LmMindbox:url.")
-               : Office::tr("Its authority is not trusted: name its PEM file in Http:caFile.");
+    static const QRegularExpression spoken(
+        u"SSL routines(?!.*(wrong version number|packet length too long|unexpected eof))"_s);
+    return words.contains(spoken);
 }
 
-/// Which check has failed, and what is to be done.
-std::pair<const char *, QString> failureOf(const ServiceProbe &probe, bool isDirect)
+Fault noTls()
 {
-    using Failure = ServiceProbe::Failure;
-    switch (probe.failure) {
-    case Failure::None:
-        break;
-    case Failure::Name:
-        if (isDirect)
-            return {"service.name",
-                    Office::tr("Correct the host in LmMindbox:url, or the name server.")};
-        [[fallthrough]];
-    case Failure::Connection:
-        return {"service.connection",
-                isDirect ? Office::tr("Correct the port in LmMindbox:url, or let the till through "
-                                      "the firewall.")
-                         : Office::tr("Correct the proxy, or do without.")};
-    case Failure::Tls:
-        return {"service.certificate", Office::tr("There is no TLS at this port: correct scheme "
-                                                  "and port in LmMindbox:url.")};
-    case Failure::Authorities:
-        return {"service.certificate", Office::tr("Nobody is trusted without this file: install "
-                                                  "ca-certificates, or correct Http:caFile.")};
-    case Failure::Certificate:
-        return {"service.certificate", mendOfCertificate(probe)};
-    case Failure::Silent:
-        return {"service.answer", Office::tr("The service hangs; ask its owner.")};
-    case Failure::Answer:
-        return {"service.answer", Office::tr("Begin LmMindbox:url with https: what answers at this "
-                                             "port does not speak http.")};
-    }
-    return {};
+    return {certificateCheck,
+            Office::tr("The port does not speak TLS: correct scheme and port in %1."), urlKey};
 }
 
-void checkWay(const QUrl &url, const ServiceProbe &probe, Findings &findings)
+/// Tells why a certificate is not accepted, by OpenSSL's number for it.
+Fault trustFault(long verdict)
 {
-    using Failure = ServiceProbe::Failure;
-    if (probe.failure != Failure::Name && probe.failure != Failure::Connection)
-        findings.ok("service.connection",
-                    Office::tr("%1 in %2 ms").arg(probe.address).arg(probe.connectTime.count()));
-    if (probe.failure != Failure::Certificate)
-        checkCertificate(probe, findings);
-    const auto proxy = Proxy::of(url);
-    const auto [check, mend] = failureOf(probe, proxy.address.isEmpty());
-    if (!check) {
-        checkClock(probe, findings);
-        return;
-    }
-    auto reason = probe.reason + proxy.note();
-    if (probe.failure == Failure::Certificate && !probe.chain.isEmpty()) {
-        findings.certificateExpires = probe.chain.first().expires.toSecsSinceEpoch();
-        reason += QStringLiteral("; ") + certificateText(probe.chain.first());
-    }
-    findings.fail(check, reason, mend);
+    constexpr long hasExpired = 10;
+    constexpr long isTrusted = 1; // or 0; 1 also stands for "not known yet"
+    if (verdict == hasExpired)
+        return {certificateCheck, Office::tr("The certificate has expired: its owner must renew "
+                                             "it, or this clock is wrong.")};
+    if (verdict <= isTrusted)
+        return {certificateCheck, Office::tr("The certificate is for another host: correct %1."),
+                urlKey};
+    return {certificateCheck,
+            Office::tr("The certificate's authority is not trusted: name its PEM file in %1."),
+            authorityKey};
 }
 
-/// What is to be done about an answer that is not the one hoped for.
-QString mendOf(const lmmindbox::OperationResult &result)
+/// Tells a handshake that hangs from a port without TLS.
+Fault silenceFault(QUrl url)
+{
+    constexpr int httpsPort = 443;
+    url.setPort(url.port(httpsPort));
+    url.setScheme(u"http"_s);
+    Connection plain(url);
+    if (plain.open() == CURLE_OK)
+        return noTls();
+    if (!plain.isConnected())
+        return {};
+    return {certificateCheck,
+            Office::tr("The service hangs during the TLS handshake; ask its owner.")};
+}
+
+Fault tlsFault(const Connection &connection, const QUrl &url)
+{
+    switch (connection.code()) {
+    case CURLE_SSL_CACERT_BADFILE:
+        return {certificateCheck,
+                Office::tr("Without this file no certificate is trusted: install ca-certificates, "
+                           "or correct %1."),
+                authorityKey};
+    case CURLE_PEER_FAILED_VERIFICATION:
+        return trustFault(connection.info<long>(CURLINFO_SSL_VERIFYRESULT));
+    case CURLE_SSL_CONNECT_ERROR:
+        if (!isOldTls(connection.words()))
+            return noTls();
+        return {certificateCheck,
+                Office::tr("The service's TLS is too old: its owner must enable 1.2.")};
+    case CURLE_OPERATION_TIMEDOUT:
+        if (url.scheme() == "https"_L1 &&
+            connection.info<curl_off_t>(CURLINFO_APPCONNECT_TIME_T) == 0)
+            return silenceFault(url);
+        return {};
+    default:
+        return {};
+    }
+}
+
+/// The step that failed; after a time-out, the step that was under way.
+Fault faultOf(const Connection &connection, const QUrl &url)
+{
+    if (connection.isProxyLoginWanted())
+        return {connectionCheck, Office::tr("Put the proxy's user and password into %1."),
+                connection.proxySource()};
+    if (connection.code() == CURLE_OK)
+        return {};
+    if (const auto fault = tlsFault(connection, url); fault.check)
+        return fault;
+    if (!connection.isConnected() && !connection.proxy().isEmpty())
+        return {connectionCheck, Office::tr("Correct the proxy %1, or remove it."),
+                connection.proxySource()};
+    if (connection.code() == CURLE_COULDNT_RESOLVE_HOST ||
+        connection.info<curl_off_t>(CURLINFO_NAMELOOKUP_TIME_T) == 0)
+        return {"service.name", Office::tr("Correct the host in %1, or the name server."), urlKey};
+    if (!connection.isConnected())
+        return {connectionCheck,
+                Office::tr("Correct the port in %1, or let the till through the firewall."),
+                urlKey};
+    if (connection.code() == CURLE_OPERATION_TIMEDOUT)
+        return {answerCheck, Office::tr("The service hangs; ask its owner.")};
+    return {answerCheck, Office::tr("The port does not speak http: begin %1 with https."), urlKey};
+}
+
+/// \return Whether the service answers.
+bool checkWay(Findings &findings)
+{
+    const QUrl url(settingText(urlKey));
+    Connection connection(url);
+    connection.open();
+    checkProxy(connection, findings);
+    const auto [check, mend, key] = faultOf(connection, url);
+    if (connection.isConnected() && !connection.isProxyLoginWanted())
+        findings.ok(connectionCheck,
+                    Office::tr("%1 in %2 ms")
+                        .arg(QLatin1StringView(connection.info<const char *>(CURLINFO_PRIMARY_IP)))
+                        .arg(connection.info<curl_off_t>(CURLINFO_CONNECT_TIME_T) / 1'000));
+    if (check) {
+        const auto found = connection.isProxyLoginWanted()
+                               ? Office::tr("the proxy asks for a user and a password")
+                               : Office::tr("no connection: \"%1\"").arg(connection.words());
+        findings.add(Failed, check, found, key, mend);
+        return false;
+    }
+    checkCertificate(connection, findings);
+    checkClock(connection, findings);
+    return true;
+}
+
+/// The remedy for a failed look-up.
+Fault lookUpFault(const lmmindbox::OperationResult &result)
 {
     if (result.transportCode != 0)
-        return Office::tr("The service hangs, or LmMindbox:timeout is too short.");
+        return {{}, Office::tr("The service hangs, or %1 is too short."), u"LmMindbox:timeout"_s};
     switch (result.httpCode) {
     case 401:
-        return Office::tr("Correct LmMindbox:secretKey.");
+        return {{}, {}, u"LmMindbox:secretKey"_s};
     case 403:
-        return Office::tr("Correct LmMindbox:endpoint; its rights are given at the service.");
+        return {{},
+                Office::tr("Correct %1, or have the service grant it the rights."),
+                u"LmMindbox:endpoint"_s};
     case 404:
     case 405:
-        return Office::tr("Correct the path in LmMindbox:url.");
+        return {{}, Office::tr("Correct the path in %1."), urlKey};
     case 429:
     case 503:
-        return Office::tr("The service has too much to do; try again later.");
+        return {{}, Office::tr("The service is overloaded; try again later.")};
     default:
         break;
     }
-    if (result.response.isEmpty())
-        return Office::tr("Something else than the service has answered: correct LmMindbox:url, "
-                          "or log in to the network.");
-    return Office::tr("The service's own words say what it does not like.");
+    if (!result.response.isEmpty())
+        return {{}, Office::tr("The service's message says what is wrong.")};
+    return {{},
+            Office::tr("The answer is not the service's: correct %1, or log in to the network."),
+            urlKey};
 }
 
 void checkLookUp(const QString &phone, Findings &findings)
 {
     constexpr auto check = "service.lookup";
-    RestClient::setPurpose(RestClient::Purpose::Delivery); // nothing here is too slow to be asked
-    lmmindbox::Interface service;
+    // Asks a service that a sale would skip, too.
+    RestClient::setPurpose(RestClient::Purpose::Delivery);
     QElapsedTimer timer;
     timer.start();
-    const auto result = service.getCustomer(phone.isEmpty() ? nobodysPhone : phone);
-    const auto time = timer.elapsed();
-    using lmmindbox::OperationStatus;
-    if (result.success() || result.status == OperationStatus::ValidationError) {
+    // The numbering plan has no such code, so nobody has this number.
+    const auto result =
+        lmmindbox::Interface().getCustomer(phone.isEmpty() ? u"70000000000"_s : phone);
+    if (result.success() || result.status == lmmindbox::OperationStatus::ValidationError) {
         findings.ok(check, Office::tr("answered in %1 ms: %2")
-                               .arg(time)
+                               .arg(timer.elapsed())
                                .arg(result.customer.found() ? Office::tr("customer found")
                                                             : Office::tr("no such customer")));
         return;
     }
-    auto text = Office::tr("HTTP code %1 in %2 ms").arg(result.httpCode).arg(time);
-    if (result.transportCode != 0)
-        text = RestClient::transportErrorText(result.transportCode);
-    else if (result.response.isEmpty())
-        text += Office::tr(", no JSON object");
-    const auto said = result.response.value(QLatin1String("errorMessage")).toString();
-    if (!said.isEmpty())
-        text += QStringLiteral(": ") + withoutSecretKey(said).left(200);
-    findings.fail(check, text, mendOf(result));
+    const auto said = withoutSecretKey(result.response.value("errorMessage"_L1).toString());
+    const auto text =
+        result.transportCode != 0
+            ? Office::tr("no answer in %1 ms").arg(timer.elapsed())
+            : Office::tr("HTTP code %1, message: \"%2\"").arg(result.httpCode).arg(said.left(200));
+    const auto fault = lookUpFault(result);
+    findings.add(Failed, check, text, fault.key, fault.mend);
 }
 
 } // namespace
 
 void checkService(const QString &phone, Findings &findings)
 {
-    const auto *const config = Singleton<Config>::instance();
-    const QUrl url(config->getText(QStringLiteral("LmMindbox:url")));
-    if (!url.isValid() || url.host().isEmpty()) {
-        findings.fail("service.name", Office::tr("not asked"),
-                      Office::tr("Set LmMindbox:url to the service's URL."));
-        return;
-    }
-    checkProxy(url, findings);
-    constexpr int usual = 5;
-    const std::chrono::seconds timeout(
-        std::max(1, config->getInt(QStringLiteral("LmMindbox:timeout"), usual)));
-    const auto probe = probeService(url, timeout);
-    checkWay(url, probe, findings);
-    if (probe.failure == ServiceProbe::Failure::None)
+    if (!findings.hasFailed(urlKey) && !findings.hasFailed(authorityKey) && checkWay(findings))
         checkLookUp(phone, findings);
 }
 

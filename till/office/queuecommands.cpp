@@ -1,191 +1,139 @@
 #include "till/office/commands.h"
 
-#include "till/core/deliverer.h"
+#include "till/core/store.h"
 #include "till/office/answer.h"
-#include "till/office/texts.h"
 
 #include "interface/ordermessage.h"
 
-#include <host/dbqueuebroker.h>
-#include <host/privatefile.h>
-
-#include <QFileInfo>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 namespace {
 
-QString ageText(const QDateTime &since)
-{
-    constexpr qint64 minute = 60;
-    constexpr qint64 hour = 60 * minute;
-    const auto seconds = qMax<qint64>(0, since.secsTo(QDateTime::currentDateTimeUtc()));
-    return QStringLiteral("%1:%2:%3")
-        .arg(seconds / hour)
-        .arg(seconds / minute % minute, 2, 10, QLatin1Char('0'))
-        .arg(seconds % minute, 2, 10, QLatin1Char('0'));
-}
-
-QString methodOf(const QueuedMessage &message)
-{
-    return message.message.value(lmmindbox::ordermessage::method).toString(QStringLiteral("?"));
-}
+constexpr int everything = std::numeric_limits<int>::max();
 
 QJsonArray toJson(const QList<QueuedMessage> &messages)
 {
     QJsonArray array;
     for (const auto &message : messages)
-        array.append(QJsonObject{
-            {QLatin1String("id"), message.id},
-            {QLatin1String("queuedAt"), message.queuedAt.toString(Qt::ISODate)},
-            {QLatin1String("tries"), message.tries},
-            {QLatin1String("lastError"), message.lastError},
-            {QLatin1String("message"), message.message},
-        });
+        array.append(QJsonObject{{"id"_L1, message.id},
+                                 {"queuedAt"_L1, message.queuedAt.toString(Qt::ISODate)},
+                                 {"tries"_L1, message.tries},
+                                 {"lastError"_L1, message.lastError},
+                                 {"message"_L1, message.message}});
     return array;
 }
 
-/// The identity of the order that a message is about.
-QString orderOf(const QueuedMessage &message)
+QString lineOf(const QueuedMessage &queued)
 {
-    const auto ids =
-        message
-            .message[lmmindbox::ordermessage::payload][QLatin1String("order")][QLatin1String("ids")]
-            .toObject();
-    return ids.isEmpty() ? QStringLiteral("?") : ids.constBegin()->toString();
+    namespace keys = lmmindbox::ordermessage;
+    const auto &message = queued.message;
+    const auto ids = message[keys::payload]["order"_L1]["ids"_L1].toObject();
+    const auto line = Office::tr("%1 %2, order %3, since %4, tries %5")
+                          .arg(QString::number(queued.id), message[keys::method].toString(u"?"_s),
+                               ids.isEmpty() ? u"?"_s : ids.constBegin()->toString(),
+                               queued.queuedAt.toLocalTime().toString(u"dd.MM.yyyy hh:mm:ss"_s),
+                               QString::number(queued.tries));
+    return queued.lastError.isEmpty() ? line : u"%1: %2"_s.arg(line, queued.lastError);
 }
 
-QString lineOf(const QueuedMessage &message)
-{
-    return Office::tr("%1 %2, order %3, age %4, tries %5")
-        .arg(QString::number(message.id), methodOf(message), orderOf(message),
-             ageText(message.queuedAt), QString::number(message.tries));
-}
-
-int list(DBQueueBroker &broker, std::ostream &output, bool asJson)
+int list(Store &store, std::ostream &output, bool parked, bool asJson)
 {
     constexpr int most = 50;
-    const auto state = broker.state(loyaltyQueue());
-    const auto messages = broker.waiting(loyaltyQueue(), most);
-    if (!state || !broker.lastError().isEmpty())
-        return fail(output, broker.lastError());
-    const auto exitCode = state->parked > 0 ? parkedExit : 0;
+    const auto state = store.deliveryState();
+    const auto messages = store.messages(parked, most);
+    if (!state.error.isEmpty() || !messages)
+        return fail(output, messages ? state.error : messages.error());
     if (asJson) {
-        printJson(output, QJsonObject{{QLatin1String("waiting"), state->waiting},
-                                      {QLatin1String("parked"), state->parked},
-                                      {QLatin1String("messages"), toJson(messages)}});
-        return exitCode;
-    }
-    for (const auto &message : messages)
-        printLine(output, lineOf(message));
-    if (state->waiting > messages.size())
-        printLine(output, Office::tr("the first %1 of %2; \"export\" writes all")
-                              .arg(messages.size())
-                              .arg(state->waiting));
-    printLine(output, textOf(*state));
-    return exitCode;
-}
-
-int listParked(DBQueueBroker &broker, std::ostream &output, bool asJson)
-{
-    const auto messages = broker.parked(loyaltyQueue());
-    if (!broker.lastError().isEmpty())
-        return fail(output, broker.lastError());
-    if (asJson) {
-        printJson(output, toJson(messages));
+        printJson(output, QJsonObject{{"waiting"_L1, state.waiting},
+                                      {"parked"_L1, state.parked},
+                                      {"messages"_L1, toJson(*messages)}});
     } else {
-        for (const auto &message : messages)
-            printLine(output, QStringLiteral("%1: %2").arg(lineOf(message), message.lastError));
-        printLine(output, Office::tr("parked: %1").arg(messages.size()));
+        for (const auto &message : *messages)
+            printLine(output, lineOf(message));
+        const auto count = parked ? state.parked : state.waiting;
+        if (count > messages->size())
+            printLine(output, Office::tr("the first %1 of %2; \"export\" writes them all")
+                                  .arg(messages->size())
+                                  .arg(count));
+        printLine(output, textOf(state));
     }
-    return messages.isEmpty() ? 0 : parkedExit;
+    return state.parked > 0 ? parkedExit : 0;
 }
 
-int park(DBQueueBroker &broker, std::ostream &output, const QString &which)
+int park(Store &store, std::ostream &output, const QString &id)
 {
-    bool isNumber = false;
-    const auto id = which.toLongLong(&isNumber);
-    if (!isNumber)
-        return fail(output, Office::tr("Expected a message's number, not \"%1\".").arg(which));
-    if (!broker.park(id, QStringLiteral("by hand")))
-        return fail(output, broker.lastError());
+    const auto parked = store.setParked({id.toLongLong()}, true);
+    if (!parked || *parked == 0)
+        return fail(output, parked ? Office::tr("There is no waiting message %1.").arg(id)
+                                   : parked.error());
     printLine(output, Office::tr("parked: %1").arg(id));
     return 0;
 }
 
-int retry(DBQueueBroker &broker, std::ostream &output, const QString &which)
+int retry(Store &store, std::ostream &output, const QString &which)
 {
-    auto messages = broker.parked(loyaltyQueue());
-    if (!broker.lastError().isEmpty())
-        return fail(output, broker.lastError());
-    if (which != QLatin1String("all")) {
-        messages.removeIf(
-            [&which](const auto &message) { return QString::number(message.id) != which; });
-        if (messages.isEmpty())
-            return fail(output, Office::tr("There is no parked message %1.").arg(which));
+    const auto isAll = which == "all"_L1;
+    const auto parked = store.messages(true, everything);
+    if (!parked)
+        return fail(output, parked.error());
+    QList<qint64> ids;
+    for (const auto &message : *parked) {
+        if (isAll || QString::number(message.id) == which)
+            ids.append(message.id);
     }
-    for (const auto &message : std::as_const(messages)) {
-        if (!broker.unpark(message.id))
-            return fail(output, broker.lastError());
-    }
-    printLine(output, Office::tr("put back: %1").arg(messages.size()));
+    const auto count = store.setParked(ids, false);
+    if (!count || (*count == 0 && !isAll))
+        return fail(output, count ? Office::tr("There is no parked message %1.").arg(which)
+                                  : count.error());
+    printLine(output, Office::tr("put back: %1").arg(*count));
     return 0;
 }
 
-int exportTo(DBQueueBroker &broker, std::ostream &output, const QString &file)
+int exportTo(Store &store, std::ostream &output, const QString &name)
 {
-    if (QFileInfo::exists(file) || QFileInfo(file).isSymLink())
-        return fail(output, Office::tr("%1: expected a new file").arg(file));
-    const auto waiting = broker.waiting(loyaltyQueue(), std::numeric_limits<int>::max());
-    if (!broker.lastError().isEmpty())
-        return fail(output, broker.lastError());
-    const auto parked = broker.parked(loyaltyQueue());
-    if (!broker.lastError().isEmpty())
-        return fail(output, broker.lastError());
-    const QJsonObject content{{QLatin1String("waiting"), toJson(waiting)},
-                              {QLatin1String("parked"), toJson(parked)}};
-    if (const auto error = privatefile::write(file, QJsonDocument(content).toJson()))
-        return fail(output, Office::tr("%1: cannot be written: %2").arg(file, *error));
-    printLine(output,
-              Office::tr("exported: %1 waiting, %2 parked").arg(waiting.size()).arg(parked.size()));
+    const auto waiting = store.messages(false, everything);
+    const auto parked = store.messages(true, everything);
+    if (!waiting || !parked)
+        return fail(output, waiting ? parked.error() : waiting.error());
+    const QJsonObject content{{"waiting"_L1, toJson(*waiting)}, {"parked"_L1, toJson(*parked)}};
+    const auto bytes = QJsonDocument(content).toJson();
+    QFile file(name);
+    if (!file.open(QIODevice::NewOnly) || file.write(bytes) != bytes.size() || !file.flush())
+        return fail(output, Office::tr("%1: expected a new file that can be written: %2")
+                                .arg(name, file.errorString()));
+    printLine(
+        output,
+        Office::tr("exported: %1 waiting, %2 parked").arg(waiting->size()).arg(parked->size()));
     return 0;
 }
 
 } // namespace
 
-QString textOf(const QueueState &state)
+QString textOf(const DeliveryState &state)
 {
-    auto text = Office::tr("waiting: %1, parked: %2").arg(state.waiting).arg(state.parked);
-    if (const auto &next = state.oldest) {
-        text += Office::tr("\nnext: %1 %2, age %3, tries %4")
-                    .arg(next->id)
-                    .arg(methodOf(*next), ageText(next->queuedAt))
-                    .arg(next->tries);
-        if (!next->lastError.isEmpty())
-            text += Office::tr("\nlast error: %1").arg(next->lastError);
-    }
-    return text;
+    return Office::tr("waiting: %1, parked: %2").arg(state.waiting).arg(state.parked);
 }
 
-int runQueueCommand(DBQueueBroker &broker, std::ostream &output, const QStringList &arguments,
-                    bool asJson)
+int runQueueCommand(Store &store, std::ostream &output, const QStringList &arguments, bool asJson)
 {
-    const auto verb = arguments.value(0, QStringLiteral("list"));
-    const auto count = qMax<qsizetype>(1, arguments.size());
-    if (verb == QLatin1String("list") && count == 1)
-        return list(broker, output, asJson);
-    if (verb == QLatin1String("parked") && count == 1)
-        return listParked(broker, output, asJson);
-    if (verb == QLatin1String("park") && count == 2)
-        return park(broker, output, arguments.at(1));
-    if (verb == QLatin1String("retry") && count == 2)
-        return retry(broker, output, arguments.at(1));
-    if (verb == QLatin1String("export") && count == 2)
-        return exportTo(broker, output, arguments.at(1));
+    const auto verb = arguments.value(0, u"list"_s);
+    const auto hasObject = arguments.size() == 2;
+    if (!hasObject && (verb == "list"_L1 || verb == "parked"_L1))
+        return list(store, output, verb == "parked"_L1, asJson);
+    if (hasObject && verb == "park"_L1)
+        return park(store, output, arguments.at(1));
+    if (hasObject && verb == "retry"_L1)
+        return retry(store, output, arguments.at(1));
+    if (hasObject && verb == "export"_L1)
+        return exportTo(store, output, arguments.at(1));
     printLine(output, Office::tr("Expected: till queue [list | parked | park ID | retry ID | retry "
                                  "all | export FILE]"));
     return 2;

@@ -2,180 +2,117 @@
 
 #include "till/core/numbers.h"
 #include "till/core/receiptview.h"
-#include "till/core/sale.h"
 #include "till/office/answer.h"
-#include "till/office/texts.h"
+#include "till/words/receipttext.h"
 
-#include <host/abstractdocument.h>
 #include <host/documentjson.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
 
+#include <array>
 #include <limits>
+
+using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
 
-QString stateText(ReceiptState state)
+/// The receipt's state, and the cashier's text about its report.
+QString outcomeText(ReceiptState state, const ReportRecord &report)
 {
-    switch (state) {
-    case ReceiptState::Open:
-        return Office::tr("open");
-    case ReceiptState::Committing:
-        return Office::tr("being committed");
-    case ReceiptState::Committed:
-        return Office::tr("committed");
-    case ReceiptState::Cancelled:
-        return Office::tr("cancelled");
-    }
-    return {};
-}
-
-QString reportText(Report report, bool isSale)
-{
-    switch (report) {
-    case Report::None: // of a sale: taken over from a version that did not keep it
-        return isSale ? Office::tr("not recorded") : Office::tr("nothing to report");
-    case Report::Reported:
-        return Office::tr("reported");
-    case Report::Queued:
-        return Office::tr("waiting in the queue");
-    case Report::Refused:
-        return Office::tr("refused");
-    }
-    return {};
-}
-
-/// How the receipt stands, and what was said of it.
-QString outcomeText(ReceiptState state, const ReportRecord &report, int kind)
-{
+    constexpr std::array states{
+        QT_TRANSLATE_NOOP("Office", "open"), QT_TRANSLATE_NOOP("Office", "being committed"),
+        QT_TRANSLATE_NOOP("Office", "committed"), QT_TRANSLATE_NOOP("Office", "cancelled")};
+    constexpr std::array reports{QT_TRANSLATE_NOOP("Office", "nothing to report"),
+                                 QT_TRANSLATE_NOOP("Office", "reported"),
+                                 QT_TRANSLATE_NOOP("Office", "waiting in the queue"),
+                                 QT_TRANSLATE_NOOP("Office", "refused")};
     if (state != ReceiptState::Committed)
-        return stateText(state);
-    const auto outcome = reportText(report.outcome, kind == DocumentHeader::sale);
-    return report.told.isEmpty() ? outcome : QStringLiteral("%1: %2").arg(outcome, report.told);
+        return Office::tr(states.at(static_cast<size_t>(state)));
+    const auto outcome = Office::tr(reports.at(static_cast<size_t>(report.outcome)));
+    return report.told.isEmpty() ? outcome : u"%1: %2"_s.arg(outcome, report.told);
 }
 
 QString lineOf(const ReceiptRecord &record)
 {
     const auto &header = record.header;
-    return QStringLiteral("%1  %2  %3  %4")
-        .arg(QString::number(header.num),
-             header.dateTimeBeg.toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")),
-             header.kind == DocumentHeader::sale ? Office::tr("sale") : Office::tr("return"),
-             outcomeText(record.state, record.report, header.kind));
+    return u"%1  %2  %3  %4"_s.arg(
+        QString::number(header.num), header.dateTimeBeg.toString(u"dd.MM.yyyy hh:mm:ss"_s),
+        header.kind == DocumentHeader::sale ? Office::tr("sale") : Office::tr("return"),
+        outcomeText(record.state, record.report));
 }
 
 QJsonObject toJson(ReceiptState state, const ReportRecord &report)
 {
-    return {{QLatin1String("state"), nameOf(state)},
-            {QLatin1String("report"), nameOf(report.outcome)},
-            {QLatin1String("told"), report.told},
-            {QLatin1String("answer"), report.answer}};
+    return {{"state"_L1, nameOf(state)},
+            {"report"_L1, nameOf(report.outcome)},
+            {"told"_L1, report.told},
+            {"answer"_L1, report.answer}};
 }
 
 QJsonObject toJson(const ReceiptRecord &record)
 {
     const auto &header = record.header;
     auto json = toJson(record.state, record.report);
-    json.insert(QLatin1String("number"), header.num);
-    json.insert(QLatin1String("shop"), header.shopCode);
-    json.insert(QLatin1String("register"), header.cashCode);
-    json.insert(QLatin1String("shift"), header.shift);
-    json.insert(QLatin1String("kind"), header.kind);
-    json.insert(QLatin1String("begun"), header.dateTimeBeg.toString(Qt::ISODate));
-    json.insert(QLatin1String("changed"), record.changed.toString(Qt::ISODateWithMs));
+    json.insert("number"_L1, header.num);
+    json.insert("shop"_L1, header.shopCode);
+    json.insert("register"_L1, header.cashCode);
+    json.insert("shift"_L1, header.shift);
+    json.insert("kind"_L1, header.kind);
+    json.insert("begun"_L1, header.dateTimeBeg.toString(Qt::ISODate));
+    json.insert("changed"_L1, record.changed.toString(Qt::ISODateWithMs));
     return json;
 }
 
-QJsonObject documentOf(const ReceiptRecord &record)
+void showText(std::ostream &output, const ReceiptRecord &record, const QList<HistoryEntry> &history,
+              const StoredReceipt &receipt)
 {
-    return QJsonDocument::fromJson(record.document.toUtf8()).object();
-}
-
-int list(Store &store, std::ostream &output, const ReceiptFilter &filter, bool asJson)
-{
-    const auto records = store.list(filter);
-    if (!records)
-        return fail(output, store.lastError());
-    if (asJson) {
-        QJsonArray array;
-        for (const auto &record : *records)
-            array.append(toJson(record));
-        printJson(output, array);
-        return 0;
-    }
-    for (const auto &record : *records)
-        printLine(output, lineOf(record));
-    if (records->size() == filter.limit)
-        printLine(output, Office::tr("The latest %1 only; --since chooses.").arg(filter.limit));
-    return 0;
-}
-
-void showText(std::ostream &output, const ReceiptRecord &record, const QList<HistoryEntry> &history)
-{
-    const auto &header = record.header;
-    printLine(output, lineOf(record));
-    printLine(output, Office::tr("shop %1, register %2, shift %3")
-                          .arg(header.shopCode)
-                          .arg(header.cashCode)
-                          .arg(header.shift));
     if (!record.report.answer.isEmpty())
         printLine(output, Office::tr("the service's answer: %1").arg(record.report.answer));
     for (const auto &entry : history)
         printLine(output,
-                  QStringLiteral("%1  %2").arg(
-                      entry.at.toLocalTime().toString(QStringLiteral("dd.MM.yyyy hh:mm:ss.zzz")),
-                      outcomeText(entry.state, entry.report, header.kind)));
-    QString error;
-    const auto document = documentjson::fromJson(documentOf(record), error);
-    if (!document) {
-        printLine(output, Office::tr("The receipt cannot be read: %1").arg(error));
-        return;
-    }
-    const auto view = viewOf(*document);
-    for (const auto &position : view.positions)
-        printLine(output, QStringLiteral("%1. %2  %3 x %4 = %5")
-                              .arg(position.number)
-                              .arg(position.name, quantityText(position.quantity),
-                                   moneyText(position.price), moneyText(position.sum)));
-    printLine(output, Office::tr("total %1").arg(moneyText(view.total)));
-    if (view.customer)
-        printLine(output, QStringLiteral("%1, %2").arg(view.customer->getName(),
-                                                       view.customer->getPhoneNumber()));
+                  u"%1  %2"_s.arg(entry.at.toLocalTime().toString(u"dd.MM.yyyy hh:mm:ss.zzz"_s),
+                                  outcomeText(entry.state, entry.report)));
+    printLine(output, receipt.document
+                          ? receiptText(viewOf(*receipt.document))
+                          : Office::tr("The receipt cannot be read: %1").arg(receipt.error));
 }
 
-QJsonObject showJson(const ReceiptRecord &record, const QList<HistoryEntry> &history)
+QJsonObject showJson(QJsonObject json, const QList<HistoryEntry> &history,
+                     const StoredReceipt &receipt)
 {
     QJsonArray entries;
     for (const auto &entry : history) {
-        auto json = toJson(entry.state, entry.report);
-        json.insert(QLatin1String("at"), entry.at.toString(Qt::ISODateWithMs));
-        entries.append(json);
+        auto entryJson = toJson(entry.state, entry.report);
+        entryJson.insert("at"_L1, entry.at.toString(Qt::ISODateWithMs));
+        entries.append(entryJson);
     }
-    auto json = toJson(record);
-    json.insert(QLatin1String("history"), entries);
-    json.insert(QLatin1String("document"), documentOf(record));
+    json.insert("history"_L1, entries);
+    json.insert("document"_L1,
+                receipt.document ? documentjson::toJson(*receipt.document) : QJsonObject());
     return json;
 }
 
-int show(Store &store, std::ostream &output, int number, bool asJson)
+/// Prints the receipts, `inFull` with their history and content.
+int print(Store &store, std::ostream &output, const Store::Result<QList<ReceiptRecord>> &records,
+          bool inFull, bool asJson)
 {
-    const auto records = store.find(number);
     if (!records)
-        return fail(output, store.lastError());
-    if (records->isEmpty())
-        return fail(output, Office::tr("There is no receipt %1.").arg(number));
+        return fail(output, records.error());
     QJsonArray array;
     for (const auto &record : *records) {
-        const auto history = store.history(record.row);
+        if (!asJson)
+            printLine(output, lineOf(record));
+        const auto history = inFull ? store.history(record.row) : QList<HistoryEntry>();
         if (!history)
-            return fail(output, store.lastError());
+            return fail(output, history.error());
+        const auto receipt = inFull ? store.read(record.row) : StoredReceipt();
         if (asJson)
-            array.append(showJson(record, *history));
-        else
-            showText(output, record, *history);
+            array.append(inFull ? showJson(toJson(record), *history, receipt) : toJson(record));
+        else if (inFull)
+            showText(output, record, *history, receipt);
     }
     if (asJson)
         printJson(output, array);
@@ -187,14 +124,24 @@ int show(Store &store, std::ostream &output, int number, bool asJson)
 int runReceiptsCommand(Store &store, std::ostream &output, const QStringList &arguments,
                        const ReceiptFilter &filter, bool asJson)
 {
-    if (arguments.isEmpty())
-        return list(store, output, filter, asJson);
     const auto number = parseWhole(arguments.value(1), 1, std::numeric_limits<int>::max());
-    if (arguments.size() == 2 && arguments.first() == QLatin1String("show") && number)
-        return show(store, output, *number, asJson);
-    printLine(output, Office::tr("Expected: till receipts [--refused] [--since DATE] [--json] or "
-                                 "till receipts show NUMBER [--json]"));
-    return 2;
+    if (arguments.size() == 2 && arguments.first() == "show"_L1 && number) {
+        const auto records = store.list({.number = *number});
+        if (records && records->isEmpty())
+            return fail(output, Office::tr("There is no receipt %1.").arg(*number));
+        return print(store, output, records, true, asJson);
+    }
+    if (!arguments.isEmpty()) {
+        printLine(output, Office::tr("Expected: till receipts [--refused] [--since DATE] [--json] "
+                                     "or till receipts show NUMBER [--json]"));
+        return 2;
+    }
+    const auto records = store.list(filter);
+    const auto exitCode = print(store, output, records, false, asJson);
+    if (!asJson && records && records->size() == filter.limit)
+        printLine(output, Office::tr("Only the latest %1 are listed; --since narrows the list.")
+                              .arg(filter.limit));
+    return exitCode;
 }
 
 } // namespace till

@@ -1,13 +1,15 @@
-// What the cashier can do, by button or key.
+// The cashier's steps, by button or key.
 #include "till/core/numbers.h"
 #include "till/core/sale.h"
+#include "till/core/settingtable.h"
 #include "till/core/till.h"
 #include "till/window/formdialog.h"
-#include "till/window/inputdialog.h"
 #include "till/window/mainwindow.h"
-#include "till/window/refuseddialog.h"
-#include "till/window/texts.h"
+#include "till/window/reports.h"
+#include "till/words/figures.h"
 
+#include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTableView>
 
@@ -15,112 +17,132 @@ namespace till {
 
 namespace {
 
-const auto pricePattern = QStringLiteral("[0-9]{1,7}([.,][0-9]{1,2})?");
-const auto sumPattern = QStringLiteral("(?![0.,]*$)[0-9]{1,9}([.,][0-9]{1,2})?");
-const auto quantityPattern = QStringLiteral("(?![0.,]*$)[0-9]{1,5}([.,][0-9]{1,3})?");
+using namespace Qt::StringLiterals;
 
-tr::Tr text(const QString &words)
-{
-    return {{}, words};
-}
+const auto pricePattern = u"[0-9]{1,7}([.,][0-9]{1,2})?"_s;
+const auto sumPattern = u"(?![0.,]*$)[0-9]{1,9}([.,][0-9]{1,2})?"_s;
+const auto quantityPattern = u"(?![0.,]*$)[0-9]{1,5}([.,][0-9]{1,3})?"_s;
 
 FormField field(const char *key, const QString &label, const QString &pattern, const QString &hint)
 {
     FormField field;
     field.key = QLatin1String(key);
     field.kind = FormFieldKind::Text;
-    field.label = text(label);
+    field.label = {{}, label};
     field.validator = pattern;
     field.hint = hint;
     return field;
 }
 
-FormField quantityField(double quantity)
+/// A number that the form's validator has accepted.
+double numberIn(const QVariantMap &answers, QLatin1StringView key, int decimals)
 {
-    auto asked = field("quantity", WindowText::tr("Quantity"), quantityPattern,
-                       WindowText::tr("up to three decimals: 0.350"));
-    asked.value = quantityLabel(quantity);
-    return asked;
-}
-
-FormRequest form(const QString &title, const QString &subtitle, const QList<FormField> &fields)
-{
-    FormRequest request;
-    request.title = text(title);
-    request.subtitle = text(subtitle);
-    request.fields = fields;
-    request.validates = true;
-    request.compact = true;
-    return request;
-}
-
-/// A number that the form's validator let through.
-double numberIn(const FormDialog &form, const char *key, int decimals)
-{
-    return parseDecimal(form.answers().value(QLatin1String(key)).toString().trimmed(), decimals,
-                        Sale::maximumSum)
-        .value_or(0);
+    return parseDecimal(answers.value(key).toString(), decimals, Sale::maximumSum).value_or(0);
 }
 
 } // namespace
+
+/// Sells the scanned code, or passes it to the open dialog.
+void MainWindow::takeScan(const QString &code)
+{
+    if (auto *const dialog = MessageDialog::onTop(*this)) {
+        dialog->takeScan(code);
+        return;
+    }
+    if (!isOpen || isLeaving) {
+        QApplication::beep();
+        return;
+    }
+    // "3*" and a scan sell three.
+    const auto isQuantity = goodsLine->text().trimmed().endsWith(u'*');
+    sellEntry(isQuantity ? goodsLine->text() + code : code);
+    if (isQuantity)
+        goodsLine->clear();
+}
 
 void MainWindow::sellTyped()
 {
     const auto typed = goodsLine->text();
     goodsLine->clear();
-    if (typed.trimmed().isEmpty())
-        return;
+    if (!typed.trimmed().isEmpty())
+        sellEntry(typed);
+}
+
+void MainWindow::sellEntry(const QString &typed)
+{
+    noteUnknown({});
     const auto entry = parseGoodsEntry(typed);
     if (!entry) {
         tell(tr("\"%1\" is neither a code nor a quantity and a code, such as 3*4601.").arg(typed),
              true);
         return;
     }
-    const auto found = goods->find(entry->code);
-    if (!found) {
-        sellUnknown(*entry);
+    const auto found = goods.goods.constFind(entry->code);
+    if (found == goods.goods.constEnd()) {
+        noteUnknown(entry);
         return;
     }
-    sell([found = *found, quantity = entry->quantity](Sale &sale) {
-        sale.add(found.code, found.name, found.price, quantity);
-    });
+    askAboutMuch(entry->quantity, found->price, found->name,
+                 [this, found = *found, quantity = entry->quantity] {
+                     sell(tr("Selling %1").arg(found.name), [=](Sale &sale) {
+                         sale.add(found.code, found.name, found.price, quantity);
+                     });
+                 });
 }
 
-/// Says that nothing has the code, and sells it all the same if the cashier knows what it is.
-void MainWindow::sellUnknown(const GoodsEntry &entry)
+/// Shows beside the line for goods that no goods have the code; hides that for no entry.
+void MainWindow::noteUnknown(const std::optional<GoodsEntry> &entry)
 {
+    unknown = entry;
+    unknownRow->setVisible(entry.has_value());
+    if (!entry)
+        return;
+    unknownText->setText(tr("No goods have the code %1.").arg(entry->code));
+    QApplication::beep();
+}
+
+/// Sells under an unknown code after asking the cashier for name and price.
+void MainWindow::sellUnknown()
+{
+    if (!unknown)
+        return;
     auto name = field("name", tr("Name"), {}, {});
     name.keyboardDigits = false;
-    auto *const dialog = new FormDialog(
-        *this, form(tr("Unknown code %1").arg(entry.code),
-                    tr("No goods have this code. Scan again; or say what it is, to sell it all "
-                       "the same."),
-                    {name, field("price", tr("Price"), pricePattern, tr("such as 89.90")),
-                     quantityField(entry.quantity)}));
-    open(dialog, [this, dialog, code = entry.code] {
-        const auto called = dialog->answers().value(QStringLiteral("name")).toString();
-        const auto price = numberIn(*dialog, "price", 2);
-        const auto quantity = numberIn(*dialog, "quantity", 3);
-        sell([=](Sale &sale) { sale.add(code, called, price, quantity); });
-    });
+    ask(tr("Unknown code %1").arg(unknown->code), tr("Enter the name and the price to sell it."),
+        {name, field("price", tr("Price"), pricePattern, tr("such as 89.90"))},
+        [this, entry = *unknown](const QVariantMap &answers) {
+            const auto called = answers.value("name"_L1).toString();
+            const auto price = numberIn(answers, "price"_L1, 2);
+            noteUnknown({});
+            askAboutMuch(entry.quantity, price, called, [=, this] {
+                sell(tr("Selling %1").arg(called),
+                     [=](Sale &sale) { sale.add(entry.code, called, price, entry.quantity); });
+            });
+        });
+}
+
+/// Asks before a step with an unusually large number.
+void MainWindow::askAboutMuch(double quantity, double price, const QString &name,
+                              const Step &accepted)
+{
+    if (quantity > settingNumber("Till:askQuantity"_L1))
+        warn(tr("Sell %1 pieces?").arg(quantityLabel(quantity)), name, tr("Sell"), accepted);
+    else if (price > settingNumber("Till:askPrice"_L1))
+        warn(tr("Sell at the price of %1?").arg(moneyLabel(price)), name, tr("Sell"), accepted);
+    else
+        accepted();
 }
 
 void MainWindow::identify()
 {
-    InputTextRequest request;
-    request.title = text(tr("Customer"));
-    request.message = text(tr("Phone of the customer"));
-    request.inputMask = setup.phoneMask;
-    request.validator = QStringLiteral(".+");
-    request.numeric = 1;
-    request.okText = text(tr("Find"));
-    auto *const dialog = new InputDialog(*this, request);
-    connect(dialog, &InputDialog::answered, this, [this, dialog](QString phone) {
-        dialog->dispose();
-        phone.removeIf([](QChar character) { return !character.isDigit(); });
-        sell([phone](Sale &sale) { sale.enterCard(phone); });
+    auto phone = field("phone", tr("Customer's phone"), {}, {});
+    phone.inputMask = settingText("Till:phoneMask"_L1);
+    ask(tr("Customer"), {}, {phone}, [this](const QVariantMap &answers) {
+        auto number = answers.value("phone"_L1).toString();
+        number.removeIf([](QChar character) { return !character.isDigit(); });
+        presenter.setAbout(phoneLabel(number));
+        sell(tr("Looking for the customer"), [number](Sale &sale) { sale.enterCard(number); });
     });
-    dialog->appear();
 }
 
 void MainWindow::changeQuantity()
@@ -128,12 +150,17 @@ void MainWindow::changeQuantity()
     const auto position = selected();
     if (!position)
         return;
-    auto *const dialog = new FormDialog(
-        *this, form(tr("Quantity"), position->name, {quantityField(position->quantity)}));
-    open(dialog, [this, dialog, number = position->number] {
-        const auto quantity = numberIn(*dialog, "quantity", 3);
-        sell([=](Sale &sale) { sale.changeQuantity(number, quantity); });
-    });
+    auto asked =
+        field("quantity", tr("Quantity"), quantityPattern, tr("up to three decimals: 0.350"));
+    asked.value = quantityLabel(position->quantity);
+    ask(tr("Quantity"), position->name, {asked},
+        [this, number = position->number, name = position->name](const QVariantMap &answers) {
+            const auto quantity = numberIn(answers, "quantity"_L1, 3);
+            askAboutMuch(quantity, 0, name, [=, this] {
+                sell(tr("Changing the quantity"),
+                     [=](Sale &sale) { sale.changeQuantity(number, quantity); });
+            });
+        });
 }
 
 void MainWindow::discount()
@@ -141,57 +168,80 @@ void MainWindow::discount()
     const auto position = selected();
     if (!position)
         return;
-    auto promotion = field("campaign", tr("Number of the promotion"), QStringLiteral("[0-9]{1,9}"),
-                           tr("digits only"));
-    promotion.value = campaign;
-    auto *const dialog = new FormDialog(
-        *this,
-        form(tr("Discount"), tr("%1, costs %2").arg(position->name, moneyLabel(position->sum)),
-             {field("sum", tr("Cheaper by"), sumPattern, tr("such as 10.50")), promotion}));
-    open(dialog, [this, dialog, number = position->number] {
-        const auto sum = numberIn(*dialog, "sum", 2);
-        campaign = dialog->answers().value(QStringLiteral("campaign")).toString();
-        sell([=, code = campaign.toInt()](Sale &sale) { sale.discount(number, sum, code, 0, 0); });
-    });
+    auto promotion = field("campaign", tr("Promotion number"), u"[0-9]{1,9}"_s, tr("digits only"));
+    promotion.value = u"1"_s;
+    ask(tr("Discount"), tr("%1, price %2").arg(position->name, moneyLabel(position->sum)),
+        {field("sum", tr("Discount amount"), sumPattern, tr("such as 10.50")), promotion},
+        [this, number = position->number](const QVariantMap &answers) {
+            const auto sum = numberIn(answers, "sum"_L1, 2);
+            const auto campaign = answers.value("campaign"_L1).toInt();
+            sell(tr("Giving the discount"),
+                 [=](Sale &sale) { sale.discount(number, sum, campaign, 0, 0); });
+        });
 }
 
 void MainWindow::remove()
 {
     if (const auto position = selected())
-        sell([number = position->number](Sale &sale) { sale.remove(number); });
-}
-
-void MainWindow::undoLast()
-{
-    if (const auto step = undo.begin())
-        till.take([step = *step](Till &till) { UndoList::takeBack(till.sale(), step); },
-                  [this] {
-                      undo.end();
-                      refresh();
-                  });
+        warn(tr("Remove position %1?").arg(position->number),
+             tr("%1, %2").arg(position->name, moneyLabel(position->sum)), tr("Remove"),
+             [this, number = position->number] {
+                 sell(tr("Removing the position"), [=](Sale &sale) { sale.remove(number); });
+             });
 }
 
 void MainWindow::abandon()
 {
     if (receipt)
-        ask(tr("Abandon receipt %1, %2? Nothing of it is sold then.")
-                .arg(receipt->header.num)
-                .arg(moneyLabel(model.total())),
-            tr("Abandon"), [this] { sell([](Sale &sale) { sale.cancel(); }); });
+        warn(tr("Cancel receipt %1?").arg(receipt->header.num),
+             tr("The total is %1. None of the goods will be sold.").arg(moneyLabel(model.total())),
+             tr("Cancel the receipt"),
+             [this] { sell(tr("Cancelling the receipt"), [](Sale &sale) { sale.cancel(); }); });
 }
 
 void MainWindow::closeShift()
 {
-    ask(tr("Close the shift? The next one begins at once."), tr("Close"),
-        [this] { sell([](Sale &sale) { sale.closeShift(); }); });
+    till.take(tr("Adding up the shift"), [this](Till &till) {
+        const auto shift = till.sale().shift();
+        const auto lines = shiftReport(till.store(), settings.place, shift);
+        QMetaObject::invokeMethod(this, [this, shift, lines] {
+            warn(tr("Close shift %1?").arg(shift), lines.join(u'\n'), tr("Close"),
+                 [this] { sell(tr("Closing the shift"), [](Sale &sale) { sale.closeShift(); }); });
+        });
+    });
 }
 
+/// Shows the refused orders; the cashier may send them again.
 void MainWindow::showRefused()
 {
-    auto *const dialog = new RefusedDialog(*this, looked.refused);
-    open(dialog, [this, dialog] {
-        sell([number = dialog->chosen()](Sale &sale) { sale.report(number); });
+    till.take(tr("Reading the refused orders"), [this](Till &till) {
+        QMetaObject::invokeMethod(this, [this, orders = refusedOrders(till.store())] {
+            QStringList lines{tr("These sales are done, but the service refused their orders. When "
+                                 "support has mended the reason, send the orders again.")};
+            for (const auto &order : orders)
+                lines.append(order.second);
+            auto *const dialog = new MessageDialog(
+                *this, MessageDialog::Kind::Plain,
+                {tr("Refused orders"), lines.join("\n\n"_L1), tr("Back"), tr("Send again")}, 600);
+            connect(dialog, &QDialog::accepted, this, [this, orders] {
+                sell(tr("Sending the orders again"), [orders](Sale &sale) {
+                    for (const auto &order : orders)
+                        sale.report(order.first);
+                });
+            });
+            dialog->appear();
+        });
     });
+}
+
+void MainWindow::showBadGoods()
+{
+    constexpr qsizetype most = 100;
+    auto lines = goods.problems.first(std::min(most, goods.problems.size()));
+    lines.prepend(tr("These lines of %1 cannot be sold by their code:")
+                      .arg(settingText("Till:goodsFile"_L1)));
+    (new MessageDialog(*this, MessageDialog::Kind::Error, {tr("Goods file"), lines.join(u'\n')}))
+        ->appear();
 }
 
 void MainWindow::leave()
@@ -202,7 +252,7 @@ void MainWindow::leave()
     refresh();
     tell(tr("The till is being closed ..."));
     presenter.setRefusing(true);
-    till.end(false);
+    till.end(tr("Closing the till"), false);
 }
 
 void MainWindow::stay(const QList<int> &receipts)
@@ -212,38 +262,48 @@ void MainWindow::stay(const QList<int> &receipts)
     QStringList numbers;
     for (const auto number : receipts)
         numbers.append(QString::number(number));
-    ask(tr("Not on the disk: %n receipt(s), %1. They are lost when the till ends now. Make room on "
-           "the disk first.",
-           nullptr, static_cast<int>(numbers.size()))
-            .arg(numbers.join(QLatin1String(", "))),
-        tr("Leave and lose them"), [this] {
-            presenter.setRefusing(true);
-            till.end(true);
-        });
+    warn(tr("Leave and lose receipts?"),
+         tr("Not saved: %n receipt(s), %1. They will be lost if you leave now. Make room on the "
+            "disk first.",
+            nullptr, static_cast<int>(numbers.size()))
+             .arg(numbers.join(", "_L1)),
+         tr("Leave and lose them"), [this] {
+             presenter.setRefusing(true);
+             till.end(tr("Closing the till"), true);
+         });
     refresh();
 }
 
-/// Has the sale take a step, behind those asked for before.
-void MainWindow::sell(const std::function<void(Sale &)> &step)
+/// Adds a step of the sale behind the waiting steps.
+void MainWindow::sell(const QString &meaning, const std::function<void(Sale &)> &step)
 {
+    if (isLeaving)
+        return;
     tell({});
-    till.take([step](Till &till) { step(till.sale()); });
+    noteUnknown({});
+    till.take(meaning, [step](Till &till) { step(till.sale()); });
 }
 
-void MainWindow::open(DialogFrame *dialog, const std::function<void()> &accepted)
+/// Asks for a step's numbers and names.
+void MainWindow::ask(const QString &title, const QString &text, const QList<FormField> &fields,
+                     const std::function<void(const QVariantMap &)> &accepted)
 {
+    auto *const dialog = new FormDialog(*this, {title, text, tr("Cancel")}, fields);
+    connect(dialog, &QDialog::accepted, this, [=] { accepted(dialog->answers()); });
+    dialog->appear();
+}
+
+/// Asks before a step that cannot be undone. Enter means "back".
+void MainWindow::warn(const QString &title, const QString &text, const QString &yes,
+                      const Step &accepted)
+{
+    auto *const dialog =
+        new MessageDialog(*this, MessageDialog::Kind::Warning, {title, text, tr("Back"), yes});
     connect(dialog, &QDialog::accepted, this, accepted);
     dialog->appear();
 }
 
-void MainWindow::ask(const QString &question, const QString &yes,
-                     const std::function<void()> &accepted)
-{
-    open(new MessageDialog(*this, MessageDialog::Kind::Question, question, yes, tr("Back")),
-         accepted);
-}
-
-/// The position that the next step is about.
+/// The position selected in the table, for the next step.
 std::optional<PositionView> MainWindow::selected() const
 {
     return model.position(table->currentIndex().row());

@@ -1,277 +1,192 @@
 #include "till/window/fieldeditor.h"
 
 #include "till/core/inputmask.h"
-#include "till/window/linefield.h"
 #include "till/window/named.h"
+#include "till/words/figures.h"
 
 #include <QButtonGroup>
-#include <QCalendarWidget>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QLocale>
-#include <QMenu>
+#include <QGridLayout>
+#include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
-#include <QToolButton>
-#include <QVBoxLayout>
-#include <QWidgetAction>
+#include <QRegularExpression>
 
 namespace till {
 
-namespace {
-
-/// Looks at the text as a whole: what is typed on the way to a right one is let through, the empty
-/// places of a mask included.
-class WholeTextValidator : public QRegularExpressionValidator
-{
-public:
-    using QRegularExpressionValidator::QRegularExpressionValidator;
-
-    State validate(QString &text, int & /*position*/) const override
-    {
-        int end = 0; // where it would put the cursor
-        const auto state = QRegularExpressionValidator::validate(text, end);
-        return state == Invalid ? Intermediate : state;
-    }
-};
-
-/// How the language writes a date, in digits.
-QString dateFormat()
-{
-    return QLocale().dateFormat(QLocale::ShortFormat);
-}
-
-QString dateMask()
-{
-    auto mask = dateFormat();
-    for (auto &character : mask)
-        character = character.isLetter() ? QChar(u'9') : character;
-    return mask + QStringLiteral(";_");
-}
-
-/// A date's field as that of a text.
-FormField typedDate(FormField field)
-{
-    const auto first = QDate::fromString(field.value, QStringLiteral("dd.MM.yyyy"));
-    field.inputMask = dateMask();
-    field.value = first.toString(dateFormat());
-    field.validator.clear();
-    return field;
-}
-
-} // namespace
-
-FieldEditor *FieldEditor::create(const FormField &field, QWidget *parent)
-{
-    switch (field.kind) {
-    case FormFieldKind::Choice:
-        return new ChoiceEditor(field, parent);
-    case FormFieldKind::Date:
-        return new DateEditor(field, parent);
-    default:
-        return new TextEditor(field, parent);
-    }
-}
+using namespace Qt::StringLiterals;
 
 FieldEditor::FieldEditor(FormField shown, QWidget *parent)
     : QWidget(parent)
     , field(std::move(shown))
-    , row(new QHBoxLayout)
-    , label(named(new QLabel(this), QStringLiteral("label")))
-    , note(named(new QLabel(this), QStringLiteral("note")))
+    , note(makeLabel(this, u"note"_s))
 {
-    auto *const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(2);
-    row->setSpacing(6);
-    label->setText(
-        field.mandatory && field.editable
-            ? tr("%1 *", "the label of a field that must be filled in").arg(field.label.toString())
-            : field.label.toString());
+    // Qt's date field cannot be empty, replaces a day out of range, and does not take digits typed
+    // from left to right.
+    if (field.kind == FormFieldKind::Date)
+        field.inputMask = u"99.99.9999;_"_s;
+    auto *const label = makeLabel(this, u"label"_s, field.label.toString());
+    if (field.mandatory && field.editable)
+        label->setText(
+            tr("%1 *", "the label of a field that must be filled in").arg(label->text()));
     label->setHidden(field.label.isEmpty());
-    column->addWidget(label);
-    column->addLayout(row);
-    column->addWidget(note);
+    auto *const input = field.kind == FormFieldKind::Choice ? makeChoice() : makeLine();
+    named(input, u"field_"_s + field.key, field.label.toString());
+    label->setBuddy(input);
+    setFocusProxy(input);
+    note->setAlignment(Qt::AlignRight);
+    note->setWordWrap(true);
+    auto *const grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setVerticalSpacing(2);
+    grid->addWidget(label, 0, 0);
+    grid->addWidget(note, 0, 1);
+    grid->setColumnStretch(1, 1);
+    grid->addWidget(input, 1, 0, 1, 2);
+    complain(false);
+}
+
+QWidget *FieldEditor::makeLine()
+{
+    line = new QLineEdit(this);
+    setText(field.value);
+    line->setPlaceholderText(field.inputMask.isEmpty() ? field.hint
+                                                       : InputMask(field.inputMask).outline());
+    line->setReadOnly(!field.editable);
+    line->setProperty("fixed", !field.editable);
+    // The context menu would be in Qt's language, not the till's.
+    line->setContextMenuPolicy(Qt::NoContextMenu);
+    connect(line, &QLineEdit::textChanged, this, &FieldEditor::noteChange);
+    return line;
+}
+
+QWidget *FieldEditor::makeChoice()
+{
+    auto *const input = new QWidget(this);
+    auto *const buttons = new QHBoxLayout(input);
+    buttons->setContentsMargins(0, 0, 0, 0);
+    buttons->setSpacing(6);
+    options = new QButtonGroup(this);
+    for (int index = 0; index < field.options.size(); ++index) {
+        auto *const button = named(new QPushButton(field.options.at(index).toString(), input),
+                                   u"%1_%2"_s.arg(field.key).arg(index));
+        button->setCheckable(true);
+        button->setAutoDefault(false);
+        button->setEnabled(field.editable);
+        button->setProperty("option", true);
+        button->setChecked(field.value == QString::number(index));
+        options->addButton(button, index);
+        buttons->addWidget(button);
+        if (index == 0 || button->isChecked())
+            input->setFocusProxy(button);
+    }
+    connect(options, &QButtonGroup::idToggled, this, &FieldEditor::noteChange);
+    return input;
+}
+
+QVariant FieldEditor::value() const
+{
+    switch (field.kind) {
+    case FormFieldKind::Choice:
+        return options->checkedButton() ? QVariant(options->checkedId()) : QVariant();
+    case FormFieldKind::Date:
+        return date().isValid() ? QVariant(date()) : QVariant();
+    default:
+        return shaped();
+    }
+}
+
+/// The typed text in the shape of the mask, if it fits.
+QString FieldEditor::shaped() const
+{
+    const auto text = line->text().trimmed();
+    return InputMask(field.inputMask).apply(text).value_or(text);
+}
+
+QDate FieldEditor::date() const
+{
+    return QDate::fromString(shaped(), dateFormat);
 }
 
 QString FieldEditor::problem() const
 {
     if (!field.editable)
         return {};
-    if (isBlank())
+    if (options ? !options->checkedButton() : shaped().isEmpty())
         return field.mandatory ? tr("Must be filled in") : QString();
-    return enteredProblem();
+    if (options)
+        return {};
+    if (field.kind == FormFieldKind::Date)
+        return dateProblem();
+    const InputMask mask(field.inputMask);
+    if (!mask.apply(line->text()))
+        return tr("Not complete: %1").arg(mask.outline());
+    const QRegularExpression whole(QRegularExpression::anchoredPattern(field.validator));
+    return field.validator.isEmpty() || whole.match(shaped()).hasMatch()
+               ? QString()
+               : tr("Not in the expected format");
+}
+
+QString FieldEditor::dateProblem() const
+{
+    if (!InputMask(field.inputMask).apply(line->text()))
+        return tr("Day, month and year, such as %1").arg(dateLabel(QDate(1990, 12, 31)));
+    if (!date().isValid())
+        return tr("There is no such day");
+    if (field.minDate.isValid() && date() < field.minDate)
+        return tr("Not before %1").arg(dateLabel(field.minDate));
+    if (field.maxDate.isValid() && date() > field.maxDate)
+        return tr("Not after %1").arg(dateLabel(field.maxDate));
+    return {};
+}
+
+void FieldEditor::setText(const QString &text)
+{
+    line->setText(InputMask(field.inputMask).apply(text).value_or(text));
 }
 
 void FieldEditor::reveal()
 {
+    if (line)
+        setText(line->text());
     isRevealed = true;
-    complain(problem());
+    complain(true);
 }
 
-void FieldEditor::addInput(QWidget *input)
+void FieldEditor::correct()
 {
-    named(input, QStringLiteral("field_") + field.key, field.label.toString());
-    input->setProperty("fixed", !field.editable);
-    if (field.keyboardDigits)
-        input->setInputMethodHints(Qt::ImhPreferNumbers);
-    label->setBuddy(input);
-    setFocusProxy(input);
-    row->addWidget(input);
-    complain({});
+    setFocus();
+    if (line && field.keyboardDigits && InputMask(field.inputMask).apply(line->text()))
+        line->selectAll();
 }
 
-void FieldEditor::complain(const QString &problem, bool standsOut)
+/// The note when nothing is wrong.
+QString FieldEditor::hint() const
 {
     const auto isOptional = !field.mandatory && !field.label.isEmpty();
-    const auto usual = !field.editable ? tr("Cannot be changed")
-                       : isOptional    ? tr("May be left empty")
-                                       : QStringLiteral(" "); // keeps its place
-    note->setText(problem.isEmpty() ? usual : problem);
-    mark(note, "problem", standsOut && !problem.isEmpty());
-    mark(focusProxy(), "wrong", standsOut && !problem.isEmpty());
+    if (!field.editable)
+        return tr("Cannot be changed");
+    if (line && shaped() != line->text())
+        return shaped();
+    if (field.kind == FormFieldKind::Date)
+        return tr("DD.MM.YYYY");
+    return isOptional ? tr("May be left empty") : u" "_s; // keeps the line's height
+}
+
+/// Shows the problem or the hint; `standsOut` highlights a problem.
+void FieldEditor::complain(bool standsOut)
+{
+    const auto wrong = problem();
+    note->setText(wrong.isEmpty() ? hint() : wrong);
+    mark(note, "problem", standsOut && !wrong.isEmpty());
+    mark(focusProxy(), "wrong", standsOut && !wrong.isEmpty());
     focusProxy()->setAccessibleDescription(note->text().trimmed());
 }
 
-/// What is still wrong stands out only once the cashier thinks that all is there.
+/// Shows a problem without highlighting it: the cashier is still typing.
 void FieldEditor::noteChange()
 {
-    const auto wrong = problem();
-    isRevealed = isRevealed && !wrong.isEmpty();
-    complain(wrong, isRevealed);
+    isRevealed = isRevealed && !problem().isEmpty();
+    complain(isRevealed);
     emit changed();
-}
-
-TextEditor::TextEditor(const FormField &shown, QWidget *parent, const QString &mismatch)
-    : FieldEditor(shown, parent)
-    , line(new LineField(this))
-    , mismatch(mismatch)
-{
-    line->setUp(field.inputMask, field.value);
-    line->setPlaceholderText(field.hint);
-    line->setReadOnly(!field.editable);
-    if (!field.validator.isEmpty())
-        line->setValidator(new WholeTextValidator(QRegularExpression(field.validator), line));
-    addInput(line);
-    connect(line, &QLineEdit::textChanged, this, &TextEditor::noteChange);
-    connect(line, &QLineEdit::inputRejected, this,
-            [this] { complain(tr("That does not fit in here")); });
-}
-
-QVariant TextEditor::value() const
-{
-    return line->typed().trimmed();
-}
-
-bool TextEditor::isBlank() const
-{
-    return line->typed().trimmed().isEmpty();
-}
-
-QString TextEditor::enteredProblem() const
-{
-    if (line->hasAcceptableInput())
-        return {};
-    if (!field.inputMask.isEmpty())
-        return tr("To be filled in to the end: %1").arg(InputMask(field.inputMask).outline());
-    return mismatch.isEmpty() ? tr("Not of the form that is expected here") : mismatch;
-}
-
-DateEditor::DateEditor(const FormField &shown, QWidget *parent)
-    : TextEditor(typedDate(shown), parent)
-{
-    auto *const button = named(new QToolButton(this), QStringLiteral("calendar_") + field.key);
-    button->setText(tr("Calendar"));
-    button->setFocusPolicy(Qt::TabFocus);
-    button->setEnabled(field.editable);
-    row->addWidget(button);
-    connect(button, &QToolButton::clicked, this, &DateEditor::pick);
-}
-
-QVariant DateEditor::value() const
-{
-    return date().isValid() ? QVariant(date()) : QVariant();
-}
-
-QString DateEditor::enteredProblem() const
-{
-    if (!date().isValid())
-        return line->hasAcceptableInput()
-                   ? tr("There is no such day")
-                   : tr("Day, month and year: %1").arg(QDate(1990, 12, 31).toString(dateFormat()));
-    if (field.minDate.isValid() && date() < field.minDate)
-        return tr("Not before %1").arg(field.minDate.toString(dateFormat()));
-    if (field.maxDate.isValid() && date() > field.maxDate)
-        return tr("Not after %1").arg(field.maxDate.toString(dateFormat()));
-    return {};
-}
-
-QDate DateEditor::date() const
-{
-    return QDate::fromString(line->text(), dateFormat());
-}
-
-void DateEditor::pick()
-{
-    auto *const menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    auto *const calendar = named(new QCalendarWidget(menu), QStringLiteral("calendar"));
-    calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-    calendar->setMinimumSize(420, 320);
-    if (field.minDate.isValid())
-        calendar->setMinimumDate(field.minDate);
-    if (field.maxDate.isValid())
-        calendar->setMaximumDate(field.maxDate);
-    if (date().isValid())
-        calendar->setSelectedDate(date());
-    const auto take = [this, menu](const QDate &day) {
-        line->setText(day.toString(dateFormat()));
-        menu->close();
-    };
-    connect(calendar, &QCalendarWidget::activated, this, take);
-    connect(calendar, &QCalendarWidget::clicked, this, take);
-    auto *const entry = new QWidgetAction(menu);
-    entry->setDefaultWidget(calendar);
-    menu->addAction(entry);
-    menu->popup(line->mapToGlobal(QPoint(0, line->height())));
-    calendar->setFocus();
-}
-
-ChoiceEditor::ChoiceEditor(const FormField &shown, QWidget *parent)
-    : FieldEditor(shown, parent)
-    , options(new QButtonGroup(this))
-{
-    auto *const input = new QWidget(this);
-    auto *const buttons = new QHBoxLayout(input);
-    buttons->setContentsMargins(0, 0, 0, 0);
-    buttons->setSpacing(6);
-    for (int index = 0; index < field.options.size(); ++index) {
-        auto *const button = named(new QPushButton(field.options.at(index).toString(), input),
-                                   QStringLiteral("%1_%2").arg(field.key).arg(index));
-        button->setCheckable(true);
-        button->setAutoDefault(false);
-        button->setEnabled(field.editable);
-        button->setProperty("option", true);
-        options->addButton(button, index);
-        buttons->addWidget(button);
-    }
-    bool isIndex = false;
-    if (auto *const first = options->button(field.value.toInt(&isIndex)); first && isIndex)
-        first->setChecked(true);
-    addInput(input);
-    if (auto *const checked = options->checkedButton())
-        setFocusProxy(checked);
-    connect(options, &QButtonGroup::idToggled, this, &ChoiceEditor::noteChange);
-}
-
-QVariant ChoiceEditor::value() const
-{
-    return isBlank() ? QVariant() : QVariant(options->checkedId());
-}
-
-bool ChoiceEditor::isBlank() const
-{
-    return !options->checkedButton();
 }
 
 } // namespace till

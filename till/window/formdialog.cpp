@@ -1,79 +1,73 @@
 #include "till/window/formdialog.h"
 
-#include "till/core/formfields.h"
 #include "till/window/fieldeditor.h"
 #include "till/window/numberpad.h"
 
 #include <QApplication>
-#include <QGridLayout>
+#include <QBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
-#include <QVBoxLayout>
+#include <QScrollArea>
 
 #include <algorithm>
-#include <optional>
 
 namespace till {
 
-FormDialog::FormDialog(QWidget &window, const FormRequest &request)
-    : DialogFrame(window, request.title.toString())
-    , pad(new NumberPad(NumberPad::Keys::Numbers, this))
-    , validates(request.validates)
+namespace {
+
+/// Whether digit keys are enough for all fields.
+bool isInDigits(const QList<FormField> &fields)
 {
-    setObjectName(QStringLiteral("formDialog"));
-    setCancellable(request.cancellable);
-    setMinimumWidth(request.compact ? 560 : 760);
-    addText(QStringLiteral("message"), request.subtitle.toString());
-    auto *const row = new QHBoxLayout;
-    row->setSpacing(24);
-    row->addLayout(addFields(request), 1);
-    row->addWidget(pad, 0, Qt::AlignBottom);
-    content().addLayout(row);
-    addButtons(request.showsOk ? request.okText.isEmpty() ? tr("OK") : request.okText.toString()
-                               : QString(),
-               request.showsCancel && request.cancellable ? tr("Cancel") : QString());
-    connect(qApp, &QApplication::focusChanged, this, &FormDialog::followFocus);
-    check();
-    auto *const first = firstToFill(request.focusedField);
-    focusFirst(first ? first : okButton());
+    return std::ranges::all_of(fields, &FormField::keyboardDigits);
 }
 
-/// The fields in rows: those of one number beside each other, those without one in as many columns
-/// as the form asks for.
-QLayout *FormDialog::addFields(const FormRequest &request)
+} // namespace
+
+FormDialog::FormDialog(QWidget &window, const Words &words, const QList<FormField> &fields,
+                       bool takesScans)
+    : MessageDialog(window, Kind::Plain, words, isInDigits(fields) ? 540 : 760)
+    , takesScans(takesScans)
+{
+    setObjectName(u"formDialog");
+    const auto isDigits = isInDigits(fields);
+    pad = new NumberPad(isDigits ? NumberPad::Keys::Numbers : NumberPad::Keys::Letters);
+    auto *const both = new QBoxLayout(isDigits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    both->setSpacing(8);
+    both->addLayout(layOutFields(fields), 1);
+    both->addWidget(pad);
+    content().addLayout(both);
+    connect(qApp, &QApplication::focusChanged, this, &FormDialog::followFocus);
+    check();
+    auto *first = firstWrong();
+    if (!first)
+        first = *std::ranges::find_if(editors, &FieldEditor::isEditable);
+    first->correct();
+    focusFirst(first);
+}
+
+/// Lays the fields out in rows; fields of the same number share a row.
+QLayout *FormDialog::layOutFields(const QList<FormField> &fields)
 {
     auto *const rows = new QVBoxLayout;
-    rows->setSpacing(10);
+    rows->setSpacing(4);
     QHBoxLayout *row = nullptr;
-    std::optional<int> order;
-    for (auto field : fieldsInOrder(request.fields)) {
-        const auto isBeside =
-            order && (field.order >= 0 ? field.order == *order : row->count() < request.columns);
-        if (!isBeside) {
+    int order = -1;
+    for (const auto &field : fields) {
+        if (!row || field.order < 0 || field.order != order) {
             row = new QHBoxLayout;
             row->setSpacing(16);
             rows->addLayout(row);
         }
         order = field.order;
-        field.editable = field.editable && !request.readOnly;
-        auto *const editor = FieldEditor::create(field, this);
+        auto *const editor = new FieldEditor(field, this);
+        if (field.label.isEmpty())
+            editor->focusProxy()->setAccessibleName(accessibleName());
         connect(editor, &FieldEditor::changed, this, &FormDialog::check);
         row->addWidget(editor, 1);
         editors.append(editor);
     }
+    rows->addStretch();
     return rows;
-}
-
-/// The first field that is wrong, else the one asked for or the first; null when none can be
-/// changed.
-QWidget *FormDialog::firstToFill(const QString &key) const
-{
-    if (auto *const wrong = firstWrong())
-        return wrong;
-    const auto found = std::find_if(editors.begin(), editors.end(), [&key](const auto *editor) {
-        return editor->isEditable() && (key.isEmpty() || editor->key() == key);
-    });
-    return found == editors.end() ? nullptr : *found;
 }
 
 QVariantMap FormDialog::answers() const
@@ -86,38 +80,47 @@ QVariantMap FormDialog::answers() const
     return answers;
 }
 
+void FormDialog::takeScan(const QString &code)
+{
+    if (takesScans)
+        editors.first()->setText(code);
+    else
+        MessageDialog::takeScan(code);
+}
+
 void FormDialog::keyPressEvent(QKeyEvent *event)
 {
     const auto isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    auto *const wrong = isEnter && validates ? firstWrong() : nullptr;
+    auto *const wrong = isEnter ? firstWrong() : nullptr;
     if (!wrong) {
-        DialogFrame::keyPressEvent(event);
+        MessageDialog::keyPressEvent(event);
         return;
     }
     for (auto *const editor : std::as_const(editors))
         editor->reveal();
-    wrong->setFocus();
+    wrong->correct();
 }
 
 FieldEditor *FormDialog::firstWrong() const
 {
     const auto isWrong = [](const FieldEditor *editor) { return !editor->problem().isEmpty(); };
-    const auto found = std::find_if(editors.begin(), editors.end(), isWrong);
+    const auto found = std::ranges::find_if(editors, isWrong);
     return found == editors.end() ? nullptr : *found;
 }
 
 void FormDialog::check()
 {
-    okButton()->setEnabled(!validates || !firstWrong());
+    okButton()->setEnabled(!firstWrong());
 }
 
-/// A field that is left says what is wrong with it; the pad is for those that take digits.
+/// Highlights the problem of a field that loses the focus.
 void FormDialog::followFocus(QWidget *before, QWidget *now)
 {
     for (auto *const editor : std::as_const(editors)) {
-        if (now && editor->isAncestorOf(now))
-            pad->setEnabled(editor->isDigitsOnly() && editor->isEditable());
-        else if (before && now && editor->isAncestorOf(before) && isAncestorOf(now))
+        if (now && editor->isAncestorOf(now)) {
+            pad->setEnabled(editor->isEditable());
+            findChild<QScrollArea *>()->ensureWidgetVisible(editor);
+        } else if (before && now && editor->isAncestorOf(before) && isAncestorOf(now))
             editor->reveal();
     }
 }

@@ -1,40 +1,40 @@
 #pragma once
 
-#include "till/window/dialogframe.h"
+#include "till/window/messagedialog.h"
 
 #include <host/dialogrequests.h>
-
-#include <QVariantMap>
 
 namespace till {
 
 class FieldEditor;
 class NumberPad;
 
-/// Fields to be filled in together.
+/// A dialog with the fields of a form, of which at least one may be edited.
 ///
-/// OK stays off until all are right; Enter leads to the first that is not.
-class FormDialog : public DialogFrame
+/// OK stays disabled until all answers are right; Enter goes to the first wrong one.
+class FormDialog : public MessageDialog
 {
     Q_OBJECT
 public:
-    FormDialog(QWidget &window, const FormRequest &request);
+    /// `takesScans` says whether a scan fills the first field.
+    FormDialog(QWidget &window, const Words &words, const QList<FormField> &fields,
+               bool takesScans = false);
 
-    QVariantMap answers() const;
+    QVariantMap answers() const override;
+    void takeScan(const QString &code) override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    QLayout *addFields(const FormRequest &request);
-    QWidget *firstToFill(const QString &key) const;
+    QLayout *layOutFields(const QList<FormField> &fields);
     FieldEditor *firstWrong() const;
     void check();
     void followFocus(QWidget *before, QWidget *now);
 
+    const bool takesScans;
     QList<FieldEditor *> editors;
     NumberPad *pad;
-    bool validates;
 };
 
 } // namespace till

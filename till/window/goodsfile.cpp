@@ -2,112 +2,99 @@
 
 #include "till/core/numbers.h"
 #include "till/core/sale.h"
+#include "till/window/mainwindow.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringDecoder>
-#include <QStringList>
-
-#include <algorithm>
 
 namespace till {
 
 namespace {
 
-constexpr QChar quote = u'"';
+using namespace Qt::StringLiterals;
 
-/// The fields of a line; nothing when its quotation marks do not pair.
-std::optional<QStringList> split(const QString &line, QChar separator)
+/// The line without its end; nothing when it is not UTF-8.
+std::optional<QString> decode(const QByteArray &line)
 {
-    QStringList fields(QString{});
-    bool quoted = false;
-    for (qsizetype i = 0; i < line.size(); ++i) {
-        const auto character = line.at(i);
-        const auto isDoubled =
-            quoted && character == quote && i + 1 < line.size() && line.at(i + 1) == quote;
-        if (character == quote && !isDoubled)
-            quoted = !quoted;
-        else if (character == separator && !quoted)
-            fields.append(QString());
-        else
-            fields.last().append(character);
-        i += isDoubled ? 1 : 0;
-    }
-    for (auto &field : fields)
-        field = field.trimmed();
-    return quoted ? std::nullopt : std::optional(fields);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder(line);
+    return decoder.hasError() ? std::nullopt : std::optional(text.trimmed());
 }
 
-std::optional<QString> decode(QByteArray bytes)
+/// A field of a line, behind its separator.
+QRegularExpression fieldPattern(QChar separator)
 {
-    while (bytes.endsWith('\n') || bytes.endsWith('\r'))
-        bytes.chop(1);
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(text);
+    return QRegularExpression(
+        uR"re((?:^|%1)\s*(?:"((?:[^"]|"")*)"\s*(?=%1|$)|([^"%1]*)))re"_s.arg(separator));
+}
+
+/// The fields of a line; none for an unpaired quotation mark.
+QStringList split(const QString &line, const QRegularExpression &field)
+{
+    QStringList fields;
+    qsizetype end = 0;
+    for (const auto &match : field.globalMatch(line)) {
+        if (match.capturedStart() != end)
+            return {};
+        end = match.capturedEnd();
+        const auto quoted = match.captured(1).replace(uR"("")"_s, uR"(")"_s);
+        fields.append((quoted + match.captured(2)).trimmed());
+    }
+    return end == line.size() ? fields : QStringList();
+}
+
+/// Adds the goods of a line's fields. \return What is wrong with the line; empty when nothing is.
+QString add(const QString &code, const QString &name, const QString &price,
+            QHash<QString, Goods> &goods)
+{
+    const auto number = parseDecimal(price, 2, Sale::maximumPrice);
+    if (code.isEmpty() || name.isEmpty())
+        return code.isEmpty() ? MainWindow::tr("no code") : MainWindow::tr("no name");
+    if (!number)
+        return MainWindow::tr("\"%1\" is no price").arg(price);
+    if (goods.contains(code))
+        return MainWindow::tr("the code %1 is there already").arg(code);
+    goods.insert(code, {code, name, *number});
+    return {};
 }
 
 } // namespace
 
-QList<GoodsFile::BadLine> GoodsFile::load(const QString &path)
+GoodsFile readGoods(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return {{0, Problem::Unreadable, file.errorString()}};
-    Columns columns;
-    if (const auto missing = missingColumn(decode(file.readLine()).value_or(QString()), columns))
-        return {{1, Problem::NoHead, *missing}};
-    QList<BadLine> badLines;
+        return {{}, {MainWindow::tr("The file cannot be read: %1").arg(file.errorString())}};
+    const auto head = decode(file.readLine()).value_or(QString()).toLower();
+    const auto field = fieldPattern(head.contains(u';') ? u';' : u',');
+    const auto names = split(head, field);
+    for (const auto &name : {u"code"_s, u"name"_s, u"price"_s}) {
+        if (!names.contains(name))
+            return {
+                {},
+                {MainWindow::tr("Line 1: the columns code, name and price are expected; \"%1\" is "
+                                "missing")
+                     .arg(name)}};
+    }
+    const auto code = names.indexOf(u"code"_s);
+    const auto name = names.indexOf(u"name"_s);
+    const auto price = names.indexOf(u"price"_s);
+    GoodsFile read;
     for (int number = 2; !file.atEnd(); ++number) {
         const auto line = decode(file.readLine());
-        if (line && line->trimmed().isEmpty())
+        if (line && line->isEmpty())
             continue;
-        auto bad = line ? take(*line, columns) : BadLine{0, Problem::NotText};
-        if (bad) {
-            bad->line = number;
-            badLines.append(*bad);
-        }
+        const auto fields = line ? split(*line, field) : QStringList();
+        auto problem = MainWindow::tr("not UTF-8");
+        if (line)
+            problem = fields.isEmpty() ? MainWindow::tr("a quotation mark is missing")
+                                       : add(fields.value(code), fields.value(name),
+                                             fields.value(price), read.goods);
+        if (!problem.isEmpty())
+            read.problems.append(MainWindow::tr("Line %1: %2").arg(number).arg(problem));
     }
-    return badLines;
-}
-
-std::optional<Goods> GoodsFile::find(const QString &code) const
-{
-    const auto found = goods.constFind(code);
-    return found == goods.constEnd() ? std::nullopt : std::optional(*found);
-}
-
-std::optional<QString> GoodsFile::missingColumn(const QString &head, Columns &columns)
-{
-    columns.separator = head.contains(u';') ? u';' : u',';
-    const auto names = split(head.toLower(), columns.separator).value_or(QStringList());
-    const auto find = [&](const QString &name, qsizetype &column) {
-        column = names.indexOf(name);
-        return column < 0 ? std::optional(name) : std::nullopt;
-    };
-    auto missing = find(QStringLiteral("code"), columns.code);
-    if (!missing)
-        missing = find(QStringLiteral("name"), columns.name);
-    return missing ? missing : find(QStringLiteral("price"), columns.price);
-}
-
-std::optional<GoodsFile::BadLine> GoodsFile::take(const QString &line, const Columns &columns)
-{
-    const auto fields = split(line, columns.separator);
-    if (!fields)
-        return BadLine{0, Problem::NotText};
-    const Goods item{fields->value(columns.code), fields->value(columns.name)};
-    if (item.code.isEmpty())
-        return BadLine{0, Problem::NoCode};
-    if (item.name.isEmpty())
-        return BadLine{0, Problem::NoName};
-    const auto priceText = fields->value(columns.price);
-    const auto price = parseDecimal(priceText, 2, Sale::maximumPrice);
-    if (!price)
-        return BadLine{0, Problem::BadPrice, priceText};
-    if (goods.contains(item.code))
-        return BadLine{0, Problem::CodeTwice, item.code};
-    goods.insert(item.code, {item.code, item.name, *price});
-    return std::nullopt;
+    return read;
 }
 
 std::optional<GoodsEntry> parseGoodsEntry(const QString &typed)
@@ -116,12 +103,10 @@ std::optional<GoodsEntry> parseGoodsEntry(const QString &typed)
     GoodsEntry entry{typed.mid(times + 1).trimmed()};
     if (entry.code.isEmpty() || entry.code.contains(u'*'))
         return std::nullopt;
-    if (times < 0)
-        return entry;
-    const auto quantity =
-        parseDecimal(typed.left(times).trimmed(), 3, Sale::maximumQuantity).value_or(0);
-    entry.quantity = quantity;
-    return quantity > 0 ? std::optional(entry) : std::nullopt;
+    if (times >= 0)
+        entry.quantity =
+            parseDecimal(typed.left(times).trimmed(), 3, Sale::maximumQuantity).value_or(0);
+    return entry.quantity > 0 ? std::optional(entry) : std::nullopt;
 }
 
 } // namespace till

@@ -1,9 +1,9 @@
 #include "till/core/catalogue.h"
-#include "till/core/legacydata.h"
-#include "till/core/logrotation.h"
 #include "till/core/settings.h"
-#include "till/core/settingscheck.h"
+#include "till/core/settingtable.h"
+#include "till/core/utf8locale.h"
 #include "till/window/mainwindow.h"
+#include "till/window/style.h"
 
 #include <host/config.h>
 #include <host/logging.h>
@@ -11,12 +11,15 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QScreen>
 #include <QTimer>
 
-#include <algorithm>
 #include <csignal>
 #include <iostream>
+#include <sys/stat.h>
 #include <tuple>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -28,97 +31,100 @@ int refuseToStart(const QString &reason)
     return badSetup;
 }
 
-/// Qt's messages until there is a screen. Without one Qt would abort the program.
+/// Handles Qt's messages until there is a screen: without a screen Qt would abort the program.
 void noteScreen(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtFatalMsg)
-        std::_Exit(refuseToStart(
-            QStringLiteral("no screen to open the window on; set DISPLAY or WAYLAND_DISPLAY, or "
-                           "sell at a terminal with \"till\"")));
-    if (QLatin1String(context.category).startsWith(QLatin1String("qt.qpa")))
+        std::_Exit(refuseToStart(u"no screen to open the window on; set DISPLAY or "
+                                 "WAYLAND_DISPLAY, or sell at a terminal with \"till\""_s));
+    if (QLatin1StringView(context.category).startsWith("qt.qpa"_L1))
         std::cerr << "till-window: " << text.toStdString() << std::endl;
 }
 
-till::WindowSetup readSetup(const QCommandLineParser &parser, QString &error)
+/// Why the till cannot sell.
+struct Refusal
 {
-    const auto value = [&parser](const char *name) { return parser.value(QLatin1String(name)); };
-    const auto &config = *Singleton<Config>::instance();
-    till::WindowSetup setup;
-    setup.till = till::loadSettings(
-        {value("config"), value("plugin"), value("data"), value("language"), value("log")}, error);
-    setup.delivers = !parser.isSet(QStringLiteral("no-delivery"));
-    setup.service = QUrl(config.getText(QStringLiteral("LmMindbox:url")));
-    setup.goodsFile = config.getText(QStringLiteral("Till:goodsFile"));
-    setup.phoneMask =
-        config.getText(QStringLiteral("Till:phoneMask"), QStringLiteral("+7(999)-999-99-99;_"));
-    return setup;
-}
+    QString details = {}; ///< For support; empty when the till can sell.
+    /// For the cashier.
+    QString reason =
+        till::MainWindow::tr("Something is wrong with the till's settings or its disk. "
+                             "Call support: \"till check\" says what to mend.");
+};
 
-/// What keeps the window from opening; empty for nothing.
-QString prepare(till::WindowSetup &setup)
+/// Loads the settings and starts the log.
+Refusal prepare(const till::SettingsOverrides &options, till::Settings &settings)
 {
-    using Weight = till::SettingComplaint::Weight;
-    const auto &settings = setup.till;
-    for (const auto &complaint : till::checkSettings(*Singleton<Config>::instance())) {
-        const auto text =
-            QStringLiteral("%1 cannot be used; \"till check\" says why").arg(complaint.key);
-        if (complaint.weight == Weight::Fatal)
-            return text;
-        if (complaint.weight == Weight::Wrong)
-            setup.complaints.append(text);
+    const auto loaded = till::loadSettings(options);
+    if (loaded)
+        settings = *loaded;
+    if (const auto language = till::installLanguage(settings.language); !language) {
+        std::ignore = till::installLanguage({}); // the environment's, to report the problem in
+        return {language.error()};
     }
-    if (const auto problem = privatefile::createDirectory(settings.dataDirectory))
-        return *problem;
+    if (!loaded)
+        return {loaded.error().text()};
+    for (const auto &problem : till::findProblems()) {
+        if (problem.isFatal)
+            return {u"%1 cannot be used"_s.arg(problem.setting->key),
+                    till::MainWindow::tr("The setting %1 is missing or cannot be used. Call "
+                                         "support: \"till check\" says what to mend.")
+                        .arg(problem.setting->key)};
+    }
+    if (const auto made = privatefile::createDirectory(settings.dataDirectory); !made)
+        return {made.error()};
     // A full disk or a read-only directory must not keep the till from selling.
-    if (const auto problem = logging::start(settings.logFile, settings.logFile.isEmpty()))
-        std::cerr << "till-window: " << problem->toStdString() << std::endl;
-    return till::legacydata::adoptQueue(settings.dataDirectory).value_or(QString());
+    const auto &file = settings.logFile;
+    if (const auto log = logging::start(file, file.isEmpty()); !log)
+        std::cerr << "till-window: " << log.error().toStdString() << std::endl;
+    return {};
 }
 
-void addOptions(QCommandLineParser &parser)
+/// Reads the options; shows help and version without a screen.
+bool readOptions(int argc, char *argv[], till::SettingsOverrides &options, bool &delivers)
 {
-    const auto text = [](const char *words) { return QString::fromLatin1(words); };
+    const QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
     parser.setApplicationDescription(
-        text("The till with the loyalty plugin, as a window. Exit code: 0; 2 for bad options or "
-             "settings, without a screen, and when the till is open elsewhere."));
+        u"The till with the loyalty plugin, as a window. Exit code: 0; 2 for bad options or "
+        "settings, without a screen, and when the till is open elsewhere."_s);
     parser.addHelpOption();
     parser.addVersionOption();
-    const auto add = [&](const char *name, const char *meaning, const char *value) {
-        parser.addOption({text(name), text(meaning), text(value)});
-    };
-    add("config", "Settings file, as of \"till\".", "file");
-    add("plugin", "Plugin module. Default: the setting Till:plugin.", "file");
-    add("data", "Data directory. Default: the setting Till:dataDir.", "directory");
-    add("language", "Language of the texts: ru or en. Default: the setting Till:language.", "code");
-    add("log", "Log file, \"-\" for standard error. Default: the setting Till:log.", "file");
-    parser.addOption({text("no-delivery"), text("Do not deliver the queue while selling.")});
+    const auto setting = u"Instead of the setting Till:%1."_s;
+    parser.addOptions({{u"config"_s, u"Settings file, as of \"till\"."_s, u"file"_s},
+                       {u"plugin"_s, setting.arg("plugin"_L1), u"file"_s},
+                       {u"data"_s, setting.arg("dataDir"_L1), u"directory"_s},
+                       {u"language"_s, setting.arg("language"_L1), u"code"_s},
+                       {u"log"_s, setting.arg("log"_L1), u"file"_s},
+                       {u"no-delivery"_s, u"Do not deliver the queue while selling."_s}});
+    if (!parser.parse(QCoreApplication::arguments())) {
+        refuseToStart(parser.errorText());
+        return false;
+    }
+    parser.process(application);
+    options = {parser.value(u"config"_s), parser.value(u"plugin"_s), parser.value(u"data"_s),
+               parser.value(u"language"_s), parser.value(u"log"_s)};
+    delivers = !parser.isSet(u"no-delivery"_s);
+    return true;
 }
 
-/// Whether the program is only to say something of itself, which takes no screen.
-bool isAskedOnly(int argc, char *argv[])
+/// Shows the window, which sells or tells why it cannot. \return The program's exit code.
+int show(const till::Settings &settings, bool delivers, const Refusal &refusal,
+         const QString &settingsFile)
 {
-    return std::any_of(argv + 1, argv + argc, [](const char *argument) {
-        return QLatin1String(argument) == QLatin1String("--help") ||
-               QLatin1String(argument) == QLatin1String("--version");
-    });
-}
-
-/// Opens the window, to sell in or to say why it cannot be. \return The program's exit code.
-int show(const till::WindowSetup &setup, const QString &error, const QString &settingsFile)
-{
-    till::MainWindow window(setup);
+    till::installPalette();
+    till::MainWindow window(settings, delivers);
     QObject::connect(&window, &till::MainWindow::ended, qApp,
                      [](int code) { QApplication::exit(code); });
+    // There may be no window manager to maximise the window or to give it the keyboard.
+    window.setGeometry(window.screen()->availableGeometry());
     window.showMaximized();
-    // The window is on the screen before the till is looked after.
-    if (error.isEmpty()) {
+    window.activateWindow();
+    // Shows the window before the till is opened.
+    if (refusal.details.isEmpty()) {
         QTimer::singleShot(0, &window, &till::MainWindow::start);
     } else {
-        refuseToStart(error);
-        window.refuse(till::MainWindow::tr("The till cannot open: something is wrong with its "
-                                           "settings or its disk. Call the one who looks after "
-                                           "it; \"till check\" says what to mend.\n%1")
-                          .arg(settingsFile));
+        refuseToStart(refusal.details);
+        window.refuse(refusal.reason, refusal.details + u'\n' + settingsFile);
     }
     return QApplication::exec();
 }
@@ -127,32 +133,23 @@ int show(const till::WindowSetup &setup, const QString &error, const QString &se
 
 int main(int argc, char *argv[])
 {
-    // A connection that has gone is an error where it is used, not the till's end.
+    // A closed connection must be an error at its use, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
-    const till::LogRotation rotation;
-    if (isAskedOnly(argc, argv))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    ::umask(077);
+    till::chooseUtf8();
+    QCoreApplication::setApplicationName(u"till-window"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(TILL_VERSION));
+    till::SettingsOverrides options;
+    till::Settings settings;
+    bool delivers = true;
+    if (!readOptions(argc, argv, options, delivers))
+        return badSetup;
     auto *const usualMessages = qInstallMessageHandler(noteScreen);
-    QApplication application(argc, argv);
+    int forQt = 1; // Qt must not see our options: it has a "--plugin", too
+    const QApplication application(forQt, argv);
     qInstallMessageHandler(usualMessages);
-    QApplication::setApplicationName(QStringLiteral("till-window"));
-    QApplication::setApplicationVersion(QStringLiteral(TILL_VERSION));
-    QCommandLineParser parser;
-    addOptions(parser);
-    if (!parser.parse(QApplication::arguments()))
-        return refuseToStart(parser.errorText());
-    parser.process(application);
-
-    QString error;
-    auto setup = readSetup(parser, error);
-    if (const auto problem = till::installLanguage(setup.till.language)) {
-        std::ignore = till::installLanguage({}); // the usual one, to say so in
-        error = *problem;
-    }
-    if (error.isEmpty())
-        error = prepare(setup);
-    const auto exitCode =
-        show(setup, error, Config::filePath(parser.value(QStringLiteral("config"))));
+    const auto refusal = prepare(options, settings);
+    const auto exitCode = show(settings, delivers, refusal, Config::filePath(options.config));
     logging::stop();
     return exitCode;
 }

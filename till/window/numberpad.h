@@ -1,24 +1,32 @@
 #pragma once
 
-#include <QWidget>
+#include <QStackedWidget>
+
+class QPushButton;
 
 namespace till {
 
-/// Keys for a touch screen. Each acts as the key of a keyboard on the field that has the focus,
-/// which keeps it.
-class NumberPad : public QWidget
+/// Keys for a touch screen. Each sends a keyboard's key to the field with the focus, which keeps
+/// the focus.
+class NumberPad : public QStackedWidget
 {
     Q_OBJECT
 public:
     enum class Keys {
         Numbers, ///< Digits, the decimal comma, backspace.
-        Goods,   ///< With them "*" for a quantity, and Enter.
+        Goods,   ///< Also "*" for a quantity, and Enter.
+        Letters, ///< Russian and Latin letters, digits, and an address's signs.
     };
 
     explicit NumberPad(Keys keys, QWidget *parent = nullptr);
 
 private:
-    void addKey(const QString &label, int key, int row, int column, int columns = 1);
+    void addPage(const QStringList &rows);
+    QPushButton *makeKey(QChar symbol);
+    void press(QChar symbol);
+    void setCapital(bool on);
+
+    bool isCapital = false;
 };
 
 } // namespace till

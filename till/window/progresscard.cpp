@@ -2,70 +2,67 @@
 
 #include "till/window/named.h"
 
-#include <QGridLayout>
-#include <QLabel>
+#include <QBoxLayout>
 #include <QLocale>
 #include <QProgressBar>
 
+#include <utility>
+
 namespace till {
 
-ProgressCard::ProgressCard(QWidget &window)
-    : QFrame(&window)
-    , label(named(new QLabel(this), QStringLiteral("progressText")))
-    , seconds(named(new QLabel(this), QStringLiteral("progressSeconds")))
-    , bar(new QProgressBar(this))
+using namespace Qt::StringLiterals;
+
+ProgressCard::ProgressCard(QWidget *parent)
+    : QFrame(parent)
+    , label(makeLabel(this, u"progressText"_s))
+{
+    setObjectName(u"progress");
+    auto *const bar = new QProgressBar(this);
+    bar->setRange(0, 0);
+    bar->setTextVisible(false);
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(12, 4, 12, 4);
+    column->addWidget(label);
+    column->addWidget(bar);
+    connect(&timer, &QTimer::timeout, this, &ProgressCard::refresh);
+}
+
+void ProgressCard::setText(const QString &said)
+{
+    text = said;
+    refresh();
+}
+
+void ProgressCard::setSteps(const QStringList &waiting)
 {
     using namespace std::chrono_literals;
-    setObjectName(QStringLiteral("progress"));
-    bar->setTextVisible(false);
-    auto *const grid = new QGridLayout(this);
-    grid->setContentsMargins(20, 14, 20, 14);
-    grid->addWidget(label, 0, 0);
-    grid->addWidget(seconds, 0, 1, Qt::AlignRight | Qt::AlignBottom);
-    grid->addWidget(bar, 1, 0, 1, 2);
-    grid->setColumnMinimumWidth(0, 340);
-    timer.setInterval(80ms);
-    connect(&timer, &QTimer::timeout, this, &ProgressCard::tick);
-    hide();
-    setText({});
-}
-
-void ProgressCard::setText(const QString &text)
-{
-    label->setText(text.isEmpty() ? tr("One moment, please ...") : text);
-}
-
-void ProgressCard::setWaiting(bool on)
-{
-    if (on == timer.isActive())
-        return;
-    if (on) {
-        since.start();
-        timer.start();
-    } else {
+    steps = waiting;
+    if (steps.isEmpty()) {
+        since.invalidate();
         timer.stop();
-        hide();
-        emit shown();
+    } else if (!since.isValid()) {
+        since.start();
+        timer.start(100ms);
     }
+    refresh();
 }
 
-void ProgressCard::tick()
+void ProgressCard::refresh()
 {
     constexpr qint64 unnoticed = 200;
-    constexpr int round = 1'200;
-    const auto elapsed = since.elapsed();
-    if (elapsed < unnoticed)
-        return;
-    //: Seconds that the till has waited.
-    seconds->setText(
-        tr("%1 s").arg(QLocale().toString(static_cast<double>(elapsed) / 1000, 'f', 1)));
-    bar->setMaximum(round);
-    bar->setValue(static_cast<int>(elapsed % round));
-    if (!isVisible()) {
-        show();
-        raise();
-        emit shown();
+    const auto elapsed = since.isValid() ? since.elapsed() : 0;
+    const auto isLong = elapsed >= unnoticed;
+    if (isLong) {
+        //: What the till waits for, and the seconds that it has waited.
+        auto said = tr("%1, %2 s")
+                        .arg(text.isEmpty() ? steps.value(0) : text,
+                             QLocale().toString(static_cast<double>(elapsed) / 1000, 'f', 1));
+        if (const auto behind = static_cast<int>(steps.size()) - 1; behind > 0)
+            said += u'\n' + tr("Waiting behind it: %1").arg(behind);
+        label->setText(said);
     }
+    if (std::exchange(isNoticed, isLong) != isLong)
+        emit shown(isLong);
 }
 
 } // namespace till

@@ -5,34 +5,37 @@
 #include <QTimer>
 
 class QLabel;
-class QProgressBar;
 
 namespace till {
 
-/// What the till waits for and since when.
+/// Shows what the till waits for, for how long, and how many steps wait behind.
 class ProgressCard : public QFrame
 {
     Q_OBJECT
 public:
-    explicit ProgressCard(QWidget &window);
+    explicit ProgressCard(QWidget *parent);
 
-    /// What is waited for; empty for the usual words.
+    /// The loyalty system's progress text; empty for none.
     void setText(const QString &text);
-    /// Shows the card once the wait has taken long enough to be noticed, until it is turned off.
-    void setWaiting(bool on);
+    /// The unfinished steps, the one under way first. The card appears after a noticeable wait, and
+    /// disappears when there are no steps.
+    void setSteps(const QStringList &steps);
+    bool isShown() const { return isNoticed; }
 
 signals:
-    /// The card has come, or gone.
-    void shown();
+    /// The card must appear or disappear.
+    void shown(bool on);
 
 private:
-    void tick();
+    void refresh();
+    void setNoticed(bool on);
 
-    QElapsedTimer since;
+    QString text;
+    QStringList steps;
+    QElapsedTimer since; ///< Valid while there are steps.
     QTimer timer;
     QLabel *label;
-    QLabel *seconds;
-    QProgressBar *bar;
+    bool isNoticed = false;
 };
 
 } // namespace till

@@ -1,8 +1,5 @@
 #include "till/window/receiptmodel.h"
-
-#include "till/window/texts.h"
-
-#include <QtMath>
+#include "till/words/figures.h"
 
 #include <algorithm>
 
@@ -10,80 +7,98 @@ namespace till {
 
 namespace {
 
-qint64 hundredthsOf(double sum)
+QString textOf(const PositionView &position, int column)
 {
-    return qRound64(sum * 100);
-}
-
-Qt::Alignment alignmentOf(int column)
-{
-    return Qt::AlignVCenter | (column == ReceiptModel::Name ? Qt::AlignLeft : Qt::AlignRight);
-}
-
-QList<QStandardItem *> itemsOf(const PositionView &position)
-{
-    const auto saved =
-        position.discounts.isEmpty() ? QString() : moneyLabel(position.sum - position.fullSum);
-    QList<QStandardItem *> items;
-    for (const auto &text :
-         {QString::number(position.number), position.name, quantityLabel(position.quantity),
-          moneyLabel(position.price), saved, moneyLabel(position.sum)}) {
-        auto *const item = new QStandardItem(text);
-        item->setTextAlignment(alignmentOf(static_cast<int>(items.size())));
-        item->setEditable(false);
-        items.append(item);
+    switch (column) {
+    case ReceiptModel::Number:
+        return QString::number(position.number);
+    case ReceiptModel::Name:
+        return position.name;
+    case ReceiptModel::Quantity:
+        return quantityLabel(position.quantity);
+    case ReceiptModel::Price:
+        return moneyLabel(position.price);
+    case ReceiptModel::Discount:
+        return position.discounts.isEmpty() ? QString()
+                                            : moneyLabel(position.sum - position.fullSum);
+    default:
+        return moneyLabel(position.sum);
     }
-    items.at(ReceiptModel::Name)->setToolTip(position.code + u'\n' + position.name);
-    return items;
 }
 
 } // namespace
 
-ReceiptModel::ReceiptModel()
-    : QStandardItemModel(0, ColumnCount)
+int ReceiptModel::rowCount(const QModelIndex &parent) const
 {
-    setHorizontalHeaderLabels(
-        {tr("No."), tr("Name"), tr("Quantity"), tr("Price"), tr("Discount"), tr("Sum")});
-    for (int column = 0; column < ColumnCount; ++column)
-        horizontalHeaderItem(column)->setTextAlignment(alignmentOf(column));
+    return parent.isValid() ? 0 : static_cast<int>(positions.size());
+}
+
+int ReceiptModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant ReceiptModel::data(const QModelIndex &index, int role) const
+{
+    const auto &position = positions.at(index.row());
+    if (role == Qt::DisplayRole)
+        return textOf(position, index.column());
+    return role == Qt::TextAlignmentRole ? headerData(index.column(), Qt::Horizontal, role)
+                                         : QVariant();
+}
+
+QVariant ReceiptModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role == Qt::TextAlignmentRole)
+        return QVariant(Qt::AlignVCenter | (section == Name ? Qt::AlignLeft : Qt::AlignRight));
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal)
+        return {};
+    const QStringList titles{tr("No."),   tr("Name"),     tr("Quantity"),
+                             tr("Price"), tr("Discount"), tr("Sum")};
+    return titles.value(section);
 }
 
 void ReceiptModel::reset(const QList<PositionView> &shown)
 {
     if (positions == shown)
         return;
-    setRowCount(0);
-    positions.clear();
-    hundredths = 0;
-    for (const auto &position : shown)
-        add(position);
+    beginResetModel();
+    positions = shown;
+    endResetModel();
 }
 
 void ReceiptModel::apply(const SaleEvent &event)
 {
     if (event.kind == SaleEvent::Kind::PositionAdded) {
-        add(event.position);
+        beginInsertRows({}, rowCount(), rowCount());
+        positions.append(event.position);
+        endInsertRows();
         return;
     }
     const auto row = rowOf(event.position.number);
     if (row < 0 || event.kind == SaleEvent::Kind::Refused)
         return;
-    hundredths -= hundredthsOf(positions.at(row).sum);
     if (event.kind == SaleEvent::Kind::PositionRemoved) {
+        beginRemoveRows({}, row, row);
         positions.removeAt(row);
-        removeRow(row);
+        endRemoveRows();
         return;
     }
-    hundredths += hundredthsOf(event.position.sum);
     positions[row] = event.position;
-    const auto items = itemsOf(event.position);
-    for (int column = 0; column < ColumnCount; ++column)
-        setItem(row, column, items.at(column));
+    emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
 }
 
 std::optional<PositionView> ReceiptModel::position(int row) const
 {
     return row >= 0 && row < positions.size() ? std::optional(positions.at(row)) : std::nullopt;
+}
+
+double ReceiptModel::total() const
+{
+    qint64 hundredths = 0; // a whole number, so that the total does not drift
+    for (const auto &position : positions)
+        hundredths += qRound64(position.sum * 100);
+    return static_cast<double>(hundredths) / 100;
 }
 
 int ReceiptModel::rowOf(int number) const
@@ -94,13 +109,6 @@ int ReceiptModel::rowOf(int number) const
     return found != positions.end() && found->number == number
                ? static_cast<int>(found - positions.begin())
                : -1;
-}
-
-void ReceiptModel::add(const PositionView &position)
-{
-    positions.append(position);
-    hundredths += hundredthsOf(position.sum);
-    appendRow(itemsOf(position));
 }
 
 } // namespace till

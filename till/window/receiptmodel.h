@@ -2,37 +2,38 @@
 
 #include "till/core/saleevent.h"
 
-#include <QStandardItemModel>
+#include <QAbstractTableModel>
 
 #include <optional>
 
 namespace till {
 
-/// The positions of the receipt at hand, kept up to date by what happens at the till.
-class ReceiptModel : public QStandardItemModel
+/// The positions of the current receipt, updated by the sale's events.
+class ReceiptModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
     enum Column { Number, Name, Quantity, Price, Discount, Sum, ColumnCount };
 
-    ReceiptModel();
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
 
-    /// Shows a receipt's positions in the place of all others.
+    /// Replaces all positions.
     void reset(const QList<PositionView> &shown);
-    /// Shows what an event says of a position. Costs the same however many there are.
+    /// Applies an event about a position.
     void apply(const SaleEvent &event);
 
     /// The position in the row; nothing for no row.
     std::optional<PositionView> position(int row) const;
-    /// The row of the position of that number; -1 for none.
+    /// The row of the position with that number; -1 for none.
     int rowOf(int number) const;
-    double total() const { return static_cast<double>(hundredths) / 100; }
+    double total() const;
 
 private:
-    void add(const PositionView &position);
-
-    QList<PositionView> positions; ///< By their numbers.
-    qint64 hundredths = 0;         ///< Of the total, so that it does not drift.
+    QList<PositionView> positions; ///< Ordered by number.
 };
 
 } // namespace till

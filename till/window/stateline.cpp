@@ -1,98 +1,91 @@
 #include "till/window/stateline.h"
 
 #include "till/window/named.h"
-#include "till/window/texts.h"
+#include "till/words/figures.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 
 namespace till {
 
 namespace {
 
-constexpr QLatin1String good("good");
-constexpr QLatin1String attention("attention");
-constexpr QLatin1String bad("bad");
+using namespace Qt::StringLiterals;
+
+constexpr auto good = "good"_L1;
+constexpr auto attention = "attention"_L1;
+constexpr auto bad = "bad"_L1;
 
 } // namespace
 
 StateLine::StateLine(QWidget *parent)
     : QFrame(parent)
 {
-    setObjectName(QStringLiteral("state"));
+    setObjectName(u"state");
     auto *const row = new QHBoxLayout(this);
     row->setContentsMargins(12, 4, 12, 4);
     row->setSpacing(12);
-    service = addLabel(QStringLiteral("stateService"));
-    waiting = addLabel(QStringLiteral("stateWaiting"));
-    refused = named(new QPushButton(this), QStringLiteral("stateRefused"));
-    refused->setFocusPolicy(Qt::TabFocus);
-    row->addWidget(refused);
-    unstored = addLabel(QStringLiteral("stateUnstored"));
-    row->insertStretch(1, 1);
+    service = add(makeLabel(this, u"stateService"_s));
+    row->addStretch(1);
+    badGoods = add(named(new QPushButton(this), u"stateGoods"_s));
+    waiting = add(makeLabel(this, u"stateWaiting"_s));
+    refused = add(named(new QPushButton(this), u"stateRefused"_s));
+    unstored = add(makeLabel(this, u"stateUnstored"_s));
     connect(refused, &QPushButton::clicked, this, &StateLine::refusedClicked);
-    show({});
+    connect(badGoods, &QPushButton::clicked, this, &StateLine::badGoodsClicked);
+    // A long text must not make the window wider than the screen.
+    service->setMinimumWidth(1);
+    waiting->setMinimumWidth(1);
+    showBadGoods(0);
+    showService({});
+    showDelivery({});
     showUnstored(0);
 }
 
-void StateLine::show(const TillState &state)
+/// Adds a part that tells of a fault until it is marked otherwise.
+template<typename Widget>
+Widget *StateLine::add(Widget *part)
 {
-    showService(state.service);
-    showDelivery(state);
+    part->setFocusPolicy(Qt::NoFocus);
+    mark(part, "state", bad);
+    layout()->addWidget(part);
+    return part;
 }
 
 void StateLine::showService(const ServiceAvailability::State &state)
 {
-    using Reach = ServiceAvailability::Reach;
-    switch (state.reach) {
-    case Reach::Unknown:
-        service->setText(tr("Loyalty: not asked yet"));
-        break;
-    case Reach::Reachable:
-        service->setText(tr("Loyalty: answers"));
-        break;
-    case Reach::Unreachable:
-        service->setText(tr("Loyalty: no answer since %1").arg(timeLabel(state.unreachableSince)));
-        break;
-    }
-    mark(service, "state", state.reach == Reach::Unreachable ? bad : good);
+    const auto isOffline = state.unreachableSince.isValid();
+    service->setText(state.isAsked ? tr("Loyalty service: online")
+                                   : tr("Loyalty service: not asked yet"));
+    if (isOffline)
+        service->setText(
+            tr("Loyalty service: offline since %1").arg(timeLabel(state.unreachableSince)));
+    mark(service, "state", isOffline ? bad : good);
 }
 
-void StateLine::showDelivery(const TillState &state)
+void StateLine::showDelivery(const DeliveryState &delivery)
 {
-    const auto &delivery = state.delivery;
-    if (!delivery.error.isEmpty()) {
-        waiting->setText(tr("Orders: the disk does not answer"));
-        mark(waiting, "state", bad);
-        return;
-    }
-    if (state.waiting == 0)
-        waiting->setText(tr("Orders waiting: none"));
-    else if (!delivery.oldestWaiting.isValid())
-        waiting->setText(tr("Orders waiting: %1").arg(state.waiting));
-    else
-        waiting->setText(tr("Orders waiting: %1, since %2")
-                             .arg(state.waiting)
-                             .arg(timeLabel(delivery.oldestWaiting)));
-    mark(waiting, "state", state.waiting > 0 ? attention : good);
-    refused->setText(tr("Orders refused: %1").arg(delivery.refused));
-    refused->setEnabled(delivery.refused > 0);
-    mark(refused, "state", delivery.refused > 0 ? bad : good);
+    const auto isUnread = !delivery.error.isEmpty();
+    waiting->setText(
+        isUnread ? tr("Messages: the disk cannot be read")
+                 : tr("Messages waiting: %1, since %2")
+                       .arg(QString::number(delivery.waiting), timeLabel(delivery.oldestWaiting)));
+    waiting->setVisible(isUnread || delivery.waiting > 0);
+    mark(waiting, "state", isUnread ? bad : attention);
+    refused->setText(tr("Orders refused: %1 ▸").arg(delivery.refused));
+    refused->setVisible(delivery.refused > 0);
 }
 
 void StateLine::showUnstored(qsizetype receipts)
 {
-    unstored->setText(tr("Receipts not on the disk: %1").arg(receipts));
-    mark(unstored, "state", receipts > 0 ? bad : good);
+    unstored->setText(tr("Receipts not saved: %1").arg(receipts));
+    unstored->setVisible(receipts > 0);
 }
 
-QLabel *StateLine::addLabel(const QString &name)
+void StateLine::showBadGoods(qsizetype lines)
 {
-    auto *const label = named(new QLabel(this), name);
-    label->setMinimumWidth(1); // a long text must not make the window wider than the screen
-    layout()->addWidget(label);
-    return label;
+    badGoods->setText(tr("Goods file errors: %1 ▸").arg(lines));
+    badGoods->setVisible(lines > 0);
 }
 
 } // namespace till

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "till/window/statewatch.h"
+#include "till/core/deliverystate.h"
+
+#include <host/serviceavailability.h>
 
 #include <QFrame>
 
@@ -9,25 +11,29 @@ class QPushButton;
 
 namespace till {
 
-/// How the till stands with the service and its disk, in one line.
+/// Shows the state of service, queue and disk in one line.
 class StateLine : public QFrame
 {
     Q_OBJECT
 public:
-    explicit StateLine(QWidget *parent = nullptr);
+    explicit StateLine(QWidget *parent);
 
-    void show(const TillState &state);
+    void showService(const ServiceAvailability::State &state);
+    void showDelivery(const DeliveryState &state);
     void showUnstored(qsizetype receipts);
+    /// Shows the number of faults in the goods file.
+    void showBadGoods(qsizetype lines);
 
 signals:
     void refusedClicked();
+    void badGoodsClicked();
 
 private:
-    void showService(const ServiceAvailability::State &state);
-    void showDelivery(const TillState &state);
-    QLabel *addLabel(const QString &name);
+    template<typename Widget>
+    Widget *add(Widget *part);
 
     QLabel *service;
+    QPushButton *badGoods;
     QLabel *waiting;
     QPushButton *refused;
     QLabel *unstored;

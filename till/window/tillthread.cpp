@@ -7,25 +7,14 @@
 #include <host/session.h>
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 namespace till {
 
-bool TillThread::tellsReceipt(SaleEvent::Kind kind)
+bool TillThread::tellsReceipt(const SaleEvent &event)
 {
     using Kind = SaleEvent::Kind;
-    switch (kind) {
-    case Kind::PositionAdded:
-    case Kind::PositionChanged:
-    case Kind::PositionRemoved:
-    case Kind::Discounted:
-    case Kind::Refused:
-    case Kind::NotStored:
-    case Kind::StoredLate:
-        return false;
-    default:
-        return true;
-    }
+    return event.position.number == 0 && event.kind != Kind::Refused &&
+           event.kind != Kind::NotStored && event.kind != Kind::StoredLate;
 }
 
 TillThread::TillThread(Settings settings, WindowPresenter &presenter)
@@ -45,35 +34,33 @@ TillThread::~TillThread()
         close();
         thread.quit();
     });
-    // A question of the till may still be on its way to the window's thread, which is this one.
-    using namespace std::chrono_literals;
-    while (!thread.wait(QDeadlineTimer(10ms)))
+    // The till may be waiting for a question that is still queued for this thread.
+    constexpr int moment = 10; // milliseconds
+    while (!thread.wait(moment))
         QCoreApplication::sendPostedEvents(&presenter, QEvent::MetaCall);
 }
 
-void TillThread::start(bool delivers)
+void TillThread::start(const QString &meaning, bool delivers)
 {
     thread.start();
-    run([this, delivers] { open(delivers); });
+    run(meaning, [this, delivers] { open(delivers); });
 }
 
-void TillThread::take(const Step &step, const std::function<void()> &done)
+void TillThread::take(const QString &meaning, const std::function<void(Till &)> &step)
 {
-    run(
-        [this, step] {
-            if (till)
-                step(*till);
-        },
-        done);
+    run(meaning, [this, step] {
+        if (till)
+            step(*till);
+    });
 }
 
-void TillThread::end(bool force)
+void TillThread::end(const QString &meaning, bool force)
 {
     if (!thread.isRunning()) {
         emit ended();
         return;
     }
-    run([this, force] {
+    run(meaning, [this, force] {
         const auto left = till ? till->onlyInMemory() : QList<int>();
         if (!left.isEmpty() && !force) {
             emit mayNotEnd(left);
@@ -84,41 +71,39 @@ void TillThread::end(bool force)
     });
 }
 
-void TillThread::run(const std::function<void()> &function, const std::function<void()> &done)
+void TillThread::run(const QString &meaning, const std::function<void()> &function)
 {
-    ++steps;
-    emit busyChanged();
-    QMetaObject::invokeMethod(
-        &place,
-        [this, function, done] {
-            function();
-            QMetaObject::invokeMethod(
-                this,
-                [this, done] {
-                    --steps;
-                    emit stepEnded();
-                    done();
-                    emit busyChanged();
-                },
-                Qt::QueuedConnection);
-        },
-        Qt::QueuedConnection);
+    steps.append(meaning);
+    emit waitingChanged();
+    QMetaObject::invokeMethod(&place, [this, function] {
+        function();
+        QMetaObject::invokeMethod(this, [this] {
+            steps.removeFirst();
+            presenter.endStep();
+            emit waitingChanged();
+        });
+    });
 }
 
 void TillThread::open(bool delivers)
 {
-    const auto nobody = [](ProgressDisplay *) {}; // owns the presenter
+    const auto nobody = [](ProgressDisplay *) {}; // does not own the presenter
     Singleton<Session>::instance()->setProgressDisplay(
         QSharedPointer<ProgressDisplay>(&presenter, nobody));
     till = std::make_unique<Till>(settings, presenter);
-    if (const auto problem = till->start()) {
+    const auto canSell = till->start();
+    if (!canSell) {
         close();
-        emit started(false, *problem);
+        emit started(false, canSell.error());
         return;
     }
-    emit started(true, till->note());
-    connect(&till->sale(), &Sale::happened, &till->sale(),
-            [this](const SaleEvent &event) { tell(event); });
+    emit started(true, *canSell);
+    connect(&till->sale(), &Sale::happened, &till->sale(), [this](const SaleEvent &event) {
+        emit happened(event, tellsReceipt(event) ? till->sale().receipt() : std::nullopt);
+    });
+    // The store emits it in any thread; Qt queues it to this object's.
+    connect(&till->store(), &Store::deliveryChanged, this, &TillThread::deliveryChanged);
+    emit deliveryChanged(till->store().deliveryState());
     till->sale().recover();
     if (delivers)
         till->startDelivery();
@@ -128,11 +113,6 @@ void TillThread::close()
 {
     till.reset();
     Singleton<Session>::instance()->setProgressDisplay({});
-}
-
-void TillThread::tell(const SaleEvent &event)
-{
-    emit happened(event, tellsReceipt(event.kind) ? till->sale().receipt() : std::nullopt);
 }
 
 } // namespace till

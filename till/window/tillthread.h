@@ -1,8 +1,8 @@
 #pragma once
 
+#include "till/core/deliverystate.h"
 #include "till/core/saleevent.h"
 #include "till/core/settings.h"
-#include "till/window/goodsfile.h"
 
 #include <QObject>
 #include <QThread>
@@ -16,59 +16,55 @@ namespace till {
 class Till;
 class WindowPresenter;
 
-/// The till on a thread of its own, so that the window stays alive while the service is asked.
+/// Runs the till on its own thread, so that the window stays responsive during requests.
 ///
-/// Lives on the window's thread, where its signals come. Steps run one after the other in the
-/// order they are asked for.
+/// Lives on the window's thread, where it emits its signals. Runs steps one by one, in order.
 class TillThread : public QObject
 {
     Q_OBJECT
 public:
-    using Step = std::function<void(Till &)>;
-
-    /// Whether `happened` tells the receipt after such an event; other events change a position at
-    /// most.
-    static bool tellsReceipt(SaleEvent::Kind kind);
+    /// Whether `happened` carries the receipt for such an event. Other events change at most a
+    /// position.
+    static bool tellsReceipt(const SaleEvent &event);
 
     /// The presenter must outlive this object.
     TillThread(Settings settings, WindowPresenter &presenter);
-    /// Waits for the step under way.
+    /// Waits for the current step.
     ~TillThread() override;
     Q_DISABLE_COPY_MOVE(TillThread)
 
-    /// Opens the till, takes up what an earlier run left, and begins to deliver if asked to.
-    void start(bool delivers);
-    /// Has the till take a step. Once it has ended, `done` is called on the window's thread, behind
-    /// all that happened meanwhile.
-    void take(const Step &step, const std::function<void()> &done = [] {});
-    /// Runs a function on the till's thread, before the till has started too; then `done`.
-    void run(const std::function<void()> &function, const std::function<void()> &done = [] {});
-    bool isBusy() const { return steps > 0; }
-    /// Ends the till if nothing would be lost; `force` ends it all the same.
-    void end(bool force);
+    /// Opens the till, finishes an earlier run's work, and starts the delivery if `delivers`.
+    void start(const QString &meaning, bool delivers);
+    /// Takes a step on the till's thread; `meaning` tells the cashier what the step does.
+    void take(const QString &meaning, const std::function<void(Till &)> &step);
+    /// The meanings of the unfinished steps, the current one first.
+    const QStringList &waiting() const { return steps; }
+    /// Ends the till unless receipts are unsaved; `force` ends it anyway.
+    void end(const QString &meaning, bool force);
 
 signals:
-    /// The till can sell, or not. `note` is a text for the integrator, empty for nothing.
+    /// The till has started, or failed to. `note` is for the integrator; empty for none.
     void started(bool canSell, const QString &note);
-    /// With the receipt after it, if `tellsReceipt`; nothing when none is open.
+    /// An event of the sale. `receipt` is the open receipt after it, if `tellsReceipt`.
     void happened(const till::SaleEvent &event, const std::optional<till::ReceiptView> &receipt);
-    void busyChanged();
-    void stepEnded();
-    /// These receipts would be lost.
+    void deliveryChanged(const till::DeliveryState &state);
+    /// A step was added or has ended.
+    void waitingChanged();
+    /// The till has not ended, because these receipts are unsaved.
     void mayNotEnd(const QList<int> &receipts);
     void ended();
 
 private:
+    void run(const QString &meaning, const std::function<void()> &function);
     void open(bool delivers);
     void close();
-    void tell(const SaleEvent &event);
 
     const Settings settings;
     WindowPresenter &presenter;
-    int steps = 0; ///< Asked for and not done.
+    QStringList steps; ///< The meanings of the unfinished steps.
     QThread thread;
-    QObject place;              ///< Of the steps: an object of the till's thread.
-    std::unique_ptr<Till> till; ///< Touched on the till's thread only.
+    QObject place;              ///< Lives on the till's thread; steps are posted to it.
+    std::unique_ptr<Till> till; ///< Used only on the till's thread.
 };
 
 } // namespace till

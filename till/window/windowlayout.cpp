@@ -1,6 +1,5 @@
-// Where what stands in the window.
+// The layout of the window.
 #include "till/core/sale.h"
-#include "till/window/customerpanel.h"
 #include "till/window/mainwindow.h"
 #include "till/window/named.h"
 #include "till/window/numberpad.h"
@@ -10,22 +9,43 @@
 #include <host/abstractdocument.h>
 #include <host/action.h>
 
+#include <QAction>
 #include <QGridLayout>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QListWidget>
+#include <QScrollBar>
+#include <QScroller>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTableView>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace till {
 
 namespace {
 
-constexpr int edge = 12;
-constexpr int sideWidth = 304;
+using namespace Qt::StringLiterals;
+
+constexpr int edge = 10;
+constexpr int gap = 6;
+
+QHBoxLayout *makeRow(QWidget *page = nullptr, int top = 0)
+{
+    auto *const row = new QHBoxLayout(page);
+    row->setContentsMargins(edge, top, edge, 0);
+    row->setSpacing(gap);
+    return row;
+}
+
+QVBoxLayout *makeColumn(QWidget *page = nullptr)
+{
+    auto *const column = new QVBoxLayout(page);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(gap);
+    return column;
+}
 
 QTableView *makeTable(ReceiptModel &model, QWidget *parent)
 {
@@ -36,48 +56,36 @@ QTableView *makeTable(ReceiptModel &model, QWidget *parent)
     table->setSelectionMode(QAbstractItemView::SingleSelection);
     table->setShowGrid(false);
     table->setAlternatingRowColors(true);
+    table->setWordWrap(false);
+    table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QScroller::grabGesture(table->viewport(), QScroller::TouchGesture);
     table->verticalHeader()->hide();
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(48);
     auto *const columns = table->horizontalHeader();
+    columns->setMinimumSectionSize(10);
     columns->setSectionResizeMode(QHeaderView::Fixed);
     columns->setSectionResizeMode(ReceiptModel::Name, QHeaderView::Stretch);
     columns->setHighlightSections(false);
-    for (const auto &[column, width] : {std::pair(ReceiptModel::Number, 44),
-                                        {ReceiptModel::Quantity, 84},
-                                        {ReceiptModel::Price, 100},
-                                        {ReceiptModel::Discount, 92},
-                                        {ReceiptModel::Sum, 112}})
-        columns->resizeSection(column, width);
     return table;
 }
 
 } // namespace
 
-/// The body, and over its line for messages what the till waits for.
 void MainWindow::layOut()
 {
-    constexpr int underMessage = 112; // height of the steps and the state line
-    auto *const outer = new QGridLayout(this);
+    auto *const outer = new QGridLayout(this); // a dialog's curtain covers the grid
     outer->setContentsMargins(0, 0, 0, 0);
-    outer->setSpacing(0);
-    outer->addWidget(body, 0, 0, -1, -1);
-    outer->addWidget(progress, 1, 0, Qt::AlignCenter);
-    outer->setRowStretch(0, 1);
-    outer->setRowMinimumHeight(2, underMessage);
-    outer->setColumnStretch(0, 1);
-    outer->setColumnMinimumWidth(1, sideWidth + edge);
-    auto *const column = new QVBoxLayout(body);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    outer->addWidget(body, 0, 0);
+    auto *const column = makeColumn(body);
     column->addLayout(layOutHead());
-    auto *const row = new QHBoxLayout;
-    row->setContentsMargins(edge, 8, edge, 8);
+    auto *const row = makeRow();
     row->setSpacing(edge);
     row->addLayout(layOutReceipt(), 1);
     row->addWidget(layOutSide());
     column->addLayout(row, 1);
-    column->addLayout(layOutSteps());
+    column->addLayout(layOutTotal());
+    column->addWidget(layOutSteps());
     state = new StateLine(body);
     column->addWidget(state);
     addKeys();
@@ -85,108 +93,136 @@ void MainWindow::layOut()
 
 QLayout *MainWindow::layOutHead()
 {
-    auto *const row = new QHBoxLayout;
-    row->setContentsMargins(edge, 8, edge, 0);
-    row->setSpacing(8);
-    title = named(new QLabel(body), QStringLiteral("receiptTitle"));
-    const auto &[shop, cash] = setup.till.place;
-    auto *const place = new QLabel(tr("shop %1, till %2").arg(shop).arg(cash), body);
+    auto *const row = makeRow(nullptr, gap);
+    title = makeLabel(body, u"receiptTitle"_s);
+    const auto &[shop, cash] = settings.place;
     row->addWidget(title);
     row->addStretch();
-    row->addWidget(named(place, QStringLiteral("place")));
-    row->addSpacing(8);
+    row->addWidget(makeLabel(body, u"place"_s, tr("shop %1, till %2").arg(shop).arg(cash)));
     addStep(
-        *row, "closeShift", tr("Close the shift"), 0, [this] { closeShift(); },
+        *row, "closeShift", tr("Close the shift"), {}, [this] { closeShift(); },
         [this] { return !receipt; });
-    addStep(*row, "leave", tr("Leave"), 0, [this] { leave(); });
+    addStep(*row, "leave", tr("Exit"), {}, [this] { leave(); }, {});
     return row;
 }
 
 QLayout *MainWindow::layOutReceipt()
 {
-    goodsLine = named(new QLineEdit(body), QStringLiteral("goods"), tr("Goods"));
+    goodsLine = named(new QLineEdit(body), u"goods"_s, tr("Goods"));
     goodsLine->setPlaceholderText(tr("Scan, or type a code and Enter; 3*4601 sells three"));
     goodsLine->setContextMenuPolicy(Qt::NoContextMenu);
-    table = named(makeTable(model, body), QStringLiteral("positions"), tr("Receipt"));
-    auto *const empty = new QLabel(tr("Scan the first goods, or type a code and press Enter.\n"
-                                      "The receipt opens by itself.\n\n"
-                                      "F2 finds the customer by the phone."),
-                                   body);
+    table = named(makeTable(model, body), u"positions"_s, tr("Receipt"));
+    auto *const empty = makeLabel(body, u"empty"_s,
+                                  tr("Scan the first goods, or type a code and press Enter.\n"
+                                     "The receipt opens by itself.\n\n"
+                                     "F2 finds the customer by the phone."));
     empty->setAlignment(Qt::AlignCenter);
+    empty->setWordWrap(true);
     middle = new QStackedWidget(body);
-    middle->addWidget(named(empty, QStringLiteral("empty")));
+    middle->addWidget(empty);
     middle->addWidget(table);
-    message = named(new QLabel(body), QStringLiteral("message"));
-    message->setTextFormat(Qt::PlainText);
-    message->setWordWrap(true);
-    auto *const column = new QVBoxLayout;
-    column->setSpacing(8);
+    auto *const column = makeColumn();
     column->addWidget(goodsLine);
+    column->addWidget(layOutUnknown());
     column->addWidget(middle, 1);
-    column->addWidget(message);
     return column;
+}
+
+QWidget *MainWindow::layOutUnknown()
+{
+    unknownRow = new QWidget(body);
+    unknownText = makeLabel(unknownRow, u"unknown"_s);
+    unknownText->setWordWrap(true);
+    auto *const row = makeRow(unknownRow);
+    row->addWidget(unknownText, 1);
+    addStep(*row, "sellUnknown", tr("Sell it all the same"), Qt::Key_F8, [this] { sellUnknown(); });
+    unknownRow->hide();
+    return unknownRow;
 }
 
 QWidget *MainWindow::layOutSide()
 {
-    auto *const side = new QWidget(body);
-    side->setFixedWidth(sideWidth);
-    customer = new CustomerPanel(body);
+    side = new QWidget(body);
+    customer = named(new QListWidget(side), u"customer"_s, tr("Customer"));
+    customer->setFocusPolicy(Qt::NoFocus);
+    customer->setSelectionMode(QAbstractItemView::NoSelection);
+    customer->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    customer->setMinimumHeight(1); // the pad never gives way
+    QScroller::grabGesture(customer->viewport(), QScroller::TouchGesture);
     const auto isCustomer = [this] { return receipt && receipt->customer; };
-    auto *const buttons = new QHBoxLayout;
-    buttons->setSpacing(6);
-    addStep(
-        *buttons, "identify", tr("Customer"), Qt::Key_F2, [this] { identify(); },
-        [] { return true; });
+    auto *const buttons = makeRow();
+    buttons->setContentsMargins(0, 0, 0, 0);
+    addStep(*buttons, "identify", tr("Customer"), Qt::Key_F2, [this] { identify(); });
     addStep(
         *buttons, "edit", tr("Edit"), Qt::Key_F3,
-        [this] { sell([](Sale &sale) { sale.trigger(control::Action::editCustomer); }); },
+        [this] {
+            presenter.setAbout({});
+            sell(tr("Asking for the customer's data"),
+                 [](Sale &sale) { sale.trigger(control::Action::editCustomer); });
+        },
         isCustomer);
     addStep(
-        *buttons, "takeOff", tr("Take off"), Qt::Key_F4,
-        [this] { sell([](Sale &sale) { sale.clearLoyaltyData(); }); }, isCustomer);
-    total = named(new QLabel(body), QStringLiteral("total"), tr("Total"));
-    total->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    auto *const column = new QVBoxLayout(side);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(8);
+        *buttons, "takeOff", tr("Remove", "the customer"), Qt::Key_F4,
+        [this] { sell(tr("Removing the customer"), [](Sale &sale) { sale.clearLoyaltyData(); }); },
+        isCustomer);
+    pad = new NumberPad(NumberPad::Keys::Goods, side);
+    auto *const column = makeColumn(side);
     column->addWidget(customer, 1);
     column->addLayout(buttons);
-    column->addWidget(new NumberPad(NumberPad::Keys::Goods, body));
-    column->addWidget(named(new QLabel(tr("Total"), body), QStringLiteral("label")));
-    column->addWidget(total);
+    column->addWidget(pad);
     return side;
 }
 
-QLayout *MainWindow::layOutSteps()
+QLayout *MainWindow::layOutTotal()
+{
+    message = makeLabel(body, u"message"_s);
+    message->setWordWrap(true);
+    message->setMinimumWidth(1);
+    // A long message is cut, so that it does not move the total.
+    message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    totalCaption = makeLabel(body, u"totalCaption"_s);
+    totalCaption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    total = makeLabel(body, u"total"_s);
+    auto *const row = makeRow();
+    row->setSpacing(edge);
+    row->addWidget(message, 1);
+    row->addWidget(totalCaption);
+    row->addWidget(total);
+    return row;
+}
+
+/// The steps. The progress replaces them during a wait, when no step can be taken.
+QWidget *MainWindow::layOutSteps()
 {
     const auto isSelected = [this] { return selected().has_value(); };
-    auto *const row = new QHBoxLayout;
-    row->setContentsMargins(edge, 0, edge, 8);
-    row->setSpacing(6);
+    auto *const page = new QWidget(body);
+    auto *const row = makeRow(page);
     addStep(*row, "quantity", tr("Quantity"), Qt::Key_F5, [this] { changeQuantity(); }, isSelected);
     addStep(*row, "discount", tr("Discount"), Qt::Key_F6, [this] { discount(); }, isSelected);
     addStep(*row, "remove", tr("Remove"), Qt::Key_F7, [this] { remove(); }, isSelected);
     addStep(
-        *row, "undo", tr("Undo"), Qt::Key_F8, [this] { undoLast(); },
-        [this] { return undo.canBegin(); });
-    addStep(
         *row, "return", tr("Return"), Qt::Key_F9,
-        [this] { sell([](Sale &sale) { sale.open(DocumentHeader::returned); }); },
+        [this] {
+            sell(tr("Opening a return"), [](Sale &sale) { sale.open(DocumentHeader::returned); });
+        },
         [this] { return !receipt; });
     addStep(
-        *row, "abandon", tr("Abandon"), Qt::Key_F10, [this] { abandon(); },
+        *row, "abandon", tr("Cancel receipt"), Qt::Key_F10, [this] { abandon(); },
         [this] { return receipt.has_value(); });
     row->addStretch();
-    addStep(
+    commit = addStep(
         *row, "commit", tr("Close the receipt"), Qt::Key_F12,
-        [this] { sell([](Sale &sale) { sale.commit(); }); },
-        [this] { return model.rowCount() > 0; })
-        ->setFixedWidth(sideWidth);
-    return row;
+        [this] { sell(tr("Closing the receipt"), [](Sale &sale) { sale.commit(); }); },
+        [this] { return model.rowCount() > 0; });
+    progress = new ProgressCard(body);
+    below = new QStackedWidget(body);
+    below->addWidget(page);
+    below->addWidget(progress);
+    below->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    return below;
 }
 
-/// Keys that work while the line for goods has the focus: to choose a position, to type anew.
+/// Adds keys that work in the line for goods: to select a position, and to clear the line.
 void MainWindow::addKeys()
 {
     const auto onKey = [this](Qt::Key key, const Step &step) {
@@ -195,28 +231,47 @@ void MainWindow::addKeys()
     const auto row = [this] { return table->currentIndex().row(); };
     onKey(Qt::Key_Up, [=, this] { table->selectRow(std::max(row() - 1, 0)); });
     onKey(Qt::Key_Down, [=, this] { table->selectRow(std::min(row() + 1, model.rowCount() - 1)); });
-    onKey(Qt::Key_Escape, [this] { goodsLine->clear(); });
+    onKey(Qt::Key_Escape, [this] {
+        goodsLine->clear();
+        noteUnknown({});
+    });
 }
 
-/// A button. `isPossible` says when it can be pressed while the till is free; without it, always.
-QPushButton *MainWindow::addStep(QBoxLayout &row, const char *name, const QString &text, int key,
-                                 const Step &step, const std::function<bool()> &isPossible)
+/// Adds a step with its button and key. A step without `isPossible` can be taken even while the
+/// till is busy.
+QToolButton *MainWindow::addStep(QHBoxLayout &row, const char *name, const QString &text,
+                                 const QKeySequence &keys, const Step &step,
+                                 const Condition &isPossible)
 {
-    auto *const button = named(new QPushButton(text, body), QLatin1String(name), text);
-    // A click leaves the focus where the scanner needs it.
-    button->setFocusPolicy(Qt::TabFocus);
-    if (key != 0) {
-        const QKeySequence keys(key);
-        button->setText(text + u'\n' + keys.toString());
-        button->setProperty("key", true);
-        // A shortcut of the button's own would wait a tenth of a second before it clicks.
-        connect(new QShortcut(keys, button), &QShortcut::activated, button, &QPushButton::click);
-    }
-    connect(button, &QPushButton::clicked, this, step);
+    auto *const action = new QAction(text, body);
+    action->setShortcut(keys);
+    action->setToolTip({});
+    action->setIconText(keys.isEmpty() ? text : text + u'\n' + keys.toString());
+    connect(action, &QAction::triggered, this, step);
+    auto *const button = named(new QToolButton(body), QLatin1String(name), text);
+    button->setDefaultAction(action);
+    button->setFocusPolicy(Qt::NoFocus); // the line for goods keeps the focus
+    button->setProperty("key", !keys.isEmpty());
+    button->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     row.addWidget(button);
     if (isPossible)
-        steps.append({button, isPossible});
+        steps.append({action, isPossible});
     return button;
+}
+
+/// Widens the columns of numbers for a row, or for all rows; the names get the rest.
+void MainWindow::fitColumns(std::optional<int> row)
+{
+    for (int column = 0; column < ReceiptModel::ColumnCount; ++column) {
+        if (column == ReceiptModel::Name)
+            continue;
+        auto width =
+            row ? table->columnWidth(column) : table->horizontalHeader()->sectionSizeHint(column);
+        const auto end = row ? *row + 1 : model.rowCount();
+        for (int i = row.value_or(0); i < end; ++i)
+            width = std::max(width, table->sizeHintForIndex(model.index(i, column)).width());
+        table->setColumnWidth(column, width);
+    }
 }
 
 } // namespace till

@@ -1,64 +1,60 @@
 #include "till/window/windowpresenter.h"
 
 #include "till/window/formdialog.h"
-#include "till/window/inputdialog.h"
-
-#include <utility>
 
 namespace till {
 
 namespace {
 
-/// Whether both ask for the same, be it with other words.
-bool isSame(const InputTextRequest &one, const InputTextRequest &other)
-{
-    return one.title == other.title && one.inputId == other.inputId;
-}
+using namespace Qt::StringLiterals;
+using Kind = MessageDialog::Kind;
+
+constexpr QLatin1StringView inputKey("input");
 
 } // namespace
 
-WindowPresenter::WindowPresenter(QWidget &window)
-    : window(window)
-{}
-
 void WindowPresenter::showError(const tr::Tr &text)
 {
-    tell(MessageDialog::Kind::Error, text);
+    ask([=, this] {
+        return new MessageDialog(window, Kind::Error, {tr("Error"), text.toString()});
+    });
 }
 
 void WindowPresenter::showMessage(const tr::Tr &text)
 {
-    tell(MessageDialog::Kind::Message, text);
+    ask([=, this] { return new MessageDialog(window, Kind::Plain, {{}, text.toString()}); });
 }
 
 bool WindowPresenter::showChoice(const tr::Tr &question, const tr::Tr &ok, const tr::Tr &cancel)
 {
-    const auto given = ask([this, question, ok, cancel] {
-        present(new MessageDialog(window, MessageDialog::Kind::Question, question.toString(),
-                                  ok.toString(), cancel.toString()));
+    const auto given = ask([=, this] {
+        return new MessageDialog(window, Kind::Plain,
+                                 {{}, question.toString(), cancel.toString(), ok.toString()});
     });
     return given.has_value();
 }
 
 core::BasicDialog::Result WindowPresenter::showInputText(const InputTextRequest &request)
 {
-    const auto given = ask([this, request] { presentInput(request); });
-    return given ? core::BasicDialog::Result(given->toString()) : core::BasicDialog::Result();
+    const auto given = ask([=, this] { return makeInput(request); });
+    return given ? core::BasicDialog::Result(given->value(inputKey).toString())
+                 : core::BasicDialog::Result();
 }
 
 QVariantMap WindowPresenter::showForm(const FormRequest &request)
 {
-    const auto given = ask([this, request] {
-        auto *const form = new FormDialog(window, request);
-        present(form, [form] { return form->answers(); });
+    const auto given = ask([=, this] {
+        return new FormDialog(window,
+                              {request.title.toString(), request.subtitle.toString(), tr("Cancel")},
+                              request.fields);
     });
-    return given.value_or(QVariant()).toMap();
+    return given.value_or(QVariantMap());
 }
 
 void WindowPresenter::showProgress(const ProgressRequest &request)
 {
     const auto text = QStringList({request.title.toString(), request.message.toString()});
-    emit progressChanged(text.join(u'\n').trimmed());
+    emit progressChanged(text.join(u' ').trimmed());
 }
 
 void WindowPresenter::hideProgress()
@@ -73,8 +69,7 @@ void WindowPresenter::setProgress(const tr::Tr &text, int /*value*/)
 
 void WindowPresenter::endStep()
 {
-    closeInput();
-    left.reset();
+    attempt = 0;
     emit progressChanged({});
 }
 
@@ -85,25 +80,15 @@ void WindowPresenter::setRefusing(bool on)
         shown->done(QDialog::Rejected);
 }
 
-void WindowPresenter::tell(MessageDialog::Kind kind, const tr::Tr &text)
+/// Shows a dialog on the window's thread and waits for the answer.
+WindowPresenter::Answer WindowPresenter::ask(const std::function<MessageDialog *()> &make)
 {
-    ask([this, kind, text] {
-        present(new MessageDialog(window, kind, text.toString(), tr("OK")));
+    QMetaObject::invokeMethod(this, [this, make] {
+        if (refuses)
+            answer({});
+        else
+            present(make());
     });
-}
-
-/// Has the window show a dialog, and waits for its answer.
-WindowPresenter::Answer WindowPresenter::ask(const std::function<void()> &show)
-{
-    QMetaObject::invokeMethod(
-        this,
-        [this, show] {
-            if (refuses)
-                answer({});
-            else
-                show();
-        },
-        Qt::QueuedConnection);
     answered.acquire();
     return given;
 }
@@ -114,64 +99,37 @@ void WindowPresenter::answer(const Answer &answer)
     answered.release();
 }
 
-/// Shows a dialog that is answered by `result` once it is accepted.
-void WindowPresenter::present(DialogFrame *dialog, const std::function<QVariant()> &result)
-{
-    closeInput();
-    connect(
-        dialog, &QDialog::finished, this,
-        [this, result](int code) {
-            setShown(nullptr);
-            answer(code == QDialog::Accepted ? Answer(result()) : Answer());
-        },
-        Qt::SingleShotConnection);
-    setShown(dialog);
-}
-
-void WindowPresenter::presentInput(const InputTextRequest &request)
-{
-    if (left && isSame(*left, request)) {
-        answer({});
-        return;
-    }
-    if (input && isSame(input->asked(), request)) {
-        input->askAgain(request);
-        setShown(input);
-        return;
-    }
-    closeInput();
-    input = new InputDialog(window, request);
-    connect(input, &InputDialog::answered, this, [this](const QString &text) {
-        setShown(nullptr);
-        answer(text);
-    });
-    connect(
-        input, &QDialog::finished, this,
-        [this, request] {
-            if (std::exchange(input, nullptr)->waits()) {
-                left = request;
-                return;
-            }
-            setShown(nullptr);
-            answer({});
-        },
-        Qt::SingleShotConnection);
-    setShown(input);
-}
-
-void WindowPresenter::closeInput()
-{
-    left.reset();
-    if (input)
-        std::exchange(input, nullptr)->dispose();
-}
-
-void WindowPresenter::setShown(DialogFrame *dialog)
+void WindowPresenter::present(MessageDialog *dialog)
 {
     shown = dialog;
-    if (dialog)
-        dialog->appear();
-    emit asking(dialog != nullptr);
+    connect(dialog, &QDialog::finished, this, [this, dialog](int code) {
+        shown = nullptr;
+        emit asking(false);
+        answer(code == QDialog::Accepted ? Answer(dialog->answers()) : Answer());
+    });
+    dialog->appear();
+    emit asking(true);
+}
+
+/// A form of one text. Supports only the parts of a request that the loyalty plugin uses. Without a
+/// count the same question again would look like no reaction.
+MessageDialog *WindowPresenter::makeInput(const InputTextRequest &request)
+{
+    const auto identity = request.title.toString() + request.inputId;
+    attempt = attempt > 0 && identity == asked ? attempt + 1 : 1;
+    asked = identity;
+    QStringList text{request.message.toString(), about};
+    if (attempt > 1)
+        text.append(tr("Attempt %1").arg(attempt));
+    text.removeAll(QString());
+    FormField field;
+    field.key = inputKey;
+    field.kind = FormFieldKind::Text;
+    field.mandatory = false;
+    return new FormDialog(window,
+                          {request.title.toString(), text.join(u'\n'),
+                           request.cancelText.toString(), request.okText.toString()},
+                          {field}, request.scanAllowed);
 }
 
 } // namespace till

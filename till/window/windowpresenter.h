@@ -1,11 +1,10 @@
 #pragma once
 
-#include "till/window/dialogframe.h"
+#include "till/window/messagedialog.h"
 
 #include <host/dialogpresenter.h>
 #include <host/session.h>
 
-#include <QObject>
 #include <QPointer>
 
 #include <functional>
@@ -14,18 +13,18 @@
 
 namespace till {
 
-class InputDialog;
-
-/// The loyalty system's dialogs and its progress in the window.
+/// Shows the loyalty system's dialogs and progress in the window.
 ///
-/// Its dialogs are called on the till's thread, which waits until the cashier has answered; they
-/// are shown on the thread of the window, in which this object lives.
+/// The till's thread calls the dialogs and waits for the cashier's answer. The window's thread, in
+/// which this object lives, shows them.
 class WindowPresenter : public QObject, public DialogPresenter, public ProgressDisplay
 {
     Q_OBJECT
 public:
     /// The window must outlive the presenter.
-    explicit WindowPresenter(QWidget &window);
+    explicit WindowPresenter(QWidget &window)
+        : window(window)
+    {}
 
     void showError(const tr::Tr &text) override;
     void showMessage(const tr::Tr &text) override;
@@ -36,38 +35,36 @@ public:
     void hideProgress() override;
     void setProgress(const tr::Tr &text, int value) override;
 
+    /// Sets whom the next questions are about, such as a phone, for the cashier; empty for nobody.
+    void setAbout(const QString &whom) { about = whom; }
     /// Whether a dialog waits for the cashier.
     bool isAsking() const { return bool(shown); }
-    /// The till's step has ended: what is left of its dialogs goes.
+    /// Call it after each of the till's steps.
     void endStep();
-    /// Whether every dialog is answered as cancelled, the open one included.
+    /// Makes every dialog, also the open one, end as cancelled.
     void setRefusing(bool on);
 
 signals:
     void asking(bool on);
-    /// What the till waits for; empty when nothing is said of it.
+    /// The progress text; empty for none.
     void progressChanged(const QString &text);
 
 private:
-    /// Nothing for a dialog that was cancelled.
-    using Answer = std::optional<QVariant>;
+    /// Nothing for a cancelled dialog.
+    using Answer = std::optional<QVariantMap>;
 
-    Answer ask(const std::function<void()> &show);
+    Answer ask(const std::function<MessageDialog *()> &make);
     void answer(const Answer &answer);
-    void tell(MessageDialog::Kind kind, const tr::Tr &text);
-    void present(
-        DialogFrame *dialog, const std::function<QVariant()> &result = [] { return QVariant(); });
-    void presentInput(const InputTextRequest &request);
-    void closeInput();
-    void setShown(DialogFrame *dialog);
+    void present(MessageDialog *dialog);
+    MessageDialog *makeInput(const InputTextRequest &request);
 
     QWidget &window;
-    QPointer<DialogFrame> shown;
-    InputDialog *input = nullptr;         ///< Kept behind an answer, for a second question.
-    std::optional<InputTextRequest> left; ///< What the cashier left while it was looked at.
-
+    QPointer<MessageDialog> shown;
+    QString about;
+    QString asked;   ///< Identifies the last input of the step.
+    int attempt = 0; ///< How often it was asked for.
     bool refuses = false;
-    Answer given; ///< Read on the till's thread, once it has been `answered`.
+    Answer given; ///< Read on the till's thread after `answered`.
     std::binary_semaphore answered{0};
 };
 
