@@ -49,7 +49,7 @@ constexpr std::array knownOptions{
 constexpr auto commandHelp =
     "  check                   tells whether this till will work\n"
     "  deliver                 delivers the waiting messages until it is stopped\n"
-    "  metrics                 prints the till's figures as OpenMetrics text\n"
+    "  metrics                 prints the till's figures as Prometheus' text\n"
     "  queue [list | parked]   lists the waiting or the parked messages (dead letters)\n"
     "  queue park ID           parks a waiting message\n"
     "  queue retry ID          puts a parked message back; \"all\" instead of ID: all of them\n"

@@ -510,6 +510,10 @@
         <translation>пусто, то есть по умолчанию %1</translation>
     </message>
     <message>
+        <source>%1: expected at least %2, which is %3</source>
+        <translation>%1: нужно не меньше, чем %2, а это %3</translation>
+    </message>
+    <message>
         <source>%1: no phone number can be typed, expected room for %2 digits</source>
         <translation>%1: номер телефона не ввести, нужно место для %2 цифр</translation>
     </message>

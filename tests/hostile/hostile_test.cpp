@@ -7,7 +7,9 @@
 #include <host/serviceavailability.h>
 
 #include <QElapsedTimer>
+#include <QJsonDocument>
 #include <QTemporaryDir>
+#include <QUrlQuery>
 
 #include <gtest/gtest.h>
 
@@ -17,13 +19,14 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using lmmindbox::Interface;
 
-const auto url = QStringLiteral("LmMindbox:url");
-const auto secretKey = QStringLiteral("LmMindbox:secretKey");
-const auto endpoint = QStringLiteral("LmMindbox:endpoint");
-const auto knownPhone = QStringLiteral("79160000001");
+const auto url = u"LmMindbox:url"_s;
+const auto secretKey = u"LmMindbox:secretKey"_s;
+const auto endpoint = u"LmMindbox:endpoint"_s;
+const auto knownPhone = u"79160000001"_s;
 
 void set(const QString &key, const QString &value)
 {
@@ -37,7 +40,7 @@ protected:
     {
         set(endpoint, options.endpoint);
         set(secretKey, options.secretKey);
-        set(QStringLiteral("LmMindbox:timeout"), QStringLiteral("60"));
+        set(u"LmMindbox:timeout"_s, u"60"_s);
     }
     ~Hostile() override { Singleton<Config>::instance()->clear(); }
 
@@ -73,7 +76,7 @@ TEST_F(Hostile, AnswersOfAnySizeAndDepthEndCleanlyInBoundedTimeAndMemory)
     for (const auto &[answer, outcome] : cases) {
         SCOPED_TRACE(answer.left(40).constData());
         const WireServer server({{okReply(answer)}});
-        set(url, QStringLiteral("http://127.0.0.1:%1/").arg(server.port));
+        set(url, u"http://127.0.0.1:%1/"_s.arg(server.port));
         QElapsedTimer timer;
         timer.start();
         const auto result = Interface().getCustomer(knownPhone);
@@ -84,6 +87,26 @@ TEST_F(Hostile, AnswersOfAnySizeAndDepthEndCleanlyInBoundedTimeAndMemory)
     struct rusage usage = {};
     ASSERT_EQ(::getrusage(RUSAGE_SELF, &usage), 0);
     EXPECT_LT(usage.ru_maxrss, 1'500'000) << "kilobytes, the answers themselves included";
+}
+
+TEST_F(Hostile, NothingTypedOrConfiguredAddsToARequest)
+{
+    const auto breaks = u"a\r\nX-Injected: 1&b=c#d\""_s;
+    const WireServer server({{okReply("{}")}});
+    set(url, u"http://127.0.0.1:%1/"_s.arg(server.port));
+    set(endpoint, breaks);
+    set(u"LmMindbox:pointOfContact"_s, breaks);
+    Interface().confirmMobilePhone(breaks, breaks);
+    const auto arrived = server.received();
+    const auto end = arrived.indexOf("\r\n\r\n");
+    const QUrlQuery query(QUrl::fromEncoded(arrived.split(' ').value(1).replace('+', "%20")));
+    EXPECT_EQ(query.queryItemValue(u"endpointId"_s, QUrl::FullyDecoded), breaks);
+    EXPECT_EQ(query.queryItems().size(), 2);
+    EXPECT_FALSE(arrived.left(end).toLower().contains("\nx-injected"));
+    const auto body = QJsonDocument::fromJson(arrived.mid(end + 4));
+    EXPECT_EQ(body["pointOfContact"_L1], breaks);
+    EXPECT_EQ(body["customer"_L1]["mobilePhone"_L1], breaks);
+    EXPECT_EQ(body["smsConfirmation"_L1]["code"_L1], breaks);
 }
 
 /// Creates authority.pem, and NAME.pem with NAME.key for each kind of certificate.
@@ -108,15 +131,15 @@ TEST_F(Hostile, OnlyAValidCertificateOfATrustedAuthorityIsTalkedTo)
     const QTemporaryDir directory;
     const auto script = QString::fromLatin1(makeCertificates).arg(directory.path());
     ASSERT_EQ(std::system(qPrintable(script)), 0);
-    const auto authority = directory.filePath(QStringLiteral("authority.pem"));
+    const auto authority = directory.filePath(u"authority.pem"_s);
     // A null name is a service without TLS.
     const std::tuple<QString, QString, bool> cases[] = {
-        {QStringLiteral("good"), {}, false},
-        {QStringLiteral("expired"), authority, false},
-        {QStringLiteral("elsewhere"), authority, false},
-        {QStringLiteral("selfsigned"), authority, false},
+        {u"good"_s, {}, false},
+        {u"expired"_s, authority, false},
+        {u"elsewhere"_s, authority, false},
+        {u"selfsigned"_s, authority, false},
         {{}, authority, false},
-        {QStringLiteral("good"), authority, true},
+        {u"good"_s, authority, true},
     };
     options.keepAlive = 1s;
     for (const auto &[name, trusted, isAccepted] : cases) {
@@ -126,8 +149,8 @@ TEST_F(Hostile, OnlyAValidCertificateOfATrustedAuthorityIsTalkedTo)
         options.certificateFile = name.isNull() ? name : base + QLatin1String(".pem");
         options.privateKeyFile = name.isNull() ? name : base + QLatin1String(".key");
         start();
-        set(url, QStringLiteral("https://127.0.0.1:%1/v3/operations/sync").arg(service->port()));
-        set(QStringLiteral("Http:caFile"), trusted);
+        set(url, u"https://127.0.0.1:%1/v3/operations/sync"_s.arg(service->port()));
+        set(u"Http:caFile"_s, trusted);
         const auto result = Interface().getCustomer(knownPhone);
         EXPECT_EQ(result.success(), isAccepted);
         EXPECT_EQ(result.noConnection, !isAccepted);

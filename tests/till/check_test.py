@@ -185,6 +185,7 @@ CASES = [
      lambda place: setattr(place, "more", "LmMindbox.Redirect:Offline.GetCustomr=x\n"),
      [(W, "settings.values")]),
     ("a shop's number of five digits", put(Till_shopCode="12345"), [(W, "masks.order")]),
+    ("a longest rest below the first", put(Http_retryMax="500"), [(F, "settings.values")]),
     ("a phone mask of letters", put(Till_phoneMask="xyz"), [(F, "settings.values")]),
     ("a phone mask too short", put(Till_phoneMask="+7(999"), [(F, "settings.values")]),
     ("a goods file in another encoding", goods("code;name;price\n1;Сыр;2\n".encode("cp1251")),

@@ -103,6 +103,19 @@ void checkUrl(Findings &findings)
             Office::tr("Begin LmMindbox:url with https."));
 }
 
+void checkRetry(Findings &findings)
+{
+    const auto first = "Http:retryFirst"_L1;
+    const auto longest = "Http:retryMax"_L1;
+    if (!findings.hasFailed(first) && !findings.hasFailed(longest) &&
+        settingNumber(longest) < settingNumber(first))
+        tell(findings, Failed, longest,
+             Office::tr("%1: expected at least %2, which is %3")
+                 .arg(settingNumber(longest))
+                 .arg(first)
+                 .arg(settingNumber(first)));
+}
+
 /// The mask must have room for a whole phone number, with or without the country's code.
 void checkPhoneMask(Findings &findings)
 {
@@ -163,6 +176,7 @@ void checkSettings(Findings &findings)
     for (const auto &setting : settingTable())
         checkPresence(setting, findings);
     checkUrl(findings);
+    checkRetry(findings);
     checkPhoneMask(findings);
     checkGoods(findings);
     if (findings.list.size() == before)

@@ -16,27 +16,23 @@ namespace till {
 
 namespace {
 
-/// The part of the OpenMetrics text format that Prometheus' node exporter reads, too.
+/// In Prometheus' text format.
 QString metricsText(const QList<Metric> &metrics)
 {
     QString text;
     for (const auto &[name, help, samples] : metrics) {
-        const auto sampleName = "loyalty_till_"_L1 + QLatin1StringView(name);
-        auto family = QString(sampleName);
-        const auto isCounter = family.endsWith("_total"_L1);
-        if (isCounter)
-            family.chop(6);
-        text += u"# HELP %1 %2\n# TYPE %1 %3\n"_s.arg(family, QLatin1StringView(help),
-                                                      isCounter ? "counter"_L1 : "gauge"_L1);
+        const QString family = "loyalty_till_"_L1 + QLatin1StringView(name);
+        text += u"# HELP %1 %2\n# TYPE %1 %3\n"_s.arg(
+            family, QLatin1StringView(help), family.endsWith("_total"_L1) ? u"counter" : u"gauge");
         for (const auto &[labels, value] : samples) {
             QStringList pairs;
             for (const auto &[label, content] : labels)
                 pairs.append(u"%1=\"%2\""_s.arg(QLatin1StringView(label), content));
             const auto which = pairs.isEmpty() ? QString() : u"{%1}"_s.arg(pairs.join(u','));
-            text += sampleName + which + u' ' + value.toString() + u'\n';
+            text += family + which + u' ' + value.toString() + u'\n';
         }
     }
-    return text + "# EOF\n"_L1;
+    return text;
 }
 
 QList<Metric> stateMetrics(Store &store)
