@@ -9,7 +9,6 @@ namespace day {
 namespace {
 
 constexpr int64_t anHour = 3'600'000;
-constexpr int64_t aDay = 24 * anHour;
 
 } // namespace
 

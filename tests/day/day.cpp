@@ -8,12 +8,6 @@
 
 namespace day {
 
-namespace {
-
-constexpr int64_t aDay = 24 * 3'600'000;
-
-} // namespace
-
 Day::Day(bool isTold)
     : cashier(isTold)
 {
@@ -84,7 +78,7 @@ void Day::start()
     if (disk.isDead())
         return;
     if (disk.faults == 0)
-        return model.restart(life->till.sale().receipt(), trueTime - 30 * aDay);
+        return model.restart(life->till.sale().receipt(), trueTime - 29 * aDay);
     // Somebody mends the disk and starts the till again.
     if (QFile::exists(model.store + u"-damaged"_s))
         model.putAside();

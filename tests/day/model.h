@@ -4,9 +4,13 @@
 #include "service.h"
 #include "till/core/saleevent.h"
 
+#include <host/clock.h>
+
 #include <optional>
 
 namespace day {
+
+constexpr int64_t aDay = 24 * 3'600'000;
 
 using Shown = std::optional<till::ReceiptView>; ///< The receipt at hand, if there is one.
 
@@ -20,7 +24,8 @@ struct Model
         bool isForgiven = false;   ///< Told as not saved when the process died.
         bool isAside = false;      ///< In a damaged store that was put aside.
         bool wasPaid = false;      ///< When it was reported again.
-        int64_t begun = 0;         ///< By the true clock.
+        int64_t begun = 0;         ///< By the true clock, or as `begunAt` says.
+        int64_t dated = 0;         ///< By the till's clock.
     };
 
     QString store; ///< Its file.
@@ -64,8 +69,10 @@ struct Model
         case Kind::Opened:
             if (receipts.contains(number) && !receipts[number].isForgiven)
                 complain(u"number %1 is given twice"_s.arg(number));
-            receipts[number] = {
-                .view = *shown, .isForgiven = receipts.value(number).isForgiven, .begun = trueTime};
+            receipts[number] = {.view = *shown,
+                                .isForgiven = receipts.value(number).isForgiven,
+                                .begun = begunAt(trueTime),
+                                .dated = Clock::now().toMSecsSinceEpoch()};
             current = number;
             break;
         case Kind::PositionAdded:
@@ -110,6 +117,17 @@ struct Model
             break;
         }
         remember(shown);
+    }
+    /// Receipts of a late clock count as old, unless one of the right date stands before them.
+    int64_t begunAt(int64_t trueTime) const
+    {
+        const auto isRight = [trueTime](const Receipt &receipt) {
+            return !receipt.isForgiven && !receipt.isAside &&
+                   std::abs(trueTime - receipt.dated) < aDay;
+        };
+        return std::ranges::any_of(receipts, isRight)
+                   ? trueTime
+                   : std::min<int64_t>(trueTime, Clock::now().toMSecsSinceEpoch());
     }
     /// A death now leaves at hand what is shown, or what was before when it is not saved.
     void remember(const Shown &shown)
