@@ -9,6 +9,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace lmmindbox {
 class Interface;
 } // namespace lmmindbox
@@ -16,7 +18,7 @@ class Interface;
 namespace bench {
 
 /// A customer with phone, e-mail address and name on record.
-inline const auto confirmedPhone = QStringLiteral("79160000001");
+inline const auto confirmedPhone = u"79160000001"_s;
 
 /// The request of a client's operation.
 struct SentRequest

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace bench {
 
 /// A presenter without a cashier: every dialog is cancelled.
@@ -41,7 +43,7 @@ public:
         settings.pluginFile = QStringLiteral(PLUGIN_FILE);
         till = std::make_unique<till::Till>(settings, face);
         if (!till->start())
-            fail(QStringLiteral("the till does not start"));
+            fail(u"the till does not start"_s);
     }
 
     till::Sale &sale() { return till->sale(); }
@@ -51,7 +53,7 @@ public:
     {
         sale().open(DocumentHeader::sale);
         for (int position = 1; position <= positions; ++position) {
-            sale().add(QStringLiteral("4600"), QStringLiteral("Молоко 3,2 % 1 л"), 89.9, 1);
+            sale().add(u"4600"_s, u"Молоко 3,2 % 1 л"_s, 89.9, 1);
             sale().discount(position, 7.5, 417, 1, 0);
         }
     }

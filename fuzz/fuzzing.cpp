@@ -6,13 +6,15 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     static const QCoreApplication application(*argc, *argv);
     // A zone that skips an hour in spring and repeats one in autumn.
     qputenv("TZ", "Europe/Berlin");
     // Millions of inputs would flood the log.
-    QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
+    QLoggingCategory::setFilterRules(u"*=false"_s);
     return 0;
 }
 
@@ -29,6 +31,6 @@ QByteArray bytesOf(Bytes bytes)
 
 QString scratchDirectory()
 {
-    static const QTemporaryDir directory(QStringLiteral("/dev/shm/fuzz-XXXXXX"));
+    static const QTemporaryDir directory(u"/dev/shm/fuzz-XXXXXX"_s);
     return directory.path();
 }

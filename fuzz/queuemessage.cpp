@@ -10,9 +10,11 @@
 
 #include <sstream>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const auto pointOfContact = QLatin1String("pointOfContact");
+const auto pointOfContact = "pointOfContact"_L1;
 
 /// A queue with its deliverer, and a service with a chosen answer.
 class Delivery
@@ -49,8 +51,8 @@ public:
         const auto run = [&](const QStringList &arguments) {
             return till::runQueueCommand(store, output, arguments, false);
         };
-        require(run({QStringLiteral("parked")}) != 1);
-        require(run({QStringLiteral("retry"), QStringLiteral("all")}) == 0);
+        require(run({u"parked"_s}) != 1);
+        require(run({u"retry"_s, u"all"_s}) == 0);
     }
 
     FakeRestClient http;
@@ -84,13 +86,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (isMalformed)
         return 0; // the next report replaces it
     auto sent = delivery.http.sentBody;
-    auto expected = message->message.value(QLatin1String("payload")).toObject();
+    auto expected = message->message.value("payload"_L1).toObject();
     sent.remove(pointOfContact);
     expected.remove(pointOfContact);
     require(sent == expected);
-    const auto method = message->message.value(QLatin1String("method")).toString();
-    require(QUrlQuery(delivery.http.sentUrl).queryItemValue(QStringLiteral("operation")) ==
-            (method == QLatin1String("create") ? QLatin1String("Offline.CreateAuthorizedOrder")
-                                               : QLatin1String("Offline.ChangeStatus")));
+    const auto method = message->message.value("method"_L1).toString();
+    require(
+        QUrlQuery(delivery.http.sentUrl).queryItemValue(u"operation"_s) ==
+        (method == "create"_L1 ? "Offline.CreateAuthorizedOrder"_L1 : "Offline.ChangeStatus"_L1));
     return 0;
 }

@@ -5,6 +5,8 @@
 #include "model/operationresult.h"
 #include "model/order.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace lmmindbox;
 
 namespace {
@@ -12,14 +14,14 @@ namespace {
 /// Conditions that hold for every answer.
 void checkResults(const OperationResult &result, int httpCode)
 {
-    const auto hasMessage = result.response.contains(QLatin1String("errorMessage"));
+    const auto hasMessage = result.response.contains("errorMessage"_L1);
     require(!hasMessage || !result.success());
     require(result.noConnection == (result.response.isEmpty() && httpCode != 200));
     require(result.noConnection != result.getError({}).isEmpty());
 
     const GetCustomerResult found(result);
     require(!found.success() || result.success());
-    require(!found.customer.found() || found.response.contains(QLatin1String("customer")));
+    require(!found.customer.found() || found.response.contains("customer"_L1));
 
     const CreateOrderResult created(result);
     const RegisterCustomerResult registered(result);

@@ -7,6 +7,8 @@
 #include <numeric>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 AbstractDocument::AbstractDocument(DocumentHeader header)
     : header(std::move(header))
 {}
@@ -98,10 +100,10 @@ void AbstractDocument::noteChange(int posnum)
 
 QLatin1String AbstractDocument::sourceName() const
 {
-    return QLatin1String("document");
+    return "document"_L1;
 }
 
 QVariant AbstractDocument::field(QStringView name) const
 {
-    return name == QLatin1String("total") ? getTotal() : memberOf(header, name);
+    return name == "total"_L1 ? getTotal() : memberOf(header, name);
 }

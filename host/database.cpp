@@ -17,6 +17,8 @@
 #include <unordered_map>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = DatabaseError::Kind;
@@ -158,9 +160,9 @@ DatabaseResult<void> Database::check()
 {
     return run("PRAGMA quick_check(1)").and_then([this](const Rows &rows) -> DatabaseResult<void> {
         const auto found = rows.value(0).value(0).toString();
-        if (found == QLatin1String("ok"))
+        if (found == "ok"_L1)
             return {};
-        return fail(Kind::Damaged, QStringLiteral("damaged: ") + found.simplified());
+        return fail(Kind::Damaged, u"damaged: "_s + found.simplified());
     });
 }
 
@@ -193,14 +195,14 @@ DatabaseResult<void> Database::createFile()
     if (QFileInfo::exists(path)) {
         // By path: closing a descriptor would drop SQLite's locks.
         if (!QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner))
-            return unavailable(QStringLiteral("the mode 0600 cannot be set"));
+            return unavailable(u"the mode 0600 cannot be set"_s);
         return {};
     }
     const auto descriptor = privatefile::open(path, O_RDWR | O_CREAT | O_EXCL);
     if (descriptor >= 0)
         ::close(descriptor);
     else if (errno != EEXIST)
-        return unavailable(QStringLiteral("cannot be created: ") + qt_error_string());
+        return unavailable(u"cannot be created: "_s + qt_error_string());
     if (!privatefile::syncDirectory(directory))
         return unavailable(qt_error_string());
     return {};
@@ -219,19 +221,19 @@ DatabaseResult<void> Database::checkOwner()
     // A file with an application id is in use, even without tables.
     const auto isNew = id == 0 && number("SELECT count(*) FROM sqlite_schema") == 0;
     if (!isNew && id != schema.applicationId)
-        return fail(Kind::Foreign, QStringLiteral("expected a till's store, found a database of "
-                                                  "something else"));
+        return fail(Kind::Foreign, u"expected a till's store, found a database of "
+                                   "something else"_s);
     if (!isNew && version < 1)
-        return fail(Kind::Damaged, QStringLiteral("damaged: there is no version"));
+        return fail(Kind::Damaged, u"damaged: there is no version"_s);
     if (version > schema.version && readOnly) {
         connection->database.exec("PRAGMA query_only = ON");
         return {};
     }
     if (version > schema.version)
-        return fail(Kind::Newer,
-                    QStringLiteral("written by a newer version: version %1, expected at most %2")
-                        .arg(version)
-                        .arg(schema.version));
+        return fail(
+            Kind::Newer,
+            u"written by a newer version: version %1, expected at most %2"_s.arg(version).arg(
+                schema.version));
     if (isNew)
         connection->database.exec("PRAGMA auto_vacuum = INCREMENTAL");
     switchToWal();
@@ -266,9 +268,9 @@ void Database::makeTables()
         return;
     for (const auto *statement : schema.statements)
         connection->database.exec(statement);
-    const auto sign = QStringLiteral("PRAGMA application_id = %1; PRAGMA user_version = %2")
-                          .arg(schema.applicationId)
-                          .arg(schema.version);
+    const auto sign =
+        u"PRAGMA application_id = %1; PRAGMA user_version = %2"_s.arg(schema.applicationId)
+            .arg(schema.version);
     connection->database.exec(sign.toStdString());
     transaction.commit();
 }
@@ -279,6 +281,5 @@ tl::unexpected<DatabaseError> Database::fail(DatabaseError::Kind kind, const QSt
     close();
     if (kind == Kind::Damaged && !QFileInfo::exists(damageMark()))
         (void)privatefile::write(damageMark(), {});
-    return tl::unexpected(
-        DatabaseError{kind, QStringLiteral("%1: the store: %2").arg(path, reason)});
+    return tl::unexpected(DatabaseError{kind, u"%1: the store: %2"_s.arg(path, reason)});
 }

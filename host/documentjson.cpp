@@ -5,16 +5,18 @@
 #include <QJsonArray>
 #include <QTimeZone>
 
+using namespace Qt::StringLiterals;
+
 namespace documentjson {
 
 namespace {
 
-constexpr auto formatName = QLatin1String("till-receipt");
+constexpr auto formatName = "till-receipt"_L1;
 constexpr int formatVersion = 1;
-constexpr auto formatKey = QLatin1String("format");
-constexpr auto versionKey = QLatin1String("version");
-constexpr auto positionsKey = QLatin1String("positions");
-constexpr auto impactsKey = QLatin1String("impacts");
+constexpr auto formatKey = "format"_L1;
+constexpr auto versionKey = "version"_L1;
+constexpr auto positionsKey = "positions"_L1;
+constexpr auto impactsKey = "impacts"_L1;
 
 // How each type of member is written and read. A value of the wrong type is read as some default,
 // so writing it again gives another text: that is how such a value is found.
@@ -124,8 +126,8 @@ QJsonValue cardToJson(const QSharedPointer<DocumentCardRecord> &record)
         return {};
     const auto client = record->getCard()->getClient();
     return QJsonObject{
-        {QLatin1String("number"), QJsonValue::fromVariant(record->getNumber())},
-        {QLatin1String("client"), client ? QJsonValue(recordToJson(*client)) : QJsonValue()},
+        {"number"_L1, QJsonValue::fromVariant(record->getNumber())},
+        {"client"_L1, client ? QJsonValue(recordToJson(*client)) : QJsonValue()},
     };
 }
 
@@ -133,9 +135,9 @@ QSharedPointer<DocumentCardRecord> cardFromJson(const QJsonValue &json)
 {
     if (json.isNull())
         return {};
-    const auto number = json[QLatin1String("number")].toVariant();
+    const auto number = json["number"_L1].toVariant();
     auto record = QSharedPointer<DocumentCardRecord>::create(number);
-    const auto client = json[QLatin1String("client")];
+    const auto client = json["client"_L1];
     if (!client.isNull()) {
         record->getCard()->setClient(QSharedPointer<Client>::create());
         readRecord(client, *record->getCard()->getClient());
@@ -147,7 +149,7 @@ QSharedPointer<DocumentCardRecord> cardFromJson(const QJsonValue &json)
 QSharedPointer<AbstractDocument> read(const QJsonObject &object)
 {
     DocumentHeader header;
-    readRecord(object.value(QLatin1String("header")), header);
+    readRecord(object.value("header"_L1), header);
     auto document = QSharedPointer<AbstractDocument>::create(header);
     for (const auto &json : object.value(positionsKey).toArray()) {
         const auto item = QSharedPointer<GoodsItem>::create(0, QString(), QString(), 0, 0);
@@ -161,8 +163,8 @@ QSharedPointer<AbstractDocument> read(const QJsonObject &object)
             document->restoreImpactDetail(detail);
         }
     }
-    document->setCardRecord(cardFromJson(object.value(QLatin1String("card"))));
-    const auto systems = object.value(QLatin1String("pluginData")).toObject();
+    document->setCardRecord(cardFromJson(object.value("card"_L1)));
+    const auto systems = object.value("pluginData"_L1).toObject();
     for (auto system = systems.begin(); system != systems.end(); ++system)
         document->setPluginData(system.key(), mapFromJson(system.value().toObject()));
     return document;
@@ -179,9 +181,9 @@ QJsonObject headToJson(const AbstractDocument &document)
     return {
         {formatKey, formatName},
         {versionKey, formatVersion},
-        {QLatin1String("header"), recordToJson(document.getHeader())},
-        {QLatin1String("card"), cardToJson(document.getCardRecord())},
-        {QLatin1String("pluginData"), pluginData},
+        {"header"_L1, recordToJson(document.getHeader())},
+        {"card"_L1, cardToJson(document.getCardRecord())},
+        {"pluginData"_L1, pluginData},
     };
 }
 
@@ -211,15 +213,14 @@ QJsonObject toJson(const AbstractDocument &document)
 tl::expected<QSharedPointer<AbstractDocument>, QString> fromJson(const QJsonObject &object)
 {
     if (object.value(formatKey) != formatName)
-        return tl::unexpected(QStringLiteral("format: expected \"%1\"").arg(formatName));
+        return tl::unexpected(u"format: expected \"%1\""_s.arg(formatName));
     if (object.value(versionKey).toInt() > formatVersion)
         return tl::unexpected(
-            QStringLiteral("version: written by a newer version, expected at most %1")
-                .arg(formatVersion));
+            u"version: written by a newer version, expected at most %1"_s.arg(formatVersion));
     auto document = read(object);
     // A missing, mistyped, damaged or unknown value is not written back the same.
     if (toJson(*document) != object)
-        return tl::unexpected(QStringLiteral("expected values that a receipt can have"));
+        return tl::unexpected(u"expected values that a receipt can have"_s);
     return document;
 }
 

@@ -146,15 +146,15 @@ TEST_F(Hostile, OnlyAValidCertificateOfATrustedAuthorityIsTalkedTo)
         SCOPED_TRACE(qPrintable(name));
         Singleton<ServiceAvailability>::instance()->clear();
         const auto base = directory.filePath(name);
-        options.certificateFile = name.isNull() ? name : base + QLatin1String(".pem");
-        options.privateKeyFile = name.isNull() ? name : base + QLatin1String(".key");
+        options.certificateFile = name.isNull() ? name : base + ".pem"_L1;
+        options.privateKeyFile = name.isNull() ? name : base + ".key"_L1;
         start();
         set(url, u"https://127.0.0.1:%1/v3/operations/sync"_s.arg(service->port()));
         set(u"Http:caFile"_s, trusted);
         const auto result = Interface().getCustomer(knownPhone);
         EXPECT_EQ(result.success(), isAccepted);
         EXPECT_EQ(result.noConnection, !isAccepted);
-        EXPECT_EQ(service->dump()[QLatin1String("requests")].toObject().isEmpty(), !isAccepted);
+        EXPECT_EQ(service->dump()["requests"_L1].toObject().isEmpty(), !isAccepted);
     }
     // The TLS record at the end of an idle connection hides that end.
     Interface client;

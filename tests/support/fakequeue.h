@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 /// Collects the messages that the plugin queues.
 class FakeQueue : private MessageSink
 {
@@ -20,7 +22,7 @@ public:
 private:
     bool put(const QString &queue, const QJsonObject &message, const QString &tag) override
     {
-        EXPECT_EQ(queue, QStringLiteral("lmmindbox"));
+        EXPECT_EQ(queue, u"lmmindbox"_s);
         EXPECT_TRUE(tag.isEmpty());
         messages.append(message);
         return true;

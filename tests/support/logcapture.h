@@ -6,6 +6,8 @@
 #include <mutex>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 /// Captures the log's lines while it lives, each after the letter of its level: D, I, W, E or F.
 class LogCapture
 {
@@ -16,8 +18,7 @@ public:
         take();
         wanted = category;
         if (category)
-            QLoggingCategory::setFilterRules(QLatin1String(category) +
-                                             QLatin1String(".debug=true"));
+            QLoggingCategory::setFilterRules(QLatin1String(category) + ".debug=true"_L1);
         previous = qInstallMessageHandler(keep);
     }
     ~LogCapture()
@@ -45,7 +46,7 @@ private:
     {
         const std::scoped_lock lock(mutex);
         if (!wanted || qstrcmp(context.category, wanted) == 0)
-            lines += QStringLiteral("%1 %2").arg(QLatin1Char("DWEFI"[type])).arg(text);
+            lines += u"%1 %2"_s.arg(QLatin1Char("DWEFI"[type])).arg(text);
     }
 
     static inline std::mutex mutex;

@@ -8,17 +8,18 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The identifiers of all texts in the plugin's sources.
 QSet<QString> usedIdentifiers()
 {
     static const QRegularExpression identifier(
-        QStringLiteral("\"((?:lmmindbox|mindbox|dialogChoice|inputTextForm|inputClient)"
-                       "[A-Z][A-Za-z]*)\""));
+        u"\"((?:lmmindbox|mindbox|dialogChoice|inputTextForm|inputClient)"
+        "[A-Z][A-Za-z]*)\""_s);
     QSet<QString> identifiers;
-    QDirIterator files(QStringLiteral(PRODUCT_DIR),
-                       {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
+    QDirIterator files(QStringLiteral(PRODUCT_DIR), {u"*.cpp"_s, u"*.h"_s}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
         QFile file(files.next());
@@ -34,15 +35,14 @@ TEST(Catalogue, EveryTextOfTheProductIsThereInEnglish)
 {
     const auto identifiers = usedIdentifiers();
     ASSERT_GE(identifiers.size(), 25);
-    ASSERT_TRUE(till::installLanguage(QStringLiteral("en")));
+    ASSERT_TRUE(till::installLanguage(u"en"_s));
     for (const auto &identifier : identifiers) {
-        const auto shown = tr::Tr(identifier, QStringLiteral("<missing>")).toString();
-        EXPECT_NE(shown, QStringLiteral("<missing>")) << identifier.toStdString();
+        const auto shown = tr::Tr(identifier, u"<missing>"_s).toString();
+        EXPECT_NE(shown, u"<missing>"_s) << identifier.toStdString();
         EXPECT_FALSE(shown.isEmpty()) << identifier.toStdString();
     }
-    EXPECT_FALSE(till::installLanguage(QStringLiteral("../en")));
-    EXPECT_EQ(tr::Tr(QStringLiteral("unknownText"), QStringLiteral("Текст")).toString(),
-              QStringLiteral("Текст"));
+    EXPECT_FALSE(till::installLanguage(u"../en"_s));
+    EXPECT_EQ(tr::Tr(u"unknownText"_s, u"Текст"_s).toString(), u"Текст"_s);
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = till::ConsoleLine::Kind;
@@ -27,7 +29,7 @@ TEST(Console, RefusesWhatIsNoTextAndGoesOnWithTheNextLine)
         SCOPED_TRACE(line.left(20).toStdString());
         ScriptedConsole scripted(line + "\nnext");
         EXPECT_EQ(scripted.console.readCommand({}).kind, kind);
-        EXPECT_EQ(scripted.console.readCommand({}).text, QStringLiteral("next"));
+        EXPECT_EQ(scripted.console.readCommand({}).text, u"next"_s);
         EXPECT_EQ(scripted.console.readCommand({}).kind, Kind::End);
     }
 }
@@ -49,9 +51,9 @@ TEST(Console, HasWordsForEveryEventButOneAndEveryObstacle)
 
 TEST(Console, WritesWhatAServiceSaysInOneLine)
 {
-    const auto forged = QStringLiteral("Anna\nReceipt 99 is closed: 0.00.\u2028x");
+    const auto forged = u"Anna\nReceipt 99 is closed: 0.00.\u2028x"_s;
     till::ReceiptView receipt;
-    receipt.cardNumber = QStringLiteral("1");
+    receipt.cardNumber = u"1"_s;
     receipt.customer = Client();
     receipt.customer->setName(forged);
     till::SaleEvent refused;
@@ -61,7 +63,7 @@ TEST(Console, WritesWhatAServiceSaysInOneLine)
     for (const auto &text :
          {till::holderText(receipt), till::eventText(refused, {}), till::eventText(added, {})}) {
         EXPECT_FALSE(text.contains(u'\n') || text.contains(QChar(0x2028))) << text.toStdString();
-        EXPECT_TRUE(text.contains(QStringLiteral("Anna?Receipt 99"))) << text.toStdString();
+        EXPECT_TRUE(text.contains(u"Anna?Receipt 99"_s)) << text.toStdString();
     }
     ScriptedConsole scripted;
     till::ConsolePresenter(scripted.console).showError({{}, forged});

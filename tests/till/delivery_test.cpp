@@ -9,6 +9,8 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -91,7 +93,7 @@ TEST_F(Delivery, AMessageParkedByHandWhileItIsSentStaysParkedWithItsReason)
         (void)deliverer.step();
         service.whileSending = [] {};
         EXPECT_EQ(messages(true).constLast().id, id);
-        EXPECT_EQ(messages(true).constLast().lastError, QStringLiteral("by hand"));
+        EXPECT_EQ(messages(true).constLast().lastError, u"by hand"_s);
     }
 }
 

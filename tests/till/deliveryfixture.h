@@ -11,6 +11,8 @@
 #include <functional>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 /// A service that answers by the message's name. Keeps the names it received: "+name" for "create"
 /// messages and "=name" for "change" messages.
 class FakeService : public FakeRestClient
@@ -20,8 +22,8 @@ public:
               const QHash<QString, QString> &headers) override
     {
         FakeRestClient::send(url, document, headers);
-        const auto name = sentBody.value(QLatin1String("name")).toString().toStdString();
-        const auto isChange = url.query().contains(QLatin1String("ChangeStatus"));
+        const auto name = sentBody.value("name"_L1).toString().toStdString();
+        const auto isChange = url.query().contains("ChangeStatus"_L1);
         received.push_back((isChange ? '=' : '+') + name);
         answer =
             isChange ? R"({"status":"Success"})" : R"({"order":{"processingStatus":"Processed"}})";
@@ -69,16 +71,12 @@ protected:
     {
         till::QueuedMessage message;
         message.queue = till::loyaltyQueue();
-        message.message = {{QLatin1String("method"), QLatin1String(method)},
-                           {QLatin1String("payload"), payload}};
+        message.message = {{"method"_L1, QLatin1String(method)}, {"payload"_L1, payload}};
         message.queuedAt = Clock::now();
         ASSERT_TRUE(store.saveReport(store.newReceipt({}, DocumentHeader::sale),
                                      {till::Report::Reported, {}, {}}, {message}));
     }
-    static QJsonObject order(const char *name)
-    {
-        return {{QLatin1String("name"), QLatin1String(name)}};
-    }
+    static QJsonObject order(const char *name) { return {{"name"_L1, QLatin1String(name)}}; }
     /// Steps until one delivers and parks nothing. \return Its outcome.
     Outcome deliver()
     {

@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
@@ -32,14 +34,14 @@ FormField field(const char *key, FormFieldKind kind, bool mandatory)
 FormRequest customerForm()
 {
     auto phone = field("phone", FormFieldKind::Text, true);
-    phone.inputMask = QStringLiteral("+7(999)-999-99-99;_");
-    phone.validator = QStringLiteral("\\+7\\([0-9]{3}\\)-[0-9]{3}-[0-9]{2}-[0-9]{2}");
+    phone.inputMask = u"+7(999)-999-99-99;_"_s;
+    phone.validator = u"\\+7\\([0-9]{3}\\)-[0-9]{3}-[0-9]{2}-[0-9]{2}"_s;
     auto birthday = field("birthday", FormFieldKind::Date, false);
     birthday.minDate = QDate(1900, 1, 1);
     birthday.maxDate = QDate(2020, 1, 1);
     auto sex = field("sex", FormFieldKind::Choice, true);
     sex.options = {text("Female"), text("Male")};
-    sex.value = QStringLiteral("0");
+    sex.value = u"0"_s;
     FormRequest request;
     request.fields = {phone, field("name", FormFieldKind::Text, true), birthday, sex,
                       field("email", FormFieldKind::Text, false)};
@@ -65,12 +67,12 @@ struct Filled
 TEST(Form, EmptyLineKeepsTheFirstValueAndClearRemovesAnOptionalOne)
 {
     auto request = customerForm();
-    request.fields[0].value = QStringLiteral("+79161234567");
+    request.fields[0].value = u"+79161234567"_s;
     request.fields[0].editable = false;
-    request.fields[1].value = QStringLiteral("Анна");
-    request.fields[2].value = QStringLiteral("05.03.1990");
-    request.fields[3].value = QStringLiteral("1");
-    request.fields[4].value = QStringLiteral("a@b");
+    request.fields[1].value = u"Анна"_s;
+    request.fields[2].value = u"05.03.1990"_s;
+    request.fields[3].value = u"1"_s;
+    request.fields[4].value = u"a@b"_s;
     EXPECT_EQ(Filled(request, "\n\n\n\n").answers, R"({"birthday":"1990-03-05","email":"a@b",)"
                                                    R"("name":"Анна","phone":"+7(916)-123-45-67",)"
                                                    R"("sex":1})");
@@ -131,14 +133,14 @@ TEST(TextInput, PassesOnWhatWasTypedAndCancels)
         ScriptedConsole scripted(script);
         return till::ConsolePresenter(scripted.console).showInputText(request);
     };
-    EXPECT_EQ(answer(" 12 34 \n").getData(), QStringLiteral(" 12 34 "));
+    EXPECT_EQ(answer(" 12 34 \n").getData(), u" 12 34 "_s);
     EXPECT_FALSE(answer("\n").canceled());
     EXPECT_TRUE(answer("/cancel\n").canceled());
     EXPECT_TRUE(answer("").canceled());
-    request.validator = QStringLiteral("[0-9]*");
+    request.validator = u"[0-9]*"_s;
     request.maximumLength = 4;
     request.cancellable = 0;
-    EXPECT_EQ(answer("x1234\n12345\n/cancel\n1234\n").getData(), QStringLiteral("1234"));
+    EXPECT_EQ(answer("x1234\n12345\n/cancel\n1234\n").getData(), u"1234"_s);
 }
 
 TEST(Choice, TakesNumberOrTextAndTheEndOfTheInputIsNo)
@@ -158,10 +160,10 @@ TEST(Choice, TakesNumberOrTextAndTheEndOfTheInputIsNo)
 TEST(ToldTexts, AreLoggedWithoutPhoneAndAddress)
 {
     const LogCapture log;
-    till::logTold(QStringLiteral("+7 (903) 123-45-67 and 79031234567 belong to <an-na@a.org>, "
-                                 "receipt 4711 of 2026-11-25 22:02:11, 179.80"));
-    EXPECT_EQ(LogCapture::text(), QStringLiteral("I *** and *** belong to <***>, "
-                                                 "receipt 4711 of 2026-11-25 22:02:11, 179.80"));
+    till::logTold(u"+7 (903) 123-45-67 and 79031234567 belong to <an-na@a.org>, "
+                  "receipt 4711 of 2026-11-25 22:02:11, 179.80"_s);
+    EXPECT_EQ(LogCapture::text(), u"I *** and *** belong to <***>, "
+                                  "receipt 4711 of 2026-11-25 22:02:11, 179.80"_s);
 }
 
 } // namespace

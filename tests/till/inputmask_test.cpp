@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TEST(InputMask, BringsWhatWasTypedIntoItsShapeOrRefusesIt)
@@ -40,8 +42,7 @@ TEST(InputMask, BringsWhatWasTypedIntoItsShapeOrRefusesIt)
         EXPECT_EQ(shaped.value_or(QString::fromUtf8(refused)).toStdString(), result)
             << mask << " <- " << typed;
     }
-    EXPECT_EQ(till::InputMask(QString::fromUtf8(phone)).outline(),
-              QStringLiteral("+7(___)-___-__-__"));
+    EXPECT_EQ(till::InputMask(QString::fromUtf8(phone)).outline(), u"+7(___)-___-__-__"_s);
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -26,7 +28,7 @@ TEST(Retention, RemovesOldReceiptsThatAreDoneAFewAtATimeAndTheFileShrinks)
     const auto receipt = [&] {
         auto document = store.newReceipt({}, DocumentHeader::sale);
         for (int i = 0; i < 20; ++i)
-            document->addGoodsItem(QStringLiteral("4600"), QString(200, u'x'), 1, 1);
+            document->addGoodsItem(u"4600"_s, QString(200, u'x'), 1, 1);
         return document;
     };
     till::QueuedMessage waiting;
@@ -55,7 +57,7 @@ TEST(Retention, RemovesOldReceiptsThatAreDoneAFewAtATimeAndTheFileShrinks)
     EXPECT_EQ(rows(), before + 1);
 
     clock.jump(-24h * 3650);
-    clock.pass(24h * (till::settingNumber(QLatin1String("Till:keepDays")) + 1));
+    clock.pass(24h * (till::settingNumber("Till:keepDays"_L1) + 1));
     for (int day = 0; day < 3; ++day) {
         clock.pass(24h);
         ASSERT_TRUE(store.saveReport(receipt(), {Report::Reported, {}, {}}, {}));

@@ -81,13 +81,13 @@ TEST_F(SettingsTest, KnowEveryKeyThatIsReadAnywhere)
     const QDir root(QStringLiteral(PRODUCT_DIR "/.."));
     QStringList files;
     for (const auto room : {"src", "host", "till"}) {
-        QDirIterator iterator(root.filePath(QLatin1String(room)), {QStringLiteral("*.cpp")},
-                              QDir::Files, QDirIterator::Subdirectories);
+        QDirIterator iterator(root.filePath(QLatin1String(room)), {u"*.cpp"_s}, QDir::Files,
+                              QDirIterator::Subdirectories);
         while (iterator.hasNext())
             files.append(iterator.next());
     }
     const QRegularExpression pattern(
-        QStringLiteral("[\"`]((LmMindbox|Mindbox|Till|Http)(\\.Redirect)?:[A-Za-z]+)"));
+        u"[\"`]((LmMindbox|Mindbox|Till|Http)(\\.Redirect)?:[A-Za-z]+)"_s);
     int found = 0;
     for (const auto &name : std::as_const(files)) {
         QFile file(name);

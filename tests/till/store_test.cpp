@@ -8,6 +8,8 @@
 
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using testing::ElementsAre;
@@ -21,7 +23,7 @@ protected:
     {
         auto document = store.newReceipt(place, DocumentHeader::sale);
         for (int i = 0; i < lines; ++i)
-            document->addGoodsItem(QStringLiteral("4600"), QStringLiteral("Milk"), 10, 1);
+            document->addGoodsItem(u"4600"_s, u"Milk"_s, 10, 1);
         return document;
     }
     static till::QueuedMessage message()
@@ -108,7 +110,7 @@ TEST_F(StoreTest, AMessageInFlightFromMemoryIsSettledWhereverItIsMeanwhile)
         ASSERT_TRUE(inFlight && inFlight->id < 0);
     }
     EXPECT_TRUE(store.unsaved().isEmpty());
-    store.settle(*inFlight, till::Verdict::Refused, QStringLiteral("no"));
+    store.settle(*inFlight, till::Verdict::Refused, u"no"_s);
     const auto parked = store.messages(true, 9);
     ASSERT_TRUE(parked);
     EXPECT_EQ(parked->size(), 1);

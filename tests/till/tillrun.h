@@ -16,6 +16,8 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 /// A loyalty system that queues two messages for every committed receipt.
 class FakeSystem : public BasicLoyaltySystem
 {
@@ -27,9 +29,7 @@ public:
         for (const auto *method : {"create", "change"})
             Singleton<DBQueueBroker>::instance()->put(
                 till::loyaltyQueue(),
-                {{QStringLiteral("method"), QLatin1String(method)},
-                 {QStringLiteral("payload"), QJsonObject{}}},
-                {});
+                {{u"method"_s, QLatin1String(method)}, {u"payload"_s, QJsonObject{}}}, {});
         return true;
     }
 

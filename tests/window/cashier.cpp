@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 Service::Service()
 {
     start();
@@ -38,12 +40,11 @@ void Service::start()
         port = qEnvironmentVariableIntValue("SERVICE_PORT");
     if (qEnvironmentVariableIsSet("SERVICE_PORT"))
         return;
-    const auto portFile = directory.filePath(QStringLiteral("port"));
+    const auto portFile = directory.filePath(u"port"_s);
     QFile::remove(portFile);
     process.start(QStringLiteral(SIMULATOR),
-                  {QStringLiteral("--port"), QString::number(port), QStringLiteral("--port-file"),
-                   portFile, QStringLiteral("--state"),
-                   directory.filePath(QStringLiteral("state.db"))});
+                  {u"--port"_s, QString::number(port), u"--port-file"_s, portFile, u"--state"_s,
+                   directory.filePath(u"state.db"_s)});
     QFile file(portFile);
     ASSERT_TRUE(QTest::qWaitFor([&] { return file.exists() && file.size() > 0; }, 10'000));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
@@ -58,20 +59,20 @@ void Service::stop()
 
 void Service::reset()
 {
-    send("DELETE", QStringLiteral("faults"), {});
-    send("POST", QStringLiteral("reset"), {});
+    send("DELETE", u"faults"_s, {});
+    send("POST", u"reset"_s, {});
 }
 
 QString Service::code() const
 {
-    return dump().value(QLatin1String("codes")).toArray().first()[QLatin1String("code")].toString();
+    return dump().value("codes"_L1).toArray().first()["code"_L1].toString();
 }
 
 QJsonObject Service::send(const char *verb, const QString &path, const QJsonObject &body) const
 {
     QNetworkAccessManager network;
-    QNetworkRequest request(QUrl(url() + QStringLiteral("/simulator/") + path));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    QNetworkRequest request(QUrl(url() + u"/simulator/"_s + path));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
     const auto json = QJsonDocument(body).toJson();
     auto *const reply =
         network.sendCustomRequest(request, verb, body.isEmpty() ? QByteArray() : json);
@@ -90,13 +91,13 @@ WindowTest::WindowTest()
     QFile settings(fileName("till.conf"));
     EXPECT_TRUE(settings.open(QIODevice::WriteOnly) &&
                 settings.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
-    settings.write(QStringLiteral("LmMindbox:url=%1/v3/operations/sync\n"
-                                  "LmMindbox:endpoint=till-demo\n"
-                                  "LmMindbox:secretKey=demo-secret\n"
-                                  "Till:shopCode=12\nTill:cashCode=3\nHttp:retryFirst=100\n"
-                                  "Till:dataDir=%2/data\n"
-                                  "Till:goodsFile=%2/goods.csv\n"
-                                  "Till:scanGap=200\n") // a busy machine delivers keys late
+    settings.write(u"LmMindbox:url=%1/v3/operations/sync\n"
+                   "LmMindbox:endpoint=till-demo\n"
+                   "LmMindbox:secretKey=demo-secret\n"
+                   "Till:shopCode=12\nTill:cashCode=3\nHttp:retryFirst=100\n"
+                   "Till:dataDir=%2/data\n"
+                   "Till:goodsFile=%2/goods.csv\n"
+                   "Till:scanGap=200\n"_s // a busy machine delivers keys late
                        .arg(service.url(), directory)
                        .toUtf8());
 }
@@ -106,14 +107,14 @@ WindowTest::~WindowTest() = default;
 void WindowTest::openWindow(const QString &chosen)
 {
     closeWindow();
-    const auto language = chosen.isEmpty() ? QStringLiteral("ru") : chosen;
+    const auto language = chosen.isEmpty() ? u"ru"_s : chosen;
     const auto settings =
         till::loadSettings({fileName("till.conf"), QStringLiteral(PLUGIN), {}, language, {}});
     ASSERT_TRUE(settings) << settings.error().text().toStdString();
     ASSERT_TRUE(till::installLanguage(language));
     ASSERT_TRUE(privatefile::createDirectory(settings->dataDirectory));
     window = std::make_unique<till::MainWindow>(*settings);
-    const auto size = qEnvironmentVariable("WINDOW_SIZE", QStringLiteral("1024x768")).split(u'x');
+    const auto size = qEnvironmentVariable("WINDOW_SIZE", u"1024x768"_s).split(u'x');
     window->resize(size.at(0).toInt(), size.at(1).toInt());
     window->show();
     window->activateWindow();
@@ -164,7 +165,7 @@ void WindowTest::scan(const char *code, Qt::Key end, int gap)
         if (gap > 0)
             QTest::qWait(gap);
     }
-    strike(end, end == Qt::Key_Tab ? QStringLiteral("\t") : QStringLiteral("\r"));
+    strike(end, end == Qt::Key_Tab ? u"\t"_s : u"\r"_s);
 }
 
 void WindowTest::strike(Qt::Key key, const QString &text)

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 /// The simulated service in its own process.
 class Service
 {
@@ -26,12 +28,12 @@ public:
     void start();
     void stop();
     int portNumber() const { return port; }
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1").arg(port); }
+    QString url() const { return u"http://127.0.0.1:%1"_s.arg(port); }
     /// The code of the last SMS.
     QString code() const;
     /// The service's state.
-    QJsonObject dump() const { return send("GET", QStringLiteral("dump"), {}); }
-    void order(const QJsonObject &fault) { send("POST", QStringLiteral("faults"), fault); }
+    QJsonObject dump() const { return send("GET", u"dump"_s, {}); }
+    void order(const QJsonObject &fault) { send("POST", u"faults"_s, fault); }
     void reset();
 
 private:

@@ -10,33 +10,35 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The plugin's form for a customer's data.
 QList<FormField> customerForm()
 {
     FormField phone;
-    phone.key = QStringLiteral("phone");
+    phone.key = u"phone"_s;
     phone.kind = FormFieldKind::Text;
-    phone.inputMask = QStringLiteral("+7(999)-999-99-99;_");
-    phone.validator = QStringLiteral("\\+7\\([0-9]{3}\\)-[0-9]{3}-[0-9]{2}-[0-9]{2}");
+    phone.inputMask = u"+7(999)-999-99-99;_"_s;
+    phone.validator = u"\\+7\\([0-9]{3}\\)-[0-9]{3}-[0-9]{2}-[0-9]{2}"_s;
     phone.order = 0;
     FormField birthday;
-    birthday.key = QStringLiteral("birthday");
+    birthday.key = u"birthday"_s;
     birthday.kind = FormFieldKind::Date;
     birthday.mandatory = false;
     birthday.minDate = QDate(1900, 1, 1);
     birthday.maxDate = QDate(2020, 1, 1);
     birthday.order = 1;
     FormField sex;
-    sex.key = QStringLiteral("sex");
+    sex.key = u"sex"_s;
     sex.kind = FormFieldKind::Choice;
-    sex.options = {{{}, QStringLiteral("one")}, {{}, QStringLiteral("other")}};
-    sex.value = QStringLiteral("0");
+    sex.options = {{{}, u"one"_s}, {{}, u"other"_s}};
+    sex.value = u"0"_s;
     sex.order = 1;
     FormField fixed = phone;
-    fixed.key = QStringLiteral("fixed");
-    fixed.value = QStringLiteral("+79161234567");
+    fixed.key = u"fixed"_s;
+    fixed.value = u"+79161234567"_s;
     fixed.editable = false;
     fixed.order = 2;
     return {phone, birthday, sex, fixed};
@@ -47,9 +49,9 @@ class Dialogs : public testing::Test
 protected:
     Dialogs()
     {
-        EXPECT_TRUE(till::installLanguage(QStringLiteral("ru")));
+        EXPECT_TRUE(till::installLanguage(u"ru"_s));
         new QGridLayout(&window);
-        form = new till::FormDialog(window, {{}, {}, QStringLiteral("Cancel")}, customerForm());
+        form = new till::FormDialog(window, {{}, {}, u"Cancel"_s}, customerForm());
         window.resize(1000, 700);
         window.show();
         form->appear();
@@ -57,7 +59,7 @@ protected:
     }
 
     QLineEdit &line(const char *name) { return *form->findChild<QLineEdit *>(QLatin1String(name)); }
-    bool isOkOn() { return form->findChild<QAbstractButton *>(QStringLiteral("ok"))->isEnabled(); }
+    bool isOkOn() { return form->findChild<QAbstractButton *>(u"ok"_s)->isEnabled(); }
 
     QWidget window;
     till::FormDialog *form;
@@ -93,18 +95,17 @@ TEST_F(Dialogs, TakeANumberInEverySpellingAndAnswerInTheShapeThatTheFormAsksFor)
         else
             QTest::keyClicks(&phone, QLatin1String(typed));
         ASSERT_EQ(isOkOn(), *answer != '\0') << phone.text().toStdString();
-        const auto given = form->answers().value(QStringLiteral("phone")).toString();
+        const auto given = form->answers().value(u"phone"_s).toString();
         EXPECT_TRUE(*answer == '\0' || given == QLatin1String(answer)) << given.toStdString();
     }
-    EXPECT_EQ(form->answers().value(QStringLiteral("fixed")),
-              QVariant(QStringLiteral("+7(916)-123-45-67")));
+    EXPECT_EQ(form->answers().value(u"fixed"_s), QVariant(u"+7(916)-123-45-67"_s));
     EXPECT_TRUE(line("field_fixed").isReadOnly());
 }
 
 TEST_F(Dialogs, AnswerDatesAndChoicesInTheirTypes)
 {
-    line("field_phone").setText(QStringLiteral("+7(916)-123-45-67"));
-    EXPECT_FALSE(form->answers().contains(QStringLiteral("birthday")));
+    line("field_phone").setText(u"+7(916)-123-45-67"_s);
+    EXPECT_FALSE(form->answers().contains(u"birthday"_s));
     auto &birthday = line("field_birthday");
     for (const auto *wrong : {"31.12.1899", "02.01.2020", "31.02.2000", "01.01.20"}) {
         birthday.setText(QLatin1String(wrong));
@@ -113,11 +114,11 @@ TEST_F(Dialogs, AnswerDatesAndChoicesInTheirTypes)
     QTest::keyClick(&birthday, Qt::Key_Return);
     EXPECT_TRUE(birthday.hasFocus());
     EXPECT_TRUE(birthday.property("wrong").toBool());
-    birthday.setText(QStringLiteral("31.12.1999"));
-    QTest::mouseClick(form->findChild<QAbstractButton *>(QStringLiteral("sex_1")), Qt::LeftButton);
+    birthday.setText(u"31.12.1999"_s);
+    QTest::mouseClick(form->findChild<QAbstractButton *>(u"sex_1"_s), Qt::LeftButton);
     EXPECT_TRUE(isOkOn());
-    EXPECT_EQ(form->answers().value(QStringLiteral("birthday")), QVariant(QDate(1999, 12, 31)));
-    EXPECT_EQ(form->answers().value(QStringLiteral("sex")), QVariant(1));
+    EXPECT_EQ(form->answers().value(u"birthday"_s), QVariant(QDate(1999, 12, 31)));
+    EXPECT_EQ(form->answers().value(u"sex"_s), QVariant(1));
 }
 
 TEST_F(Dialogs, PutFieldsOfOneNumberSideBySideAndKeepTheFocusInside)

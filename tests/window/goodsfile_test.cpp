@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class Goods : public testing::Test
@@ -12,7 +14,7 @@ class Goods : public testing::Test
 protected:
     const QStringList &load(const char *text)
     {
-        QFile file(directory.filePath(QStringLiteral("goods.csv")));
+        QFile file(directory.filePath(u"goods.csv"_s));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
         file.close();
@@ -29,10 +31,10 @@ TEST_F(Goods, AreReadInAnyOrderOfColumnsWithQuotesAndDecimalCommas)
     EXPECT_TRUE(load("\xEF\xBB\xBFPrice;unit;Name;code\r\n\r\n"
                      "89,90;pc;\"Milk; \"\"fresh\"\"\";4600\r\n310;kg;Cheese;4602")
                     .isEmpty());
-    EXPECT_EQ(read.goods[QStringLiteral("4600")].name, QStringLiteral("Milk; \"fresh\""));
-    EXPECT_EQ(read.goods[QStringLiteral("4600")].price, 89.9);
-    EXPECT_EQ(read.goods[QStringLiteral("4602")].price, 310);
-    EXPECT_FALSE(read.goods.contains(QStringLiteral("46")));
+    EXPECT_EQ(read.goods[u"4600"_s].name, u"Milk; \"fresh\""_s);
+    EXPECT_EQ(read.goods[u"4600"_s].price, 89.9);
+    EXPECT_EQ(read.goods[u"4602"_s].price, 310);
+    EXPECT_FALSE(read.goods.contains(u"46"_s));
 }
 
 TEST_F(Goods, TellTheirBadLinesByNumberAndKeepTheOthers)
@@ -44,13 +46,13 @@ TEST_F(Goods, TellTheirBadLinesByNumberAndKeepTheOthers)
     ASSERT_EQ(bad.size(), std::size(expected));
     for (int i = 0; i < bad.size(); ++i) {
         const auto &[line, word] = expected[i];
-        EXPECT_TRUE(bad[i].contains(QStringLiteral(" %1: ").arg(line))) << bad[i].toStdString();
+        EXPECT_TRUE(bad[i].contains(u" %1: "_s.arg(line))) << bad[i].toStdString();
         EXPECT_TRUE(bad[i].contains(QLatin1String(word))) << bad[i].toStdString();
     }
     EXPECT_EQ(read.goods.size(), 2);
-    EXPECT_EQ(read.goods[QStringLiteral("1")].price, 1.5);
-    EXPECT_TRUE(load("code,name\n1,Milk\n").value(0).contains(QStringLiteral("price")));
-    EXPECT_EQ(till::readGoods(QStringLiteral("/nowhere")).problems.size(), 1);
+    EXPECT_EQ(read.goods[u"1"_s].price, 1.5);
+    EXPECT_TRUE(load("code,name\n1,Milk\n").value(0).contains(u"price"_s));
+    EXPECT_EQ(till::readGoods(u"/nowhere"_s).problems.size(), 1);
 }
 
 TEST_F(Goods, AreEnteredAsACodeOrAsAQuantityAndACode)

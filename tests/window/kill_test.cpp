@@ -4,6 +4,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// A till killed at one of the dialogs; runs as a program of its own.
@@ -41,13 +43,12 @@ TEST_P(Kill, AtADialogLosesNothingOfTheReceipt)
 {
     QProcess victim;
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("KILL_AT"), QString::number(GetParam()));
-    environment.insert(QStringLiteral("TILL_DIRECTORY"), directory);
-    environment.insert(QStringLiteral("SERVICE_PORT"), QString::number(service.portNumber()));
+    environment.insert(u"KILL_AT"_s, QString::number(GetParam()));
+    environment.insert(u"TILL_DIRECTORY"_s, directory);
+    environment.insert(u"SERVICE_PORT"_s, QString::number(service.portNumber()));
     victim.setProcessEnvironment(environment);
     victim.start(QCoreApplication::applicationFilePath(),
-                 {QStringLiteral("--gtest_also_run_disabled_tests"),
-                  QStringLiteral("--gtest_filter=Victim.*")});
+                 {u"--gtest_also_run_disabled_tests"_s, u"--gtest_filter=Victim.*"_s});
     ASSERT_TRUE(victim.waitForFinished());
     ASSERT_EQ(victim.exitStatus(), QProcess::CrashExit) << victim.readAll().constData();
     openWindow();

@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TEST_F(WindowTest, BringsTheSellingWindowToTheFrontInsteadOfOpeningAnother)
@@ -38,8 +40,8 @@ TEST_F(WindowTest, EndsWithoutAScreen)
 {
     QProcess program;
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":there-is-none"));
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"DISPLAY"_s, u":there-is-none"_s);
     program.setProcessEnvironment(environment);
     program.start(QStringLiteral(TILL_WINDOW), QStringList());
     ASSERT_TRUE(program.waitForFinished());
@@ -51,9 +53,8 @@ TEST_F(WindowTest, EndsWithoutAScreen)
 TEST_F(WindowTest, TakesThePluginThatItsOptionNames)
 {
     QProcess program;
-    program.start(QStringLiteral(TILL_WINDOW),
-                  {QStringLiteral("--config"), fileName("till.conf"), QStringLiteral("--plugin"),
-                   QStringLiteral("/nowhere.so"), QStringLiteral("--log"), QStringLiteral("-")});
+    program.start(QStringLiteral(TILL_WINDOW), {u"--config"_s, fileName("till.conf"), u"--plugin"_s,
+                                                u"/nowhere.so"_s, u"--log"_s, u"-"_s});
     ASSERT_TRUE(program.waitForStarted());
     const auto says = [&] { return program.readAllStandardError().contains("/nowhere.so"); };
     EXPECT_TRUE(QTest::qWaitFor(says, 10'000));

@@ -4,7 +4,7 @@
 
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 
 /// Takes the pictures for `scripts/pictures`, in WINDOW_LANGUAGE and WINDOW_SIZE.
 class Pictures : public WindowTest

@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 using till::ReceiptModel;
 
 TEST_F(WindowTest, SellsToACustomerWhomNobodyKnew)
@@ -130,9 +130,9 @@ TEST_F(WindowTest, FindsAKnownCustomerWhoseDataIsEditedAndTakenOff)
 
 TEST_F(WindowTest, SpeaksOneLanguageOnAScreen)
 {
-    const QRegularExpression cyrillic(QStringLiteral("[А-Яа-я]"));
-    const QRegularExpression latin(QStringLiteral("\\b(?!Enter\\b)[A-Za-z]{2,}"));
-    openWindow(QStringLiteral("en"));
+    const QRegularExpression cyrillic(u"[А-Яа-я]"_s);
+    const QRegularExpression latin(u"\\b(?!Enter\\b)[A-Za-z]{2,}"_s);
+    openWindow(u"en"_s);
     expectNoText(cyrillic);
     press(Qt::Key_F2, "formDialog");
     type("9031234567", Qt::Key_Return, "messageDialog");
@@ -140,7 +140,7 @@ TEST_F(WindowTest, SpeaksOneLanguageOnAScreen)
     press(Qt::Key_Return, "formDialog");
     press(Qt::Key_Return);
     expectNoText(cyrillic);
-    openWindow(QStringLiteral("ru"));
+    openWindow(u"ru"_s);
     press(Qt::Key_F2, "formDialog");
     expectNoText(latin);
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 using till::ReceiptModel;
 
 TEST_F(WindowTest, SellsWhatIsScannedAndTellsItFromAHand)

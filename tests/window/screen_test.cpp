@@ -15,7 +15,7 @@
 
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 using till::ReceiptModel;
 
 /// A colour's relative luminance, from 0 to 1.

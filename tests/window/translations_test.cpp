@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Message
@@ -26,10 +28,10 @@ QList<Message> messagesIn(const QString &path)
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
         const auto name = xml.name();
-        if (name == QLatin1String("source")) {
+        if (name == "source"_L1) {
             messages.append({xml.readElementText(), {}, {}});
-        } else if (name == QLatin1String("translation")) {
-            messages.last().state = xml.attributes().value(QLatin1String("type")).toString();
+        } else if (name == "translation"_L1) {
+            messages.last().state = xml.attributes().value("type"_L1).toString();
             messages.last().translation =
                 xml.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
         }
@@ -39,7 +41,7 @@ QList<Message> messagesIn(const QString &path)
 
 QSet<QString> placesIn(const QString &text)
 {
-    static const QRegularExpression place(QStringLiteral("%(\\d|n)"));
+    static const QRegularExpression place(u"%(\\d|n)"_s);
     QSet<QString> places;
     for (auto found = place.globalMatch(text); found.hasNext();)
         places.insert(found.next().captured());
@@ -52,15 +54,15 @@ class Translations : public testing::TestWithParam<std::pair<const char *, const
 TEST_P(Translations, AreThereForEveryTextOfTheSources)
 {
     const auto &[language, plurals] = GetParam();
-    const auto name = QStringLiteral("till_%1.ts").arg(QLatin1String(language));
+    const auto name = u"till_%1.ts"_s.arg(QLatin1String(language));
     const QTemporaryDir directory;
     const auto copy = directory.filePath(name);
     ASSERT_TRUE(QFile::copy(QStringLiteral(SOURCES "/translations/") + name, copy));
-    QStringList arguments{QStringLiteral("-I"),
+    QStringList arguments{u"-I"_s,
                           QStringLiteral(SOURCES),
                           QStringLiteral(SOURCES "/till"),
                           QStringLiteral(SOURCES "/host"),
-                          QStringLiteral("-ts"),
+                          u"-ts"_s,
                           copy};
     if (*plurals != '\0')
         arguments.prepend(QLatin1String(plurals));

@@ -16,6 +16,8 @@
 #include <array>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 namespace {
@@ -24,7 +26,7 @@ using std::chrono::milliseconds;
 
 const Log4Qt::Logger &logger()
 {
-    static const auto *const delivery = Log4Qt::LogManager::logger(QStringLiteral("till.delivery"));
+    static const auto *const delivery = Log4Qt::LogManager::logger(u"till.delivery"_s);
     return *delivery;
 }
 
@@ -56,7 +58,7 @@ Deliverer::~Deliverer() = default;
 
 QString Deliverer::lockFile(const QString &dataDirectory)
 {
-    return dataDirectory + QLatin1String("/deliver.lock");
+    return dataDirectory + "/deliver.lock"_L1;
 }
 
 Deliverer::Step Deliverer::step()
@@ -86,7 +88,7 @@ Deliverer::Step Deliverer::send(const QueuedMessage &message)
     store.settle(message, answer.verdict, answer.reason);
     switch (answer.verdict) {
     case Verdict::Refused:
-        logger().error(QStringLiteral("message %1 is parked: %2"), message.id, answer.reason);
+        logger().error(u"message %1 is parked: %2"_s, message.id, answer.reason);
         [[fallthrough]];
     case Verdict::Accepted:
         return {Outcome::Settled, pace.afterAnswer(took), answer.verdict == Verdict::Refused};
@@ -109,7 +111,7 @@ Deliverer::Answer Deliverer::ask(const QueuedMessage &message)
     const auto method = message.message.value(words::method).toString();
     const auto payload = message.message.value(words::payload);
     if (!payload.isObject())
-        return {Verdict::Refused, QStringLiteral("malformed message: no payload")};
+        return {Verdict::Refused, u"malformed message: no payload"_s};
     constexpr bool skipQueue = true;
     if (method == words::create)
         return judge(service->createAuthorizedOrder(payload.toObject(), skipQueue),
@@ -117,7 +119,7 @@ Deliverer::Answer Deliverer::ask(const QueuedMessage &message)
     if (method == words::change)
         return judge(service->changeOrderStatus(payload.toObject(), skipQueue),
                      message.putOffSince);
-    return {Verdict::Refused, QStringLiteral("malformed message: unknown method")};
+    return {Verdict::Refused, u"malformed message: unknown method"_s};
 }
 
 Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result,
@@ -125,22 +127,22 @@ Deliverer::Answer Deliverer::judge(const lmmindbox::OperationResult &result,
 {
     if (result.success())
         return {Verdict::Accepted, {}};
-    auto codes = QStringLiteral("HTTP code %1").arg(result.httpCode);
+    auto codes = u"HTTP code %1"_s.arg(result.httpCode);
     if (result.transportCode != 0)
-        codes += QStringLiteral(", transport code %1: %2")
-                     .arg(QString::number(result.transportCode),
-                          RestClient::transportErrorText(result.transportCode));
+        codes +=
+            u", transport code %1: %2"_s.arg(QString::number(result.transportCode),
+                                             RestClient::transportErrorText(result.transportCode));
     // Without a JSON object nobody answered, or something between the till and the service did.
     if (result.response.isEmpty())
-        return {Verdict::NoAnswer, QStringLiteral("no answer of the service, %1").arg(codes),
+        return {Verdict::NoAnswer, u"no answer of the service, %1"_s.arg(codes),
                 saysNotNow(result.httpCode)};
     const auto answer = answerText(result.response);
     const auto isTooLong = putOffSince.isValid() &&
                            putOffSince.msecsTo(Clock::now()) >= milliseconds(longestPutOff).count();
     if (blamesSomethingElse(result.httpCode) && !isTooLong)
-        return {Verdict::PutOff, QStringLiteral("not now, %1: %2").arg(codes, answer),
+        return {Verdict::PutOff, u"not now, %1: %2"_s.arg(codes, answer),
                 saysNotNow(result.httpCode)};
-    return {Verdict::Refused, QStringLiteral("refused, %1: %2").arg(codes, answer)};
+    return {Verdict::Refused, u"refused, %1: %2"_s.arg(codes, answer)};
 }
 
 void Deliverer::deliverUnsaved()
@@ -162,7 +164,7 @@ void Deliverer::run(const std::function<void()> &whenIdle)
         if (done.outcome == Outcome::Empty)
             whenIdle();
         if (isIdle && delivered > 0)
-            logger().info(QStringLiteral("delivered %1 messages"), std::exchange(delivered, 0));
+            logger().info(u"delivered %1 messages"_s, std::exchange(delivered, 0));
         isStopped = rest(done.rest, isIdle);
     }
 }
@@ -170,7 +172,7 @@ void Deliverer::run(const std::function<void()> &whenIdle)
 Deliverer::Step Deliverer::fail(Outcome outcome, const QString &reason, milliseconds rest)
 {
     if (outcome != Outcome::Busy)
-        logger().warn(QStringLiteral("%1; the next try comes in %2 ms"), reason,
+        logger().warn(u"%1; the next try comes in %2 ms"_s, reason,
                       static_cast<qint64>(rest.count()));
     return {outcome, rest, false, reason};
 }

@@ -6,11 +6,13 @@
 #include <QFileInfo>
 #include <QJsonObject>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 namespace {
 
-constexpr auto identifier = QLatin1String("LmMindbox");
+constexpr auto identifier = "LmMindbox"_L1;
 
 } // namespace
 
@@ -29,8 +31,7 @@ QString LoyaltyPlugin::filePath(const QString &configured)
     if (!configured.isEmpty())
         return configured;
     const auto program = QCoreApplication::applicationDirPath();
-    for (const auto place :
-         {QLatin1String("/lmmindbox.so"), QLatin1String("/../lib/lmmindbox.so")}) {
+    for (const auto place : {"/lmmindbox.so"_L1, "/../lib/lmmindbox.so"_L1}) {
         if (QFileInfo::exists(program + place))
             return program + place;
     }
@@ -40,25 +41,23 @@ QString LoyaltyPlugin::filePath(const QString &configured)
 tl::expected<void, QString> LoyaltyPlugin::load(const QString &file)
 {
     const auto refusal = [&file](const QString &reason) {
-        return tl::unexpected(
-            QStringLiteral("%1: the plugin cannot be loaded: %2").arg(file, reason));
+        return tl::unexpected(u"%1: the plugin cannot be loaded: %2"_s.arg(file, reason));
     };
     // The loader would search Qt's plugin directories for a relative name.
     loader.setFileName(QFileInfo(file).absoluteFilePath());
     if (loader.fileName().isEmpty())
         return refusal(loader.errorString());
-    const auto found = loader.metaData().value(QLatin1String("IID")).toString();
+    const auto found = loader.metaData().value("IID"_L1).toString();
     if (!found.isEmpty() && found != identifier)
-        return refusal(
-            QStringLiteral("expected the interface \"%1\", found \"%2\"").arg(identifier, found));
+        return refusal(u"expected the interface \"%1\", found \"%2\""_s.arg(identifier, found));
     auto *const instance = loader.instance();
     if (!instance)
         return refusal(loader.errorString());
     auto *const loaded = qobject_cast<BasicLoyaltySystem *>(instance);
     if (!loaded || !qobject_cast<BasicPlugin *>(instance))
-        return refusal(QStringLiteral("it is no loyalty system"));
+        return refusal(u"it is no loyalty system"_s);
     if (!loaded->init())
-        return refusal(QStringLiteral("it cannot be initialised"));
+        return refusal(u"it cannot be initialised"_s);
     loaded->registerLoyaltySystem();
     system = loaded;
     return {};
@@ -67,12 +66,11 @@ tl::expected<void, QString> LoyaltyPlugin::load(const QString &file)
 QString LoyaltyPlugin::description() const
 {
     const auto metaData = loader.metaData();
-    const auto version = metaData[QLatin1String("MetaData")][QLatin1String("version")].toString();
-    const auto qt = metaData.value(QLatin1String("version")).toInt(); // 0xMMNNPP
-    return QStringLiteral("%1 %2, Qt %3.%4, %5, %6")
-        .arg(loader.fileName(), version, QString::number(qt >> 16), QString::number(qt >> 8 & 0xFF),
-             metaData.value(QLatin1String("IID")).toString(),
-             metaData.value(QLatin1String("className")).toString());
+    const auto version = metaData["MetaData"_L1]["version"_L1].toString();
+    const auto qt = metaData.value("version"_L1).toInt(); // 0xMMNNPP
+    return u"%1 %2, Qt %3.%4, %5, %6"_s.arg(
+        loader.fileName(), version, QString::number(qt >> 16), QString::number(qt >> 8 & 0xFF),
+        metaData.value("IID"_L1).toString(), metaData.value("className"_L1).toString());
 }
 
 } // namespace till

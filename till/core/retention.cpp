@@ -6,11 +6,13 @@
 #include <log4qt/logger.h>
 #include <log4qt/logmanager.h>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 Retention::Retention(Store &store)
     : store(store)
-    , days(settingNumber(QLatin1String("Till:keepDays")))
+    , days(settingNumber("Till:keepDays"_L1))
 {}
 
 void Retention::step()
@@ -19,11 +21,11 @@ void Retention::step()
         return;
     next = Clock::steady() + pause;
     const auto removed = store.removeOld(days, atOnce);
-    const auto &logger = *Log4Qt::LogManager::logger(QStringLiteral("till.retention"));
+    const auto &logger = *Log4Qt::LogManager::logger(u"till.retention"_s);
     if (!removed)
         logger.warn(removed.error());
     else if (*removed > 0)
-        logger.info(QStringLiteral("removed %1 receipts older than %2 days"), *removed, days);
+        logger.info(u"removed %1 receipts older than %2 days"_s, *removed, days);
 }
 
 } // namespace till

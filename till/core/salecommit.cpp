@@ -11,6 +11,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 namespace {
@@ -22,7 +24,7 @@ constexpr std::chrono::seconds patience{1};
 
 const Log4Qt::Logger &logger()
 {
-    static const auto *const sale = Log4Qt::LogManager::logger(QStringLiteral("till.sale"));
+    static const auto *const sale = Log4Qt::LogManager::logger(u"till.sale"_s);
     return *sale;
 }
 
@@ -115,15 +117,14 @@ void Sale::restore(const QSharedPointer<AbstractDocument> &receipt)
     system.clearLoyaltyData();
     attach(receipt);
     if (!system.restoreLoyaltySystem())
-        logger().warn(QStringLiteral("the loyalty data is not restored: %1"),
-                      system.getLastErrorString());
+        logger().warn(u"the loyalty data is not restored: %1"_s, system.getLastErrorString());
 }
 
 /// Has the loyalty system report the current receipt, and stores the outcome.
 Report Sale::handOver(const QSharedPointer<AbstractDocument> &receipt)
 {
     const auto number = receipt->getHeader().num;
-    logger().info(QStringLiteral("receipt %1 goes to the loyalty system"), number);
+    logger().info(u"receipt %1 goes to the loyalty system"_s, number);
     auto *const broker = Singleton<DBQueueBroker>::instance();
     told.clear();
     answer = {};

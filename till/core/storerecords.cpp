@@ -12,6 +12,8 @@
 #include <array>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 namespace {
@@ -122,7 +124,7 @@ StoredReceipt Store::readRow(qint64 row)
         database.run("SELECT position FROM positions WHERE receipt = ? ORDER BY number", {row});
     if (!heads || !positions || heads->isEmpty()) {
         const auto &failed = heads ? positions : heads;
-        receipt.error = failed ? QStringLiteral("there is no such receipt") : failed.error().text;
+        receipt.error = failed ? u"there is no such receipt"_s : failed.error().text;
         return receipt;
     }
     receipt.state = valueOf<ReceiptState>(states, heads->first().at(0));
@@ -130,7 +132,7 @@ StoredReceipt Store::readRow(qint64 row)
     QJsonArray all;
     for (const auto &position : *positions)
         all.append(QJsonDocument::fromJson(position.first().toByteArray()).object());
-    json.insert(QLatin1String("positions"), all);
+    json.insert("positions"_L1, all);
     if (const auto read = documentjson::fromJson(json))
         receipt.document = *read;
     else
@@ -204,7 +206,7 @@ Store::Result<QDate> Store::latestSureDay()
 {
     constexpr int month = 30;
     QList<QDate> days; // latest first
-    for (auto before = QStringLiteral("9999");; before = days.last().toString(Qt::ISODate)) {
+    for (auto before = u"9999"_s;; before = days.last().toString(Qt::ISODate)) {
         const auto found =
             database.run("SELECT max(begun) FROM receipts WHERE begun < ?", {before});
         if (!found)

@@ -45,7 +45,7 @@ Till::~Till()
 
 QString Till::lockFile(const QString &dataDirectory)
 {
-    return dataDirectory + QLatin1String("/till.lock");
+    return dataDirectory + "/till.lock"_L1;
 }
 
 Store::Result<QString> Till::start()

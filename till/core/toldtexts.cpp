@@ -5,6 +5,8 @@
 
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 namespace {
@@ -15,16 +17,16 @@ QString withoutPersonalData(QString text)
 {
     static const QRegularExpression personal(QStringLiteral(
         R"re([^\s<(]+@[^\s>),;]+|(?<!\d)(?!\d{4}-\d\d-\d\d)\+?\d(?:[ ()-]*\d){9,})re"));
-    return text.replace(personal, QStringLiteral("***"));
+    return text.replace(personal, u"***"_s);
 }
 
 } // namespace
 
 void logTold(const QString &text)
 {
-    static const auto *const logger = Log4Qt::LogManager::logger(QStringLiteral("till.cashier"));
+    static const auto *const logger = Log4Qt::LogManager::logger(u"till.cashier"_s);
     if (!text.isEmpty())
-        logger->info(QStringLiteral("%1"), withoutPersonalData(text));
+        logger->info(u"%1"_s, withoutPersonalData(text));
 }
 
 } // namespace till

@@ -8,6 +8,8 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::StringLiterals;
+
 namespace till {
 
 bool TillThread::tellsReceipt(const SaleEvent &event)
@@ -21,7 +23,7 @@ TillThread::TillThread(Settings settings, WindowPresenter &presenter)
     : settings(std::move(settings))
     , presenter(presenter)
 {
-    thread.setObjectName(QStringLiteral("till"));
+    thread.setObjectName(u"till"_s);
     place.moveToThread(&thread);
 }
 
