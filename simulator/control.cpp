@@ -98,7 +98,7 @@ QJsonObject Simulator::dump() const
     const std::lock_guard lock(mutex);
     QJsonObject result{{"faults"_L1, faults.toJson()}, {"requests"_L1, requests}};
     for (const auto name : {kept::customers, kept::codes, kept::letters, kept::orders})
-        result.insert(name, store.all(name));
+        result.insert(name, state.all(name));
     return result;
 }
 
@@ -125,20 +125,20 @@ Answer Simulator::putCustomer(const Request &request)
     if (!wrong.isEmpty() || !document.isObject())
         return protocolError(400, wrong.isEmpty() ? u"The body is no JSON object"_s : wrong);
     const auto customer = merged(newCustomer(phone), sent);
-    store.put(kept::customers, phone, customer);
-    const auto stored = store.commit();
+    state.put(kept::customers, phone, customer);
+    const auto stored = state.commit();
     return stored ? success({{"customer"_L1, customer}}) : protocolError(500, stored.error());
 }
 
 Answer Simulator::removeCustomer(const Request &request)
 {
     const auto phone = normalizedPhone(request.path.section(u'/', 3));
-    if (store.get(kept::customers, phone).isEmpty())
+    if (state.get(kept::customers, phone).isEmpty())
         return protocolError(404, u"No customer has the phone '%1'"_s.arg(phone));
-    store.remove(kept::customers, phone);
-    store.remove(kept::codes, phone);
-    const auto stored = store.commit();
-    store.beginAnew();
+    state.remove(kept::customers, phone);
+    state.remove(kept::codes, phone);
+    const auto stored = state.commit();
+    state.beginAnew();
     return stored ? success() : protocolError(500, stored.error());
 }
 
@@ -151,7 +151,7 @@ Answer Simulator::findExchanges(const Request &request)
                              {"phone"_L1, normalizedPhone(request.item(u"phone"_s))}};
     const auto limit = request.item(u"limit"_s).toInt();
     QJsonArray found;
-    const auto journal = store.all(kept::exchanges);
+    const auto journal = state.all(kept::exchanges);
     for (auto i = journal.size() - 1; i >= 0 && found.size() < (limit > 0 ? limit : 100); --i) {
         const bool isWanted = std::ranges::all_of(wanted.keys(), [&](const auto &name) {
             return wanted[name] == ""_L1 || wanted[name] == journal[i][name];
@@ -164,7 +164,7 @@ Answer Simulator::findExchanges(const Request &request)
 
 Answer Simulator::reset(const Request & /*request*/)
 {
-    if (const auto done = store.reset(); !done)
+    if (const auto done = state.reset(); !done)
         return protocolError(500, u"Nothing was reset: %1"_s.arg(done.error()));
     faults = {};
     requests = {};

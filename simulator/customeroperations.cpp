@@ -50,7 +50,7 @@ Answer Service::registerCustomer(const Asked &asked)
     if (!asked.customer.isEmpty())
         return phoneRefused(u"The phone is registered already"_s);
     const auto fresh = withData(newCustomer(asked.phone), asked.body);
-    store.put(kept::customers, asked.phone, fresh);
+    state.put(kept::customers, asked.phone, fresh);
     sendCode(asked.phone);
     return processed("customer"_L1, "Created"_L1, fresh);
 }
@@ -60,7 +60,7 @@ Answer Service::editCustomer(const Asked &asked)
     if (asked.customer.isEmpty())
         return phoneRefused(u"The customer is unknown"_s);
     const auto edited = withData(asked.customer, asked.body);
-    store.put(kept::customers, asked.phone, edited);
+    state.put(kept::customers, asked.phone, edited);
     return processed("customer"_L1, "Changed"_L1, edited);
 }
 
@@ -69,7 +69,7 @@ Answer Service::checkAuthorizationCode(const Asked &asked)
     const auto code = asked.body["authentificationCode"_L1].toString();
     if (!isCodeRight(asked.phone, code))
         return processed("smsConfirmation"_L1, "IncorrectConfirmationCode"_L1);
-    store.remove(kept::codes, asked.phone);
+    state.remove(kept::codes, asked.phone);
     const auto found = merged(asked.customer, {{"processingStatus"_L1, "Found"_L1}});
     return success({{"customer"_L1, found}, {"authenticationCode"_L1, code}});
 }
@@ -82,8 +82,8 @@ Answer Service::confirmMobilePhone(const Asked &asked)
     if (!isCodeRight(asked.phone, asked.body["smsConfirmation"_L1]["code"_L1].toString()))
         return processed("smsConfirmation"_L1, "IncorrectConfirmationCode"_L1);
     known.insert("isMobilePhoneConfirmed"_L1, true);
-    store.put(kept::customers, asked.phone, known);
-    store.remove(kept::codes, asked.phone);
+    state.put(kept::customers, asked.phone, known);
+    state.remove(kept::codes, asked.phone);
     return processed("smsConfirmation"_L1, "MobilePhoneConfirmed"_L1);
 }
 
@@ -101,7 +101,7 @@ Answer Service::emailConfirmationLetter(const Asked &asked)
         return refusal(u"No customer has this e-mail address"_s, u"customer.email"_s);
     if (behaviour(known["mobilePhone"_L1].toString()) == "letterRefused"_L1)
         return refusal(u"The mailbox does not accept letters"_s, u"customer.email"_s);
-    store.put(kept::letters, email,
+    state.put(kept::letters, email,
               {{"email"_L1, email}, {"sentAt"_L1, QDateTime::currentMSecsSinceEpoch()}});
     message = u"Letter to %1"_s.arg(email);
     return processed("customer"_L1, "Found"_L1);
@@ -109,7 +109,7 @@ Answer Service::emailConfirmationLetter(const Asked &asked)
 
 QJsonObject Service::customerWith(const QString &email) const
 {
-    for (const auto customer : store.all(kept::customers)) {
+    for (const auto customer : state.all(kept::customers)) {
         if (customer["email"_L1] == email)
             return customer.toObject();
     }
@@ -118,7 +118,7 @@ QJsonObject Service::customerWith(const QString &email) const
 
 bool Service::isCodeRight(const QString &phone, const QString &code) const
 {
-    const auto sent = store.get(kept::codes, phone);
+    const auto sent = state.get(kept::codes, phone);
     return sent["code"_L1] == code &&
            QDateTime::currentMSecsSinceEpoch() < sent["expiresAt"_L1].toInteger();
 }
@@ -130,7 +130,7 @@ void Service::sendCode(const QString &phone)
                            {"code"_L1, QString::number(random.bounded(1000, 10000))},
                            {"sentAt"_L1, now},
                            {"expiresAt"_L1, now + qint64(options.codeLifetime.count())}};
-    store.put(kept::codes, phone, sent);
+    state.put(kept::codes, phone, sent);
     message = u"SMS to %1: code %2"_s.arg(phone, sent["code"_L1].toString());
 }
 

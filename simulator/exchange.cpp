@@ -114,7 +114,7 @@ void Simulator::note(QJsonObject exchange, const Request &request, const Answer 
     exchange.insert("answer"_L1, isDropped ? parts({}, {}) : parts(answer.head(), answer.body));
     const auto body = QJsonDocument::fromJson(request.body).object();
     const std::lock_guard lock(mutex);
-    store.note(merged(exchange, service.subject(body)));
+    state.note(merged(exchange, service.subject(body)));
 }
 
 QString Simulator::shown(const QByteArray &text) const

@@ -50,11 +50,11 @@ Answer Service::createAuthorizedOrder(const Asked &asked)
 {
     const auto &[body, phone, customer] = asked;
     const auto id = orderId(body["order"_L1].toObject());
-    if (auto known = store.get(kept::orders, id); !known.isEmpty()) {
+    if (auto known = state.get(kept::orders, id); !known.isEmpty()) {
         count(known, "repetitions"_L1);
         if (!isSame(known, body))
             count(known, "conflicts"_L1);
-        store.put(kept::orders, id, known);
+        state.put(kept::orders, id, known);
         return processed("order"_L1, known["processingStatus"_L1]);
     }
     const bool isNamed = body["customer"_L1]["mobilePhone"_L1] != QString();
@@ -70,14 +70,14 @@ Answer Service::createAuthorizedOrder(const Asked &asked)
                            {"conflicts"_L1, 0},
                            {"statusChanges"_L1, 0},
                            {"statusRepetitions"_L1, 0}};
-    store.put(kept::orders, id, merged(body["order"_L1].toObject(), made));
+    state.put(kept::orders, id, merged(body["order"_L1].toObject(), made));
     return processed("order"_L1, status);
 }
 
 Answer Service::changeStatus(const Asked &asked)
 {
     const auto change = asked.body["order"_L1].toObject();
-    auto order = store.get(kept::orders, orderId(change));
+    auto order = state.get(kept::orders, orderId(change));
     if (order.isEmpty() || linesOf(order, false) != linesOf(change, false))
         return asJson(
             QJsonObject{{"status"_L1, "ValidationError"_L1},
@@ -87,7 +87,7 @@ Answer Service::changeStatus(const Asked &asked)
     const bool isRepeated = order["lines"_L1].toArray() == lines;
     count(order, isRepeated ? "statusRepetitions"_L1 : "statusChanges"_L1);
     order.insert("lines"_L1, lines);
-    store.put(kept::orders, orderId(order), order);
+    state.put(kept::orders, orderId(order), order);
     return processed("order"_L1, order["processingStatus"_L1]);
 }
 

@@ -21,9 +21,9 @@ const QHash<QString, Service::Operation> Service::operations{
     {u"Offline.ChangeStatus"_s, {&Service::changeStatus}},
 };
 
-Service::Service(const Options &options, Store &store)
+Service::Service(const Options &options, State &state)
     : options(options)
-    , store(store)
+    , state(state)
     , random(options.seed ? QRandomGenerator(*options.seed) : QRandomGenerator::securelySeeded())
 {}
 
@@ -35,12 +35,12 @@ Answer Service::answer(const QString &operation, const QJsonObject &body)
     if (const auto messages = checkBody(body, u"operations"_s, operation); !messages.isEmpty())
         return validationError(messages);
     const auto phone = normalizedPhone(body["customer"_L1]["mobilePhone"_L1].toString());
-    const Asked asked{body, phone, store.get(kept::customers, phone)};
+    const Asked asked{body, phone, state.get(kept::customers, phone)};
     if (known->isForKnown && asked.customer.isEmpty())
         return processed("customer"_L1, "NotFound"_L1);
     auto answer = (this->*known->carryOut)(asked);
     const auto word = std::exchange(message, {});
-    if (const auto stored = store.commit(); !stored) {
+    if (const auto stored = state.commit(); !stored) {
         // As from a service whose disk is full.
         qWarning("%s", qPrintable(stored.error()));
         return {.httpCode = 500};
@@ -56,7 +56,7 @@ QJsonObject Service::subject(const QJsonObject &body) const
     const auto id = orderId(body["order"_L1].toObject());
     auto phone = sent["mobilePhone"_L1].toString();
     if (phone.isEmpty() && !id.isEmpty())
-        phone = store.get(kept::orders, id)["mobilePhone"_L1].toString();
+        phone = state.get(kept::orders, id)["mobilePhone"_L1].toString();
     if (const auto email = sent["email"_L1].toString(); phone.isEmpty() && !email.isEmpty())
         phone = customerWith(email)["mobilePhone"_L1].toString();
     return {{"phone"_L1, normalizedPhone(phone)}, {"order"_L1, id.section(u'=', 1)}};

@@ -2,7 +2,7 @@
 
 #include "simulator/answer.h"
 #include "simulator/options.h"
-#include "simulator/store.h"
+#include "simulator/state.h"
 
 #include <QHash>
 #include <QRandomGenerator>
@@ -12,14 +12,14 @@ namespace simulator {
 /// The key of an order: its one external identifier with its name; empty without one.
 QString orderId(const QJsonObject &order);
 
-/// The service without HTTP: takes a request, changes the store, returns the answer.
+/// The service without HTTP: takes a request, changes the state, returns the answer.
 ///
 /// A change is on the disk before the answer. Prints the SMS and letters that it sends.
 class Service
 {
 public:
     /// Both must outlive the service.
-    Service(const Options &options, Store &store);
+    Service(const Options &options, State &state);
 
     Answer answer(const QString &operation, const QJsonObject &body);
     /// The sale that a body belongs to: "phone" in its normal form and "order", as far as the body,
@@ -56,7 +56,7 @@ private:
     void sendCode(const QString &phone);
 
     const Options &options;
-    Store &store;
+    State &state;
     QRandomGenerator random;
     QString message; ///< The current operation's SMS or letter.
 };

@@ -19,13 +19,13 @@ Simulator::Simulator(Options options)
     : options(std::move(options))
 {}
 
-Store::Done Simulator::start()
+State::Done Simulator::start()
 {
     stop();
     server = std::make_unique<HttpServer>(
         [this](const auto &request, auto &connection) { serve(request, connection); },
         options.keepAlive);
-    if (auto opened = store.open(options.stateFile); !opened)
+    if (auto opened = state.open(options.stateFile); !opened)
         return opened;
     const auto &certificate = options.certificateFile;
     if (!certificate.isEmpty() && !server->useCertificate(certificate, options.privateKeyFile))
@@ -79,7 +79,7 @@ void Simulator::tellNews(Connection &connection) const
     // Polls, so that a busy service does not flood its pages.
     for (int looks = 0; goesOn; ++looks) {
         std::unique_lock lock(mutex);
-        auto news = store.since(change);
+        auto news = state.since(change);
         const auto plan = faults.toJson();
         lock.unlock();
         if (std::exchange(toldPlan, plan) != plan)

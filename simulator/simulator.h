@@ -32,7 +32,7 @@ public:
 
     /// Starts serving on its own threads. Returns the reason when the port, the state or the
     /// certificate cannot be used.
-    [[nodiscard]] Store::Done start();
+    [[nodiscard]] State::Done start();
     /// Closes every connection at once, even before its answer, and waits until no request is
     /// served.
     void stop();
@@ -87,8 +87,8 @@ private:
     const Options options;
     mutable std::mutex mutex; ///< Guards what requests change: the members down to `server`.
     FaultPlan faults;
-    Store store;
-    Service service{options, store};
+    State state;
+    Service service{options, state};
     QJsonObject requests;
     std::chrono::steady_clock::time_point nextTurn; ///< Of requests that the capacity limits.
 

@@ -95,7 +95,7 @@ inline QString lastCode(const Simulator &service, const QString &phone)
 struct SimulatorTest : testing::Test
 {
     Simulator service{{.seed = 1}};
-    const simulator::Store::Done started = service.start();
+    const simulator::State::Done started = service.start();
     Till till{service};
     void SetUp() override { ASSERT_TRUE(started) << qPrintable(started.error()); }
 

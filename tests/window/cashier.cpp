@@ -35,11 +35,6 @@ Service &Service::instance()
 
 void Service::start()
 {
-    // A program started by another test program uses the other's service.
-    if (port == 0)
-        port = qEnvironmentVariableIntValue("SERVICE_PORT");
-    if (qEnvironmentVariableIsSet("SERVICE_PORT"))
-        return;
     const auto portFile = directory.filePath(u"port"_s);
     QFile::remove(portFile);
     process.start(QStringLiteral(SIMULATOR),
@@ -98,7 +93,7 @@ WindowTest::WindowTest()
                    "Till:dataDir=%2/data\n"
                    "Till:goodsFile=%2/goods.csv\n"
                    "Till:scanGap=200\n"_s // a busy machine delivers keys late
-                       .arg(service.url(), directory)
+                       .arg(service.url(), directory.path())
                        .toUtf8());
 }
 

@@ -27,7 +27,6 @@ public:
     static Service &instance();
     void start();
     void stop();
-    int portNumber() const { return port; }
     QString url() const { return u"http://127.0.0.1:%1"_s.arg(port); }
     /// The code of the last SMS.
     QString code() const;
@@ -96,10 +95,9 @@ protected:
     void expectNoText(const QRegularExpression &letters) const;
     std::string cell(int row, int column) const;
 
-    QString fileName(const char *name) const { return directory + u'/' + QLatin1String(name); }
+    QString fileName(const char *name) const { return directory.filePath(QLatin1String(name)); }
 
-    QTemporaryDir temporary;
-    const QString directory = qEnvironmentVariable("TILL_DIRECTORY", temporary.path());
+    QTemporaryDir directory;
     Service &service = Service::instance();
     std::unique_ptr<till::MainWindow> window;
 };

@@ -11,7 +11,7 @@
 
 namespace simulator {
 
-/// The collections of a store; phones are in normal form.
+/// The collections of a state; phones are in normal form.
 namespace kept {
 
 inline constexpr QLatin1String customers{"customers"}; ///< By phone, in the form of the answers.
@@ -34,12 +34,12 @@ struct Change
 ///
 /// A commit makes the changes visible, all or none. The file survives kills: each of its lines is
 /// JSON, the changes of one commit. Errors name the file, and the line at fault.
-class Store
+class State
 {
 public:
     using Done = tl::expected<void, QString>;
 
-    /// Reads the file, unless it did so before. A new file, or a store without one, begins with the
+    /// Reads the file, unless it did so before. A new file, or a state without one, begins with the
     /// preset customers. Refuses a file that another simulator uses or that has a foreign line, and
     /// leaves it as it is. A last line without an end was never accepted: it is reported on
     /// standard error and dropped.

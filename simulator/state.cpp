@@ -1,4 +1,4 @@
-#include "simulator/store.h"
+#include "simulator/state.h"
 
 #include "simulator/presets.h"
 
@@ -45,7 +45,7 @@ QList<Change> readLine(const QByteArray &line)
 
 } // namespace
 
-Store::Done Store::open(const QString &path)
+State::Done State::open(const QString &path)
 {
     if (lastChange > 0)
         return {};
@@ -67,7 +67,7 @@ Store::Done Store::open(const QString &path)
     return left.isEmpty() ? reset() : replace(left);
 }
 
-Store::Done Store::read()
+State::Done State::read()
 {
     if (!file.open(QIODevice::ReadOnly))
         return wrong(file.errorString());
@@ -90,7 +90,7 @@ Store::Done Store::read()
     return {};
 }
 
-Store::Done Store::replace(const QList<Change> &changes)
+State::Done State::replace(const QList<Change> &changes)
 {
     auto lines = firstLine;
     for (const auto &change : changes)
@@ -106,18 +106,18 @@ Store::Done Store::replace(const QList<Change> &changes)
     return {};
 }
 
-tl::unexpected<QString> Store::wrong(const QString &reason) const
+tl::unexpected<QString> State::wrong(const QString &reason) const
 {
     return tl::unexpected(u"state %1: %2"_s.arg(file.fileName(), reason));
 }
 
-QJsonObject Store::get(QLatin1String collection, const QString &key) const
+QJsonObject State::get(QLatin1String collection, const QString &key) const
 {
     const auto found = collections.value(collection);
     return found.objects.value(found.numbers.value(key)).content;
 }
 
-QJsonArray Store::all(QLatin1String collection) const
+QJsonArray State::all(QLatin1String collection) const
 {
     QJsonArray contents;
     for (const auto found = collections.value(collection); const auto &object : found.objects)
@@ -125,7 +125,7 @@ QJsonArray Store::all(QLatin1String collection) const
     return contents;
 }
 
-QJsonObject Store::since(qint64 &change) const
+QJsonObject State::since(qint64 &change) const
 {
     auto known = std::exchange(change, lastChange);
     if (known == lastChange)
@@ -151,12 +151,12 @@ QJsonObject Store::since(qint64 &change) const
     return news;
 }
 
-void Store::put(QLatin1String collection, const QString &key, const QJsonObject &content)
+void State::put(QLatin1String collection, const QString &key, const QJsonObject &content)
 {
     pending.append({collection, key, content});
 }
 
-Store::Done Store::commit()
+State::Done State::commit()
 {
     const auto made = std::exchange(pending, {});
     const auto added = line(made);
@@ -172,14 +172,14 @@ Store::Done Store::commit()
     return {};
 }
 
-void Store::note(const QJsonObject &exchange)
+void State::note(const QJsonObject &exchange)
 {
     apply({kept::exchanges, QString::number(lastChange), exchange});
     if (const auto &journal = collections[kept::exchanges].objects; journal.size() > mostExchanges)
         apply({kept::exchanges, journal.first().key, {}});
 }
 
-Store::Done Store::reset()
+State::Done State::reset()
 {
     QList<Change> begun;
     for (const auto customer : ownJson(u"presets"_s)["customers"_L1].toArray())
@@ -195,7 +195,7 @@ Store::Done Store::reset()
     return {};
 }
 
-void Store::apply(const Change &change)
+void State::apply(const Change &change)
 {
     auto &[objects, numbers] = collections[change.collection];
     objects.remove(numbers.take(change.key));
