@@ -107,6 +107,7 @@ TEST_F(SimulatorTest, ConfirmsAPhoneWithTheCodeItSent)
     const auto code = lastCode(service, u"79160000002"_s);
     EXPECT_EQ(confirm(till, code + u'0'), "IncorrectConfirmationCode"_L1);
     EXPECT_EQ(confirm(till, code), "MobilePhoneConfirmed"_L1);
+    EXPECT_EQ(lastCode(service, u"79160000002"_s), QString()) << "used up";
     EXPECT_EQ(confirm(till, code), "AlreadyConfirmed"_L1);
     Simulator forgetful({.codeLifetime = std::chrono::milliseconds(0)});
     ASSERT_TRUE(forgetful.start());

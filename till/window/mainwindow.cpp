@@ -4,10 +4,8 @@
 #include "till/core/till.h"
 #include "till/core/toldtexts.h"
 #include "till/window/named.h"
-#include "till/window/numberpad.h"
 #include "till/window/progresscard.h"
 #include "till/window/stateline.h"
-#include "till/window/style.h"
 #include "till/words/figures.h"
 #include "till/words/saletext.h"
 
@@ -18,7 +16,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFile>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QLocalSocket>
@@ -274,20 +271,6 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();
     leave();
-}
-
-void MainWindow::resizeEvent(QResizeEvent *event)
-{
-    QWidget::resizeEvent(event);
-    constexpr int rowHeight = 48;
-    const auto sideWidth = foldsPad(size()) ? 290 : 304;
-    const auto unit = unitFor(size());
-    dress(*this);
-    pad->setHidden(foldsPad(size()));
-    side->setFixedWidth(qRound(sideWidth * unit));
-    commit->setFixedWidth(foldsPad(size()) ? qRound(230 * unit) : side->width());
-    table->verticalHeader()->setDefaultSectionSize(qRound(rowHeight * unit));
-    fitColumns();
 }
 
 /// Sends a key that nothing else takes to the line for goods, wherever the focus is.

@@ -84,15 +84,8 @@ MessageDialog::MessageDialog(QWidget &window, Kind kind, const Words &words, int
     rows->addWidget(new Scroller(inner, cardWidth - 2 * edge), 1);
     rows->addWidget(scan);
     rows->addLayout(layOutButtons(kind, words));
-    if (!words.details.isEmpty()) {
-        auto *const more = named(new QPushButton(tr("Details"), this), u"more"_s);
-        more->setFocusPolicy(Qt::TabFocus); // a click leaves Enter to the answer
-        column->addWidget(more, 0, Qt::AlignLeft);
-        auto *const details = addText(u"details"_s, words.details);
-        details->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        details->hide();
-        connect(more, &QPushButton::clicked, details, &QLabel::show);
-    }
+    if (!words.details.isEmpty())
+        addDetails(words.details);
     auto *const cover = new QGridLayout(this);
     // A tall card must not make the window taller than the screen.
     cover->setSizeConstraint(QLayout::SetNoConstraint);
@@ -146,6 +139,18 @@ QLabel *MessageDialog::addText(const QString &name, const QString &text)
     label->setHidden(text.isEmpty());
     column->addWidget(label);
     return label;
+}
+
+/// Adds a button that shows the details.
+void MessageDialog::addDetails(const QString &details)
+{
+    auto *const more = named(new QPushButton(tr("Details"), this), u"more"_s);
+    more->setFocusPolicy(Qt::TabFocus); // a click leaves Enter to the answer
+    column->addWidget(more, 0, Qt::AlignLeft);
+    auto *const text = addText(u"details"_s, details);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    text->hide();
+    connect(more, &QPushButton::clicked, text, &QLabel::show);
 }
 
 QLayout *MessageDialog::layOutButtons(Kind kind, const Words &words)

@@ -52,6 +52,7 @@ protected:
 
 private:
     QLabel *addText(const QString &name, const QString &text);
+    void addDetails(const QString &details);
     QLayout *layOutButtons(Kind kind, const Words &words);
     void giveKeys();
 

@@ -5,6 +5,7 @@
 #include "till/window/numberpad.h"
 #include "till/window/progresscard.h"
 #include "till/window/stateline.h"
+#include "till/window/style.h"
 
 #include <host/abstractdocument.h>
 #include <host/action.h>
@@ -272,6 +273,20 @@ void MainWindow::fitColumns(std::optional<int> row)
             width = std::max(width, table->sizeHintForIndex(model.index(i, column)).width());
         table->setColumnWidth(column, width);
     }
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    constexpr int rowHeight = 48;
+    const auto sideWidth = foldsPad(size()) ? 290 : 304;
+    const auto unit = unitFor(size());
+    dress(*this);
+    pad->setHidden(foldsPad(size()));
+    side->setFixedWidth(qRound(sideWidth * unit));
+    commit->setFixedWidth(foldsPad(size()) ? qRound(230 * unit) : side->width());
+    table->verticalHeader()->setDefaultSectionSize(qRound(rowHeight * unit));
+    fitColumns();
 }
 
 } // namespace till
