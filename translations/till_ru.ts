@@ -286,6 +286,10 @@
         <translation>Запустите кассу: она перенесёт файл в «damaged» и начнёт новый.</translation>
     </message>
     <message>
+        <source>no message waits</source>
+        <translation>ни одно сообщение не ждёт</translation>
+    </message>
+    <message>
         <source>%1 messages wait, the oldest for %2 s</source>
         <translation>ждут сообщений: %1, самое старое %2 с</translation>
     </message>

@@ -135,9 +135,12 @@ void checkQueue(const DeliveryState &state, Findings &findings)
 {
     constexpr qint64 longWait = 15LL * 60;
     const auto age = state.waiting > 0 ? state.oldestWaiting.secsTo(Clock::now()) : 0;
-    findings.add(age > longWait ? Warning : Ok, "queue.waiting",
-                 Office::tr("%1 messages wait, the oldest for %2 s").arg(state.waiting).arg(age),
-                 {}, Office::tr(R"("till queue" tells the reason; "till deliver" must run.)"));
+    findings.add(
+        age > longWait ? Warning : Ok, "queue.waiting",
+        state.waiting > 0
+            ? Office::tr("%1 messages wait, the oldest for %2 s").arg(state.waiting).arg(age)
+            : Office::tr("no message waits"),
+        {}, Office::tr(R"("till queue" tells the reason; "till deliver" must run.)"));
     findings.add(state.parked > 0 ? Warning : Ok, "queue.parked",
                  Office::tr("parked messages: %1").arg(state.parked), {},
                  Office::tr("\"till queue parked\" tells the reason, \"till queue retry\" sends "

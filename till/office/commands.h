@@ -24,7 +24,7 @@ struct CheckRequest
 };
 
 /// Tells whether this till will work: a line a check, and how to mend a fault. Changes nothing on
-/// the disk, but upgrades an older version's store. \return 1 with a warning, 2 with a failure.
+/// the disk. \return 1 with a warning, 2 with a failure.
 int runCheck(const SettingsOverrides &overrides, const CheckRequest &request, std::ostream &output);
 
 /// Delivers the waiting messages until the process is killed; with `once`, until none waits or the
