@@ -44,10 +44,8 @@ double numberIn(const QVariantMap &answers, QLatin1StringView key, int decimals)
 /// Sells the scanned code, or passes it to the open dialog.
 void MainWindow::takeScan(const QString &code)
 {
-    if (auto *const dialog = MessageDialog::onTop(*this)) {
-        dialog->takeScan(code);
-        return;
-    }
+    if (auto *const dialog = MessageDialog::onTop(*this))
+        return dialog->takeScan(code);
     if (!isOpen || isLeaving) {
         QApplication::beep();
         return;

@@ -141,12 +141,11 @@ void MainWindow::noteStart(bool canSell, const QString &note)
 /// Why the till did not start, and what the cashier can do about it.
 QString MainWindow::startProblem() const
 {
-    const auto &place = settings.dataDirectory;
-    if (ProcessLock::holderOf(Till::lockFile(place)))
+    if (ProcessLock::holderOf(Till::lockFile(settings.dataDirectory)))
         return tr("This till is selling already, in another window or at a terminal. Go on there.");
     if (!QFile::exists(settings.pluginFile))
         return tr("The loyalty plugin is missing. Call support: it must be installed again.");
-    if (QStorageInfo(place).bytesAvailable() < minimumSpace)
+    if (QStorageInfo(settings.dataDirectory).bytesAvailable() < minimumSpace)
         return tr("The disk is full. Make room on it, and start the till again.");
     return tr("The stored receipts are of a newer version of this till. Call support: that version "
               "must be installed.");

@@ -279,12 +279,12 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     constexpr int rowHeight = 48;
-    const auto sideWidth = foldsPad(size()) ? 290 : 304;
+    const auto folds = foldsPad(size());
     const auto unit = unitFor(size());
     dress(*this);
-    pad->setHidden(foldsPad(size()));
-    side->setFixedWidth(qRound(sideWidth * unit));
-    commit->setFixedWidth(foldsPad(size()) ? qRound(230 * unit) : side->width());
+    pad->setHidden(folds);
+    side->setFixedWidth(qRound((folds ? 290 : 304) * unit));
+    commit->setFixedWidth(folds ? qRound(230 * unit) : side->width());
     table->verticalHeader()->setDefaultSectionSize(qRound(rowHeight * unit));
     fitColumns();
 }
