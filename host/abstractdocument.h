@@ -36,12 +36,13 @@ struct DocumentHeader
     template<typename Header, typename Visit>
     static void visitMembers(Header &header, const Visit &visit)
     {
-        visit(QLatin1String("cashCode"), header.cashCode);
-        visit(QLatin1String("dateTimeBeg"), header.dateTimeBeg);
-        visit(QLatin1String("kind"), header.kind);
-        visit(QLatin1String("num"), header.num);
-        visit(QLatin1String("shift"), header.shift);
-        visit(QLatin1String("shopCode"), header.shopCode);
+        using namespace Qt::StringLiterals;
+        visit("cashCode"_L1, header.cashCode);
+        visit("dateTimeBeg"_L1, header.dateTimeBeg);
+        visit("kind"_L1, header.kind);
+        visit("num"_L1, header.num);
+        visit("shift"_L1, header.shift);
+        visit("shopCode"_L1, header.shopCode);
     }
 };
 

@@ -96,6 +96,11 @@ Database::Database(QString file, Schema schema)
 
 Database::~Database() = default;
 
+QString Database::damageMark() const
+{
+    return path + "-damaged"_L1;
+}
+
 void Database::setPatience(int milliseconds)
 {
     patience = milliseconds;

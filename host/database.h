@@ -79,7 +79,7 @@ public:
 
     const QString &file() const { return path; }
     /// The marker beside a file that was found damaged, for a later check or repair.
-    QString damageMark() const { return path + QLatin1String("-damaged"); }
+    QString damageMark() const;
     /// How long a call waits for another process's lock, in milliseconds; 2,000 until set.
     void setPatience(int milliseconds);
     /// Makes the object read-only; it then also reads a newer file as far as its tables are known.

@@ -99,7 +99,7 @@ RestClient::Connection::Connection()
 void RestClient::Connection::warnOfOption(CURLoption option, CURLcode code)
 {
     warn(u"libcurl refuses option %1: %2"_s.arg(option).arg(
-        QLatin1String(curl_easy_strerror(code))));
+        QLatin1StringView(curl_easy_strerror(code))));
 }
 
 void RestClient::Connection::trustConfiguredAuthority()
@@ -215,9 +215,9 @@ QString RestClient::Connection::peerNote() const
     long port = 0;
     curl_easy_getinfo(handle, CURLINFO_PRIMARY_IP, &address);
     curl_easy_getinfo(handle, CURLINFO_PRIMARY_PORT, &port);
-    return address && *address
-               ? u"; the peer is %1 port %2"_s.arg(QLatin1String(address), QString::number(port))
-               : QString();
+    return address && *address ? u"; the peer is %1 port %2"_s.arg(QLatin1StringView(address),
+                                                                   QString::number(port))
+                               : QString();
 }
 
 /// Whether the connection broke inside the answer where libcurl does not notice: in the head, or in

@@ -103,7 +103,7 @@ int main(int argc, char *argv[])
     qputenv("LC_ALL", "C.UTF-8");
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"simulator"_s);
-    QCoreApplication::setApplicationVersion(QStringLiteral(SIMULATOR_VERSION));
+    QCoreApplication::setApplicationVersion(u"" SIMULATOR_VERSION ""_s);
     QCommandLineParser parser;
     readArguments(parser);
     const auto options = readOptions(parser);

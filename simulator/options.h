@@ -8,12 +8,14 @@
 
 namespace simulator {
 
+using namespace Qt::StringLiterals;
+
 /// The options of a simulated service.
 struct Options
 {
     int port = 0; ///< 0 takes any free port.
-    QString endpoint = QStringLiteral("till-demo");
-    QString secretKey = QStringLiteral("demo-secret");
+    QString endpoint = u"till-demo"_s;
+    QString secretKey = u"demo-secret"_s;
     QString stateFile{};       ///< The file of the state; empty keeps the state in memory only.
     QString certificateFile{}; ///< PEM; with `privateKeyFile` the service speaks TLS.
     QString privateKeyFile{};  ///< PEM.

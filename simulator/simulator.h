@@ -52,7 +52,7 @@ public:
     /// "status" once changed), "totalPrice", "pointOfContact", "executionDateTimeUtc" when sent,
     /// "processingStatus" and the counts "repetitions", "conflicts" (repetitions with other
     /// content; the first content stays), "statusChanges" and "statusRepetitions".
-    QJsonArray orders() const { return dump()[QLatin1String("orders")].toArray(); }
+    QJsonArray orders() const { return dump()["orders"_L1].toArray(); }
 
 private:
     void serve(const Request &request, Connection &connection);

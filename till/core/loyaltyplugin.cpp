@@ -35,7 +35,7 @@ QString LoyaltyPlugin::filePath(const QString &configured)
         if (QFileInfo::exists(program + place))
             return program + place;
     }
-    return program + QLatin1String("/" TILL_PLUGIN_DIR "/lmmindbox.so");
+    return program + "/" TILL_PLUGIN_DIR "/lmmindbox.so"_L1;
 }
 
 tl::expected<void, QString> LoyaltyPlugin::load(const QString &file)

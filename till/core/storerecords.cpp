@@ -18,14 +18,14 @@ namespace till {
 
 namespace {
 
-constexpr std::array states{"open", "committing", "committed", "cancelled"};
-constexpr std::array outcomes{"", "reported", "queued", "refused"};
+constexpr std::array states{"open"_L1, "committing"_L1, "committed"_L1, "cancelled"_L1};
+constexpr std::array outcomes{""_L1, "reported"_L1, "queued"_L1, "refused"_L1};
 
 /// The value with that name; the first value for an unknown name.
 template<typename Value, size_t size>
-Value valueOf(const std::array<const char *, size> &names, const QVariant &name)
+Value valueOf(const std::array<QLatin1StringView, size> &names, const QVariant &name)
 {
-    const auto found = std::find(names.begin(), names.end(), name.toByteArray());
+    const auto found = std::find(names.begin(), names.end(), name.toString());
     return found == names.end() ? Value() : static_cast<Value>(found - names.begin());
 }
 
@@ -68,12 +68,12 @@ bool passes(const ReceiptRecord &record, const ReceiptFilter &filter)
 
 QString nameOf(ReceiptState state)
 {
-    return QLatin1String(states.at(static_cast<size_t>(state)));
+    return states.at(static_cast<size_t>(state));
 }
 
 QString nameOf(Report report)
 {
-    return QLatin1String(outcomes.at(static_cast<size_t>(report)));
+    return outcomes.at(static_cast<size_t>(report));
 }
 
 Report outcomeOf(const ReportRecord &report, const QList<QueuedMessage> &messages)

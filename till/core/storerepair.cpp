@@ -103,8 +103,8 @@ Store::Result<QString> Store::prepare()
 QString Store::repair(const QString &damage)
 {
     const auto part = database.file() + "-part"_L1;
-    for (const auto *suffix : {"", "-wal", "-shm"})
-        QFile::remove(part + QLatin1String(suffix));
+    for (const auto suffix : {""_L1, "-wal"_L1, "-shm"_L1})
+        QFile::remove(part + suffix);
     {
         Database fresh(part, storeSchema());
         const auto made = takeUp(fresh).and_then([&] {

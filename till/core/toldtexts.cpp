@@ -15,8 +15,8 @@ namespace {
 /// time has as many digits as a phone, and stays.
 QString withoutPersonalData(QString text)
 {
-    static const QRegularExpression personal(QStringLiteral(
-        R"re([^\s<(]+@[^\s>),;]+|(?<!\d)(?!\d{4}-\d\d-\d\d)\+?\d(?:[ ()-]*\d){9,})re"));
+    static const QRegularExpression personal(
+        uR"re([^\s<(]+@[^\s>),;]+|(?<!\d)(?!\d{4}-\d\d-\d\d)\+?\d(?:[ ()-]*\d){9,})re"_s);
     return text.replace(personal, u"***"_s);
 }
 

@@ -95,7 +95,7 @@ int runMetrics(const Settings &settings, const QString &file, std::ostream &outp
 {
     const auto &directory = settings.dataDirectory;
     Store store(directory);
-    const Metric::Labels labels{{"version", QStringLiteral(TILL_VERSION)},
+    const Metric::Labels labels{{"version", u"" TILL_VERSION ""_s},
                                 {"qt", QString::fromLatin1(qVersion())},
                                 {"shop", QString::number(settings.place.shopCode)},
                                 {"register", QString::number(settings.place.cashCode)}};

@@ -25,7 +25,7 @@ const auto quantityPattern = u"(?![0.,]*$)[0-9]{1,5}([.,][0-9]{1,3})?"_s;
 FormField field(const char *key, const QString &label, const QString &pattern, const QString &hint)
 {
     FormField field;
-    field.key = QLatin1String(key);
+    field.key = QLatin1StringView(key);
     field.kind = FormFieldKind::Text;
     field.label = {{}, label};
     field.validator = pattern;

@@ -138,7 +138,7 @@ int main(int argc, char *argv[])
     ::umask(077);
     till::chooseUtf8();
     QCoreApplication::setApplicationName(u"till-window"_s);
-    QCoreApplication::setApplicationVersion(QStringLiteral(TILL_VERSION));
+    QCoreApplication::setApplicationVersion(u"" TILL_VERSION ""_s);
     till::SettingsOverrides options;
     till::Settings settings;
     bool delivers = true;

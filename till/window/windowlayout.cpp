@@ -249,7 +249,7 @@ QToolButton *MainWindow::addStep(QHBoxLayout &row, const char *name, const QStri
     action->setToolTip({});
     action->setIconText(keys.isEmpty() ? text : text + u'\n' + keys.toString());
     connect(action, &QAction::triggered, this, step);
-    auto *const button = named(new QToolButton(body), QLatin1String(name), text);
+    auto *const button = named(new QToolButton(body), QLatin1StringView(name), text);
     button->setDefaultAction(action);
     button->setFocusPolicy(Qt::NoFocus); // the line for goods keeps the focus
     button->setProperty("key", !keys.isEmpty());

@@ -9,7 +9,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using Kind = MessageDialog::Kind;
 
-constexpr QLatin1StringView inputKey("input");
+constexpr auto inputKey = "input"_L1;
 
 } // namespace
 
