@@ -24,14 +24,8 @@ void warn(const QString &text)
     Log4Qt::LogManager::logger(u"till.config"_s)->warn(text);
 }
 
-struct Line
-{
-    QString key;
-    QString value;
-};
-
-/// Takes a line apart, or says what it should have been.
-tl::expected<Line, QString> parse(const QByteArray &bytes)
+/// The line's key and value, or what it should have been.
+tl::expected<std::pair<QString, QString>, QString> parse(const QByteArray &bytes)
 {
     const auto expected = [](const QString &what) { return tl::unexpected(what); };
     if (bytes.contains('\0'))
@@ -49,13 +43,14 @@ tl::expected<Line, QString> parse(const QByteArray &bytes)
     const auto separator = text.indexOf(u'=');
     if (separator < 1)
         return expected(Config::tr("expected key=value"));
-    Line line{text.left(separator), text.mid(separator + 1)};
-    if (line.key != line.key.trimmed())
+    const auto key = text.left(separator);
+    const auto value = text.mid(separator + 1);
+    if (key != key.trimmed())
         return expected(Config::tr("expected no blank around the key"));
-    if (line.value != line.value.trimmed())
+    if (value != value.trimmed())
         return expected(
-            Config::tr("expected no blank at the ends of the value of \"%1\"").arg(line.key));
-    return line;
+            Config::tr("expected no blank at the ends of the value of \"%1\"").arg(key));
+    return std::pair(key, value);
 }
 
 } // namespace
@@ -122,9 +117,7 @@ tl::expected<void, Config::Refusal> Config::add(const QString &path)
         if (value.isEmpty())
             values.remove(key);
     }
-    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
-                            QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
-    if ((QFile::permissions(path) & others) != 0 && lineOfKey.contains(u"LmMindbox:secretKey"_s)) {
+    if (privatefile::isOpenToOthers(path) && lineOfKey.contains(u"LmMindbox:secretKey"_s)) {
         exposed.append(path);
         warn(u"%1: others may read the secret key: expected mode 0600"_s.arg(path));
     }

@@ -70,6 +70,13 @@ tl::expected<void, QString> examine(const QString &path)
     return tl::unexpected(u"%1: expected a regular file of the till's user"_s.arg(path));
 }
 
+bool isOpenToOthers(const QString &path)
+{
+    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                            QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    return (QFile::permissions(path) & others) != 0;
+}
+
 int open(const QString &path, int flags)
 {
     // Opening a pipe blocks.

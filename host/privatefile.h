@@ -25,6 +25,9 @@ namespace privatefile {
 /// \return The problem, with the file's name.
 [[nodiscard]] HOST_EXPORT tl::expected<void, QString> examine(const QString &path);
 
+/// Whether another user has any right on the file or directory.
+[[nodiscard]] HOST_EXPORT bool isOpenToOthers(const QString &path);
+
 /// Opens a file with the flags of open(2) and sets its mode to 0600. Never follows a link and never
 /// blocks.
 /// \return The descriptor, -1 after a failure, with the reason in errno.

@@ -7,6 +7,7 @@
 #include "till/office/answer.h"
 
 #include <host/database.h>
+#include <host/privatefile.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,8 +44,6 @@ void checkDirectory(const QString &directory, Findings &findings)
     constexpr auto check = "place.directory";
     const auto there = existing(directory);
     const QFileInfo info(there);
-    constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
-                            QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
     if (!info.isDir() || !isWritable(there, W_OK | X_OK))
         findings.add(Failed, check, Office::tr("%1 cannot be written").arg(there),
                      u"Till:dataDir"_s,
@@ -53,7 +52,7 @@ void checkDirectory(const QString &directory, Findings &findings)
         findings.add(Warning, check,
                      Office::tr("%1 belongs to the user %2").arg(directory, info.owner()), {},
                      Office::tr("Run the till's programs as that user."));
-    else if (there == directory && (info.permissions() & others) != 0)
+    else if (there == directory && privatefile::isOpenToOthers(directory))
         findings.add(Warning, check, Office::tr("%1 is open to other users").arg(directory), {},
                      u"chmod 700 "_s + directory);
     else
@@ -70,11 +69,9 @@ void checkLog(const QString &file, Findings &findings)
     const auto there = existing(file);
     // A missing log needs a directory to be made in; an existing one must not be a directory.
     const auto isGood = (there != file) == QFileInfo(there).isDir() && isWritable(there, W_OK);
-    if (isGood)
-        findings.ok("place.log", file);
-    else
-        findings.add(Warning, "place.log", Office::tr("%1 cannot be written").arg(there),
-                     u"Till:log"_s, Office::tr("Give it to the till's user, or correct %1."));
+    findings.add(isGood ? Ok : Warning, "place.log",
+                 isGood ? file : Office::tr("%1 cannot be written").arg(there), u"Till:log"_s,
+                 Office::tr("Give it to the till's user, or correct %1."));
 }
 
 void checkSpace(const QString &directory, Findings &findings)
