@@ -3,7 +3,10 @@
 #include "host/export.h"
 
 #include <QByteArray>
+#include <QJsonDocument>
 #include <QJsonObject>
+
+#include <utility>
 
 namespace http {
 
@@ -13,7 +16,13 @@ class HOST_EXPORT Response
 public:
     /// The state before any exchange: both codes are 0, as no exchange leaves them.
     Response() = default;
-    Response(int httpCode, int transportCode, QByteArray content);
+    Response(int httpCode, int transportCode, QByteArray content)
+        : httpCode(httpCode)
+        , transportCode(transportCode)
+        , body(std::move(content))
+        // The parser refuses what is not UTF-8 and what nests deeper than 1024 levels.
+        , object(QJsonDocument::fromJson(body).object())
+    {}
 
     /// HTTP status code; 0 when no complete answer arrived.
     int getHttpCode() const { return httpCode; }

@@ -2,14 +2,7 @@
 
 #include <QCoreApplication>
 
-#include <utility>
-
 namespace tr {
-
-Tr::Tr(QString id, QString defaultText)
-    : id(std::move(id))
-    , defaultText(std::move(defaultText))
-{}
 
 QString Tr::toString() const
 {

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <utility>
+
 namespace tr {
 
 /// A text for people: a message identifier, and the text to show without a translation.
@@ -14,7 +16,10 @@ public:
     /// No text.
     Tr() = default;
     /// A message with that identifier; with an empty one the text is never translated.
-    Tr(QString id, QString defaultText);
+    Tr(QString id, QString defaultText)
+        : id(std::move(id))
+        , defaultText(std::move(defaultText))
+    {}
 
     /// Whether there is neither an identifier nor a text.
     bool isEmpty() const { return id.isEmpty() && defaultText.isEmpty(); }

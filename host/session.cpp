@@ -1,3 +1,0 @@
-#include "host/session.h"
-
-template class Singleton<Session>;
