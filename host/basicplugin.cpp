@@ -18,3 +18,13 @@ EContext::Result BasicPlugin::handle(const control::Action &action) const
     }
     return EContext::Result::Unhandled;
 }
+
+void BasicPlugin::fire(int event) const
+{
+    if (!triggersEnabled)
+        return;
+    for (const auto &trigger : triggers) {
+        if (trigger.event == event)
+            trigger.run();
+    }
+}

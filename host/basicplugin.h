@@ -9,7 +9,16 @@
 #include <QString>
 #include <QtPlugin>
 
-/// Base of everything the till loads: action handlers and features.
+#include <functional>
+
+/// An event at the till that a plugin wants to hear of.
+struct Trigger
+{
+    int event = 0;
+    std::function<void()> run;
+};
+
+/// Base of everything the till loads: action handlers, triggers and features.
 class HOST_EXPORT BasicPlugin : public HostObject
 {
 public:
@@ -35,9 +44,19 @@ public:
     /// `Unhandled`. Returns `Unhandled` when none does.
     EContext::Result handle(const control::Action &action) const;
 
+    /// Adds a trigger for an event.
+    void addTrigger(const Trigger &trigger) { triggers.append(trigger); }
+    /// Disables all triggers, so that `fire` runs none; they are enabled at first.
+    void disableTriggers() { triggersEnabled = false; }
+    void enableTriggers() { triggersEnabled = true; }
+    /// Runs the triggers for an event in the order of addition, unless they are disabled.
+    void fire(int event) const;
+
 private:
     QList<ActionHandler> handlers;
+    QList<Trigger> triggers;
     QSet<QString> features;
+    bool triggersEnabled = true;
 };
 
 Q_DECLARE_INTERFACE(BasicPlugin, "su.vantor.AbstractPlugin")
