@@ -23,6 +23,7 @@ struct Model
         QString state = u"open"_s; ///< As told.
         bool isForgiven = false;   ///< Told as not saved when the process died.
         bool isAside = false;      ///< In a damaged store that was put aside.
+        bool isRefused = false;    ///< By its last report.
         bool wasPaid = false;      ///< When it was reported again.
         int64_t begun = 0;         ///< By the true clock, or as `begunAt` says.
         int64_t dated = 0;         ///< By the till's clock.
@@ -99,7 +100,8 @@ struct Model
                 event.kind == Kind::Cancelled ? u"cancelled"_s : u"committed"_s;
             current = number == current ? 0 : current;
             toldRefused.remove(number);
-            if (event.report == till::Report::Refused)
+            receipts[number].isRefused = event.report == till::Report::Refused;
+            if (receipts[number].isRefused)
                 toldRefused.insert(number);
             break;
         case Kind::NotStored:
@@ -185,11 +187,14 @@ struct Model
         toldRefused.clear();
     }
 
-    /// What a start has finished in a damaged store stays there when the next start replaces it.
+    /// What a start has finished in a damaged store stays there when the next start replaces it, so
+    /// nobody reports a refused receipt again.
     void putAside()
     {
-        for (auto &receipt : receipts)
+        for (auto &receipt : receipts) {
             receipt.isAside |= receipt.state == u"committed";
+            receipt.isForgiven |= receipt.isRefused;
+        }
         toldRefused.clear();
     }
 
