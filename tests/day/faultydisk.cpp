@@ -129,7 +129,6 @@ int FaultyDisk::change(sqlite3_file *file, const void *bytes, int size, int64_t 
     const auto &own = *static_cast<File *>(file);
     const auto *const begin = static_cast<const char *>(bytes);
     own.node->pending.push_back({at, {begin, begin + size}, isEnd});
-    ++disk.writes;
     disk.turns += own.isMain || at == 0 ? 1 : 0;
     const auto *const to = real(file)->pMethods;
     const auto changed =

@@ -58,9 +58,9 @@ public:
     /// Replaces a page, from 1, by garbage.
     void spoil(const std::string &file, int page, Random &random);
 
-    std::function<int64_t()> clock;                   ///< Milliseconds since 1970.
-    bool isLookedAt = false;                          ///< By the test: nothing fails.
-    int syncs = 0, writes = 0, turns = 0, faults = 0; ///< Turns: SQLite ends or begins a log.
+    std::function<int64_t()> clock;       ///< Milliseconds since 1970.
+    bool isLookedAt = false;              ///< By the test: nothing fails.
+    int syncs = 0, turns = 0, faults = 0; ///< Turns: SQLite ends or begins a log.
 
 private:
     enum class Call { Read, Write, Sync, Lock, Other };
